@@ -1,0 +1,99 @@
+#include "grip/cGunInfo.h"
+
+#include "link/cError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+#include <memory>
+
+using namespace mAppFunc;
+
+namespace {
+
+std::unique_ptr<cGunInfo>& instance()
+{
+    static std::unique_ptr<cGunInfo> record;
+    return record;
+}
+
+QString buildText(quint8 major, quint8 minor, qint32 revision)
+{
+    return QStringLiteral("%1.%2.%3").arg(major).arg(minor).arg(revision);
+}
+
+qint32 word(const QString& hex, qint32 low)
+{
+    return GetByteFromHexstring(hex, low) + 256 * GetByteFromHexstring(hex, low + 1);
+}
+
+} // namespace
+
+cGunInfo& GunInfo()
+{
+    auto& record = instance();
+    if (!record)
+        record = std::make_unique<cGunInfo>();
+    return *record;
+}
+
+void ResetGunInfo()
+{
+    instance().reset();
+}
+
+QString cGunInfo::FirmwareBuild() const { return buildText(m_firmwareMajor, m_firmwareMinor, m_firmwareRevision); }
+QString cGunInfo::BootBuild() const { return buildText(m_bootMajor, m_bootMinor, m_bootRevision); }
+QString cGunInfo::ProtocolBuild() const { return buildText(m_protocolMajor, m_protocolMinor, m_protocolRevision); }
+QString cGunInfo::HardwareBuild() const { return buildText(m_hardwareMajor, m_hardwareMinor, m_hardwareRevision); }
+
+void cGunInfo::Comm2Obj(const QString& report)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
+        QString serial;
+        for (qint32 n = 2; n <= 11; ++n)
+            serial.append(QChar(GetByteFromHexstring(report, n)));
+        m_serial = serial;
+        m_firmwareMajor = GetByteFromHexstring(report, 12);
+        m_firmwareMinor = GetByteFromHexstring(report, 13);
+        m_firmwareRevision = word(report, 14);
+        // On the link the protocol build comes before the boot build.
+        m_protocolMajor = GetByteFromHexstring(report, 16);
+        m_protocolMinor = GetByteFromHexstring(report, 17);
+        m_protocolRevision = word(report, 18);
+        m_bootMajor = GetByteFromHexstring(report, 20);
+        m_bootMinor = GetByteFromHexstring(report, 21);
+        m_bootRevision = word(report, 22);
+        m_hardwareMajor = GetByteFromHexstring(report, 24);
+        m_hardwareMinor = GetByteFromHexstring(report, 25);
+        m_hardwareRevision = word(report, 26);
+    });
+}
+
+void cGunInfo::Download()
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
+        const QString report = mCommBasic::CommHexData(LZ(2, QString::number(CMD_DL_GUNINFO, 16)), true);
+        switch (GetByteFromHexstring(report, 1)) {
+        case REP_GUNINFO: Comm2Obj(report); break;
+        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
+        default: RaiseError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
+        }
+    });
+}
+
+bool RefreshGunInfo(bool& refresh)
+{
+    return PassErrors(QStringLiteral("cGunInfo"), cGunInfo::kRevision, QStringLiteral("RefreshGunInfo"), [&] {
+        if (GunInfo().FirmwareBuild().isEmpty() || refresh)
+            GunInfo().Download();
+        return true;
+    });
+}
+
+bool RefreshGunInfo(bool&& refresh)
+{
+    bool flag = refresh;
+    return RefreshGunInfo(flag);
+}

@@ -1,0 +1,41 @@
+#pragma once
+// The one error type of the program: a number, a source and a description, plus the trail of
+// (module, revision, procedure) frames it passed through on its way to the user.
+#include <QList>
+#include <QString>
+#include <exception>
+#include <string>
+
+struct ErrorFrame {
+    QString module;
+    QString revision;
+    QString procedure;
+};
+
+class MarloError : public std::exception {
+public:
+    MarloError(qint32 number, QString source, QString description);
+
+    qint32 Number() const { return m_number; }
+    QString Source() const { return m_source; }
+    QString Description() const { return m_description; }
+    const QList<ErrorFrame>& Trail() const { return m_trail; }
+
+    void addFrame(const QString& module, const QString& revision, const QString& procedure);
+    // "module.procedure" of the frame where the error was first trapped, or empty.
+    QString origin() const;
+
+    const char* what() const noexcept override { return m_what.c_str(); }
+
+private:
+    qint32 m_number;
+    QString m_source;
+    QString m_description;
+    QList<ErrorFrame> m_trail;
+    std::string m_what;
+};
+
+// Raises an error with the given number, source and description.
+[[noreturn]] void RaiseError(qint32 number, const QString& source, const QString& description);
+// Raises one of the run-time errors of mErrCodes (overflow, type mismatch, ...) by number.
+[[noreturn]] void RaiseRuntimeError(qint32 number);

@@ -1,0 +1,166 @@
+#include "link/cSerialPort.h"
+
+#include "link/MarloError.h"
+#include "link/mErrCodes.h"
+
+#include <QFileInfo>
+
+namespace {
+
+cSerialPort::DeviceResolver& resolver()
+{
+    static cSerialPort::DeviceResolver instance;
+    return instance;
+}
+
+bool isSimDevice(const QString& device)
+{
+    return device == QLatin1String("sim") || device.startsWith(QLatin1String("sim:"));
+}
+
+} // namespace
+
+void cSerialPort::SetDeviceResolver(DeviceResolver r)
+{
+    resolver() = std::move(r);
+}
+
+cSerialPort::cSerialPort() = default;
+
+cSerialPort::~cSerialPort()
+{
+    if (m_port.isOpen())
+        m_port.close();
+}
+
+QString cSerialPort::devicePath() const
+{
+    if (m_device.isEmpty())
+        return QStringLiteral("/dev/ttyS%1").arg(CommPort() - 1);
+    if (isSimDevice(m_device)) {
+        if (!resolver())
+            RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
+                       QStringLiteral("The virtual grip (%1) is not available in this program.").arg(m_device));
+        return resolver()(m_device);
+    }
+    return m_device;
+}
+
+bool cSerialPort::PortOpen() const
+{
+    return m_port.isOpen();
+}
+
+void cSerialPort::setPortOpen(bool open)
+{
+    if (open == m_port.isOpen()) {
+        if (!open)
+            RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
+                       mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+        return;
+    }
+    if (open)
+        this->open();
+    else
+        m_port.close();
+}
+
+QString cSerialPort::OpenFailureText(const QString& path, QSerialPort::SerialPortError error,
+                                     const QString& systemText)
+{
+    switch (error) {
+    case QSerialPort::DeviceNotFoundError:
+        return QStringLiteral("The serial port %1 does not exist. Check the port number or the "
+                              "device in the options, and that the grip's cable is plugged in.")
+            .arg(path);
+    case QSerialPort::PermissionError:
+        if (QFileInfo::exists(path) && !QFileInfo(path).isWritable())
+            return QStringLiteral("Permission denied opening %1. Your user must be in the "
+                                  "'dialout' group to use serial ports: run "
+                                  "'sudo usermod -aG dialout $USER', then log out and in again.")
+                .arg(path);
+        return QStringLiteral("The serial port %1 is in use by another program (%2). Close the "
+                              "other program and try again.").arg(path, systemText);
+    default:
+        return QStringLiteral("The serial port %1 cannot be opened: %2").arg(path, systemText);
+    }
+}
+
+void cSerialPort::open()
+{
+    const QString path = devicePath();
+    m_port.setPortName(path);
+    if (!m_port.open(QIODevice::ReadWrite)) {
+        const QString text = OpenFailureText(path, m_port.error(), m_port.errorString());
+        m_port.clearError();
+        RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), text);
+    }
+    applyLineSettings();
+}
+
+void cSerialPort::applyLineSettings()
+{
+    const LineSettings& line = lineSettings();
+    m_port.setBaudRate(line.baudRate);
+    m_port.setDataBits(static_cast<QSerialPort::DataBits>(line.dataBits));
+    switch (line.parity.toLatin1()) {
+    case 'E': m_port.setParity(QSerialPort::EvenParity); break;
+    case 'O': m_port.setParity(QSerialPort::OddParity); break;
+    case 'M': m_port.setParity(QSerialPort::MarkParity); break;
+    case 'S': m_port.setParity(QSerialPort::SpaceParity); break;
+    default: m_port.setParity(QSerialPort::NoParity); break;
+    }
+    if (line.stopBits == QLatin1String("2"))
+        m_port.setStopBits(QSerialPort::TwoStop);
+    else if (line.stopBits == QLatin1String("1.5"))
+        m_port.setStopBits(QSerialPort::OneAndHalfStop);
+    else
+        m_port.setStopBits(QSerialPort::OneStop);
+    m_port.setFlowControl(QSerialPort::NoFlowControl);
+    m_port.clearError();
+}
+
+void cSerialPort::pollInput()
+{
+    // Takes whatever the driver holds into the port's buffer without blocking.
+    if (m_port.isOpen() && m_port.waitForReadyRead(0))
+        return;
+    m_port.clearError();
+}
+
+qint32 cSerialPort::InBufferCount()
+{
+    if (!m_port.isOpen())
+        return 0;
+    pollInput();
+    return static_cast<qint32>(m_port.bytesAvailable());
+}
+
+QByteArray cSerialPort::Input()
+{
+    if (!m_port.isOpen())
+        RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
+                   mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+    pollInput();
+    return InputLen() > 0 ? m_port.read(InputLen()) : m_port.readAll();
+}
+
+void cSerialPort::setOutput(const QByteArray& bytes)
+{
+    if (!m_port.isOpen())
+        RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
+                   mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+    m_port.write(bytes);
+    // The bytes must be on their way before the link pauses after the code byte.
+    while (m_port.bytesToWrite() > 0 && m_port.waitForBytesWritten(1000)) {
+    }
+    m_port.clearError();
+}
+
+void cSerialPort::waitForInput(qint32 msecs)
+{
+    if (!m_port.isOpen())
+        return;
+    if (!m_port.waitForReadyRead(msecs))
+        m_port.clearError();
+}

@@ -1,0 +1,42 @@
+#pragma once
+// The serial-port control on QSerialPort. Which device it opens: the device set with setDevice
+// (from the preference CommDevice: a path, or "sim[:KEY=VALUE,...]" resolved by the installed
+// device resolver), else /dev/ttyS(CommPort-1).
+#include "link/cCommControl.h"
+
+#include <QSerialPort>
+#include <functional>
+
+class cSerialPort : public cCommControl {
+public:
+    // Turns a device text such as "sim:firmware=1.1.70" into a device path; may raise an error.
+    using DeviceResolver = std::function<QString(const QString& device)>;
+    static void SetDeviceResolver(DeviceResolver resolver);
+
+    cSerialPort();
+    ~cSerialPort() override;
+
+    void setDevice(const QString& device) { m_device = device; }
+    QString device() const { return m_device; }
+    // The path that opening will use.
+    QString devicePath() const;
+
+    bool PortOpen() const override;
+    void setPortOpen(bool open) override;
+    qint32 InBufferCount() override;
+    QByteArray Input() override;
+    void setOutput(const QByteArray& bytes) override;
+    void waitForInput(qint32 msecs) override;
+
+    // A readable reason for a failed open, with what to do about it.
+    static QString OpenFailureText(const QString& path, QSerialPort::SerialPortError error,
+                                   const QString& systemText);
+
+private:
+    void open();
+    void applyLineSettings();
+    void pollInput();
+
+    QSerialPort m_port;
+    QString m_device;
+};

@@ -1,0 +1,53 @@
+#include "link/mCommSupportHex.h"
+
+#include "grip/cGunInfo.h"
+#include "link/cError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+using namespace mAppFunc;
+
+namespace mCommSupportHex {
+namespace {
+
+// The shared shape of the three requests. Answers the report, or an empty text after a
+// negative answer (recorded in cError).
+QString programControl(const QString& procedure, qint32 command, qint32 expectedReport, bool forceRefresh)
+{
+    return PassErrors(kModule, kRevision, procedure, [&]() -> QString {
+        WaitPointerScope wait;
+        RefreshGunInfo(forceRefresh);
+        const QString report = mCommBasic::CommHexData(HexByte(command), true);
+        const qint32 code = GetByteFromHexstring(report, 1);
+        if (code == expectedReport)
+            return report;
+        if (code == REP_NEGATIVE) {
+            GripError().RecordNegativeAnswer(report);
+            return QString();
+        }
+        // The same text for all three requests: reused on purpose.
+        RaiseError(mErrCodes::ERR_PROGRAM_CONTROL, QString(), mErrCodes::MSG_PROGRAM_CONTROL);
+    });
+}
+
+} // namespace
+
+bool GRIPStartProgram(bool forceRefresh)
+{
+    return !programControl(QStringLiteral("GRIPStartProgram"), CMD_START_PROGRAM, REP_STARTED, forceRefresh).isEmpty();
+}
+
+bool GRIPStopProgram(bool forceRefresh)
+{
+    return !programControl(QStringLiteral("GRIPStopProgram"), CMD_STOP_PROGRAM, REP_STOPPED, forceRefresh).isEmpty();
+}
+
+bool GRIPIsBootmode(bool forceRefresh)
+{
+    const QString report = programControl(QStringLiteral("GRIPIsBootmode"), CMD_BOOTMODE, REP_BOOTMODE, forceRefresh);
+    return !report.isEmpty() && GetByteFromHexstring(report, 2) > 0;
+}
+
+} // namespace mCommSupportHex

@@ -1,0 +1,132 @@
+#pragma once
+// Error numbers and messages of the program, and the long help texts of the link.
+#include <QString>
+#include <QStringList>
+
+namespace mErrCodes {
+
+inline const QString kModule = QStringLiteral("mErrCodes");
+inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+// ---- numbers -------------------------------------------------------------------------------
+// 100xx: the link and its utility routines
+constexpr qint32 ERR_PROGRAM_CONTROL = 10008;  // start/stop program, boot-mode query
+constexpr qint32 ERR_VERSION_FORMAT = 10012;
+constexpr qint32 ERR_NOT_ENOUGH_DATA = 10020;
+constexpr qint32 ERR_DELETE_FACTORY_DEFAULT = 10020;  // the same number, on purpose
+// 102xx: downloads
+constexpr qint32 ERR_DL_BATTERY = 10200;
+constexpr qint32 ERR_DL_GUNINFO = 10201;
+constexpr qint32 ERR_DL_COUNTDOWN = 10210;
+constexpr qint32 ERR_DL_COUNTERS = 10211;
+constexpr qint32 ERR_DL_FIRMWAREDATA = 10212;
+constexpr qint32 ERR_DL_TIMING = 10213;
+constexpr qint32 ERR_DL_OPTIONS = 10214;
+constexpr qint32 ERR_DL_HYPER = 10215;
+// 1025x: uploads
+constexpr qint32 ERR_UL_COUNTDOWN = 10250;
+constexpr qint32 ERR_RESET_COUNTER = 10251;
+constexpr qint32 ERR_UL_FIRMWAREDATA = 10252;
+constexpr qint32 ERR_UL_TIMING = 10253;
+constexpr qint32 ERR_UL_OPTIONS = 10254;
+constexpr qint32 ERR_UL_HYPER = 10255;
+// 10300: the busy guard
+constexpr qint32 ERR_COMM_BUSY = 10300;
+// 108xx: firmware transfer
+constexpr qint32 ERR_DL_FIRMWARE = 10800;
+constexpr qint32 ERR_UL_FIRMWARE = 10801;
+
+// ---- messages ------------------------------------------------------------------------------
+inline const QString MSG_PROGRAM_CONTROL =
+    QStringLiteral("An unknown error occurred during download of timing-values.");
+inline const QString MSG_VERSION_FORMAT = QStringLiteral(
+    "The format of the versionstring passed to the routine was wrong.\r\nThis is due to a "
+    "programmingerror. Please contact Tolvane support regarding a fix for this problem.\r\n\r\n"
+    "Thank you very much for your patience.");
+inline const QString MSG_NOT_ENOUGH_DATA =
+    QStringLiteral("There were not enough data in the communication input.");
+inline const QString MSG_DELETE_FACTORY_DEFAULT =
+    QStringLiteral("It is not possible to delete the factory default setting.");
+inline const QString MSG_DL_BATTERY =
+    QStringLiteral("An unknown error occurred during download of battery-values.");
+inline const QString MSG_DL_GUNINFO =
+    QStringLiteral("An unknown error occurred during download of guninfo-values.");
+inline const QString MSG_DL_COUNTDOWN =
+    QStringLiteral("An unknown error occurred during download of countdown timer-values.");
+inline const QString MSG_DL_COUNTERS =
+    QStringLiteral("An unknown error occurred during download of counter-values.");
+inline const QString MSG_DL_FIRMWAREDATA =
+    QStringLiteral("An unknown error occurred during download of firmwaredata.");
+inline const QString MSG_DL_TIMING =
+    QStringLiteral("An unknown error occurred during download of timing-values.");
+inline const QString MSG_DL_OPTIONS =
+    QStringLiteral("An unknown error occurred during download of options-values.");
+// The ramping messages speak of "options-values": that is the program's wording and stays.
+inline const QString MSG_DL_HYPER =
+    QStringLiteral("An unknown error occurred during download of options-values.");
+inline const QString MSG_UL_COUNTDOWN =
+    QStringLiteral("An unknown error occurred during upload of countdown timer-values.");
+inline const QString MSG_UL_FIRMWAREDATA =
+    QStringLiteral("An unknown error occurred during upload of firmwaredata.");
+inline const QString MSG_UL_TIMING =
+    QStringLiteral("An unknown error occurred during upload of timing-values.");
+inline const QString MSG_UL_OPTIONS =
+    QStringLiteral("An unknown error occurred during upload of options-values.");
+inline const QString MSG_UL_HYPER =
+    QStringLiteral("An unknown error occurred during upload of options-values.");
+inline const QString MSG_COMM_BUSY =
+    QStringLiteral("Marlo is already communicating with the grip.\r\n\r\nTry again...");
+
+// "An unknown error occurred during resetting counter (parameter: N)."
+QString ResetCounterMessage(qint32 parameter);
+// "Download failed at address: N" / "Upload failed at address: N" (decimal address)
+QString DownloadFailedText(qint32 address);
+QString UploadFailedText(qint32 address);
+
+// ---- run-time errors (the numbers the language runtime used) --------------------------------
+constexpr qint32 RT_INVALID_CALL = 5;       // invalid procedure call or argument
+constexpr qint32 RT_OVERFLOW = 6;
+constexpr qint32 RT_SUBSCRIPT = 9;          // subscript out of range
+constexpr qint32 RT_TYPE_MISMATCH = 13;
+constexpr qint32 RT_FILE_NOT_FOUND = 53;
+constexpr qint32 RT_FILE_ACCESS = 75;       // path/file access error
+constexpr qint32 RT_INVALID_PROPERTY = 380;
+constexpr qint32 RT_DUPLICATE_KEY = 457;
+constexpr qint32 RT_DEVICE_NOT_OPEN = 8012; // serial control: closing a port that is not open
+constexpr qint32 RT_PORT_OPEN_FAILED = 8002; // serial control: invalid port number / cannot open
+constexpr qint32 RT_DATABASE = 3000;        // database engine: statement or connection failed
+QString RuntimeErrorText(qint32 number);
+
+// ---- long help texts of the link -------------------------------------------------------------
+inline const QStringList HELP_TIMEOUT = {
+    QStringLiteral("Communication timed out!"),
+    QStringLiteral("Check that"),
+    QStringLiteral("   - the grip is attached to the COM-port specified in"),
+    QStringLiteral("     COM-settings"),
+    QStringLiteral("   - the grip is turned on"),
+    QStringLiteral("   - the grip is in safe mode"),
+    QStringLiteral("   - COM-port is not in use by another program, driver"),
+    QStringLiteral("     and/or device (e.g. RAS, modem, Palm Desktop etc.)"),
+    QStringLiteral("If all of the above cases are true you might have"),
+    QStringLiteral("either the firmware or Marlo"),
+    QStringLiteral("encountered an error in the program. In that case please"),
+    QStringLiteral("contact Tolvane Products Supportunit for help."),
+};
+inline const QStringList HELP_PORT_IN_USE = {
+    QStringLiteral("Other applications may be interrupting the communication;"),
+    QStringLiteral("close all other applications using the COM-port and try again."),
+};
+inline const QStringList HELP_CHECKSUM = {
+    QStringLiteral("Checksum error in data communicated from grip!"),
+    QStringLiteral("Data read from grip were corrupted. This may be due to"),
+    QStringLiteral("noise on the cable (e.g. if the cable is too long or too close"),
+    QStringLiteral("to a powerful magnetic source) or due to a programming error in"),
+    QStringLiteral("Try communicating again. If the problem persists please contact"),
+    QStringLiteral("Tolvane Products Supportunit"),
+};
+inline const QStringList HELP_BUSY = {
+    QStringLiteral("Marlo is already communicating with the grip."),
+    QStringLiteral("Try again..."),
+};
+
+} // namespace mErrCodes

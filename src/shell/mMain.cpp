@@ -1,0 +1,150 @@
+#include "shell/mMain.h"
+
+#include "library/cApplication.h"
+#include "link/mErrCodes.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <memory>
+#include <new>
+
+namespace mMain {
+namespace {
+
+cHeadlessUserInterface& headlessUi()
+{
+    static cHeadlessUserInterface ui;
+    return ui;
+}
+
+struct State {
+    cUserInterface* ui = nullptr;
+    std::unique_ptr<cApplication> application;
+    qint32 mousePointerDepth = 0;
+    qint32 errorMode = 1;
+    QString programVersion = kProgramVersion;
+};
+
+State& state()
+{
+    static State s;
+    return s;
+}
+
+} // namespace
+
+QString ProgramVersion() { return state().programVersion; }
+void SetProgramVersion(const QString& version) { state().programVersion = version; }
+
+QString ProgramFolder()
+{
+    const QString home = qEnvironmentVariable("MARLO_HOME");
+    if (!home.isEmpty())
+        return QDir::cleanPath(home);
+    if (QCoreApplication::instance())
+        return QCoreApplication::applicationDirPath();
+    return QDir::currentPath();
+}
+
+QString ProgramFile(const QString& name)
+{
+    return QDir(ProgramFolder()).filePath(name);
+}
+
+cUserInterface& UI()
+{
+    cUserInterface* ui = state().ui;
+    return ui ? *ui : headlessUi();
+}
+
+void SetUserInterface(cUserInterface* ui) { state().ui = ui; }
+
+cApplication& Application()
+{
+    auto& app = state().application;
+    if (!app)
+        app = std::make_unique<cApplication>();
+    return *app;
+}
+
+void ReleaseApplication() { state().application.reset(); }
+
+void ShowConfirm(const QString& text)
+{
+    UI().showMessage(text, QStringLiteral("Confirmation"), MsgIcon::Information);
+}
+
+void WaitMousePointer()
+{
+    ++state().mousePointerDepth;
+    if (UI().mainWindowVisible())
+        UI().setBusyPointer(true);
+}
+
+void RestoreMousePointer()
+{
+    --state().mousePointerDepth;
+    if (UI().mainWindowVisible() && state().mousePointerDepth == 0)
+        UI().setBusyPointer(false);
+}
+
+void ResetMousePointer()
+{
+    state().mousePointerDepth = 0;
+    UI().setBusyPointer(false);
+}
+
+qint32 MousePointerDepth() { return state().mousePointerDepth; }
+
+void StartProgress(qint32 maximum)
+{
+    if (UI().mainWindowVisible())
+        UI().startProgress(maximum);
+}
+
+void EndProgress() { UI().endProgress(); }
+
+void CheckErrorComponent()
+{
+    // The error reporter is part of the program here, so the extended mode is always there.
+    state().errorMode = 1;
+}
+
+qint32 ErrorMode() { return state().errorMode; }
+
+void PassError(MarloError& error, const QString& module, const QString& revision,
+               const QString& procedure)
+{
+    error.addFrame(module, revision, procedure);
+    throw error;
+}
+
+void ShowError(MarloError& error, const QString& module, const QString& revision,
+               const QString& procedure)
+{
+    error.addFrame(module, revision, procedure);
+    ResetMousePointer();
+    if (state().errorMode == 1)
+        UI().showError(error, ProgramVersion(), kProgramTitle);
+    else
+        UI().showError(error, QString(), QString());
+}
+
+MarloError CurrentErrorAsMarloError()
+{
+    try {
+        throw;
+    } catch (const MarloError& e) {
+        return e;
+    } catch (const std::bad_alloc&) {
+        return MarloError(7, QString(), QStringLiteral("Out of memory"));
+    } catch (const std::exception& e) {
+        return MarloError(mErrCodes::RT_INVALID_CALL, QString(), QString::fromLocal8Bit(e.what()));
+    } catch (...) {
+        return MarloError(mErrCodes::RT_INVALID_CALL, QString(),
+                          mErrCodes::RuntimeErrorText(mErrCodes::RT_INVALID_CALL));
+    }
+}
+
+} // namespace mMain

@@ -1,0 +1,44 @@
+#pragma once
+// An in-memory serial control for unit tests. Every complete command frame written to it is
+// handed to a responder, whose answer becomes the input the link reads.
+#include "link/cCommControl.h"
+
+#include <QByteArray>
+#include <QList>
+#include <functional>
+#include <optional>
+
+class FakeCommPort : public cCommControl {
+public:
+    // Given a complete command frame, answers the report bytes (empty: the grip stays silent).
+    using Responder = std::function<QByteArray(const QByteArray& frame)>;
+
+    void setResponder(Responder responder) { m_responder = std::move(responder); }
+    // Makes every open fail with this description (nullopt: opening works).
+    void setOpenFailure(std::optional<QString> description) { m_openFailure = std::move(description); }
+    // Bytes that are waiting before the next exchange starts.
+    void queueInput(const QByteArray& bytes) { m_input += bytes; }
+
+    bool PortOpen() const override { return m_open; }
+    void setPortOpen(bool open) override;
+    qint32 InBufferCount() override { return static_cast<qint32>(m_input.size()); }
+    QByteArray Input() override;
+    void setOutput(const QByteArray& bytes) override;
+    void waitForInput(qint32 msecs) override;
+
+    // What happened, for the tests to look at.
+    QList<QByteArray> writes;  // each write, as given
+    QList<QByteArray> frames;  // each complete command frame
+    int opens = 0;
+    int closes = 0;
+    qint32 waitedMs = 0;       // time spent in waitForInput
+
+private:
+    void completeFrames();
+
+    Responder m_responder;
+    std::optional<QString> m_openFailure;
+    QByteArray m_input;
+    QByteArray m_pending;
+    bool m_open = false;
+};
