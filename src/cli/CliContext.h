@@ -1,0 +1,50 @@
+#pragma once
+// What every marlo-cli command gets: its words, the global options and the output streams.
+// Commands throw MarloError for failures (exit 1) and CliUsageError for wrong usage (exit 2);
+// a grip that refused (negative answer recorded in cError) makes the command return ExitRefused.
+#include <QJsonObject>
+#include <QList>
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+#include <QVariant>
+#include <stdexcept>
+
+enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3 };
+
+class CliUsageError : public std::runtime_error {
+public:
+    explicit CliUsageError(const QString& message) : std::runtime_error(message.toStdString()) {}
+    QString message() const { return QString::fromStdString(what()); }
+};
+
+struct CliContext {
+    QStringList words;   // the words after the command name (e.g. "timing", "--ShotTime", "12")
+    bool json = false;   // --json
+    QString db;          // --db PATH (empty: the library of the preferences)
+    QTextStream* out = nullptr;
+    QTextStream* err = nullptr;
+};
+
+// One named value of a record, in display order.
+using CliField = QPair<QString, QVariant>;
+using CliFields = QList<CliField>;
+
+// Prints a record: "Name: value" lines aligned on the colon, or (with --json) one JSON object.
+void PrintFields(CliContext& ctx, const CliFields& fields);
+// The JSON object of a record's fields (numbers stay numbers, booleans booleans).
+QJsonObject FieldsToJson(const CliFields& fields);
+// Prints one JSON value (object, array or null) on one line.
+void PrintJson(CliContext& ctx, const QJsonValue& value);
+// Parses "--Name value" options against the allowed names; unknown or repeated names and values
+// that are not whole numbers are usage errors. Answers the given options in the order given.
+QList<QPair<QString, qint32>> ParseIntegerOptions(const QStringList& words, const QStringList& allowed);
+// Says on stderr that the grip refused, and answers ExitRefused; answers ExitOk when it did not.
+int RefusalStatus(CliContext& ctx);
+
+// The command groups (one file each).
+int RunLinkCommand(CliContext& ctx, const QString& command);      // bootmode, start-program, stop-program
+int RunRecordCommand(CliContext& ctx, const QString& command);    // info, get, put, reset-counter
+int RunFirmwareCommand(CliContext& ctx);                          // firmware read|write FILE
+int RunLibraryCommand(CliContext& ctx);                           // library list|show|export|import|delete

@@ -1,0 +1,87 @@
+#include "cli/CliContext.h"
+
+#include "link/cError.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+QJsonObject FieldsToJson(const CliFields& fields)
+{
+    QJsonObject object;
+    for (const CliField& field : fields)
+        object.insert(field.first, QJsonValue::fromVariant(field.second));
+    return object;
+}
+
+void PrintJson(CliContext& ctx, const QJsonValue& value)
+{
+    if (value.isObject())
+        *ctx.out << QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact) << '\n';
+    else if (value.isArray())
+        *ctx.out << QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact) << '\n';
+    else if (value.isNull() || value.isUndefined())
+        *ctx.out << "null\n";
+    else
+        *ctx.out << QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact).mid(1).chopped(1) << '\n';
+    ctx.out->flush();
+}
+
+void PrintFields(CliContext& ctx, const CliFields& fields)
+{
+    if (ctx.json) {
+        PrintJson(ctx, FieldsToJson(fields));
+        return;
+    }
+    qsizetype width = 0;
+    for (const CliField& field : fields)
+        width = qMax(width, field.first.size());
+    for (const CliField& field : fields) {
+        QString value = field.second.toString();
+        if (field.second.metaType().id() == QMetaType::Bool)
+            value = field.second.toBool() ? QStringLiteral("1") : QStringLiteral("0");
+        *ctx.out << (field.first + QLatin1Char(':')).leftJustified(static_cast<int>(width) + 2) << value << '\n';
+    }
+    ctx.out->flush();
+}
+
+QList<QPair<QString, qint32>> ParseIntegerOptions(const QStringList& words, const QStringList& allowed)
+{
+    QList<QPair<QString, qint32>> options;
+    QStringList seen;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        const QString& word = words[i];
+        if (!word.startsWith(QLatin1String("--")))
+            throw CliUsageError(QStringLiteral("unexpected word '%1'").arg(word));
+        QString name = word.mid(2);
+        QString value;
+        const qsizetype eq = name.indexOf(QLatin1Char('='));
+        if (eq >= 0) {
+            value = name.mid(eq + 1);
+            name = name.left(eq);
+        } else {
+            if (i + 1 >= words.size())
+                throw CliUsageError(QStringLiteral("--%1 needs a value").arg(name));
+            value = words[++i];
+        }
+        if (!allowed.contains(name))
+            throw CliUsageError(QStringLiteral("unknown option --%1 (allowed: --%2)").arg(name, allowed.join(QStringLiteral(", --"))));
+        if (seen.contains(name))
+            throw CliUsageError(QStringLiteral("--%1 is given twice").arg(name));
+        seen.append(name);
+        bool ok = false;
+        const qint32 number = value.toInt(&ok);
+        if (!ok)
+            throw CliUsageError(QStringLiteral("--%1 needs a whole number, not '%2'").arg(name, value));
+        options.append({name, number});
+    }
+    return options;
+}
+
+int RefusalStatus(CliContext& ctx)
+{
+    if (GripError().ErrorCode() == cError::NoError)
+        return ExitOk;
+    *ctx.err << "the grip refused the command (negative answer): " << GripError().Description() << '\n';
+    ctx.err->flush();
+    return ExitRefused;
+}
