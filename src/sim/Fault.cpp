@@ -230,7 +230,10 @@ QString BlockFailure::toString() const
 
 QByteArray negativeAnswer()
 {
-    return withChecksum(QByteArray{static_cast<char>(code::Negative), static_cast<char>(kNegativeError)});
+    QByteArray bytes;
+    bytes.append(static_cast<char>(code::Negative));
+    bytes.append(static_cast<char>(kNegativeError));
+    return withChecksum(bytes);
 }
 
 Reply shapeReply(const QByteArray& report, quint8 command, const FaultRule* rule, int latencyMs,
