@@ -24,6 +24,10 @@ public:
     qint32 InputLen() const { return m_inputLen; }
     void setInputLen(qint32 length) { m_inputLen = length; }
 
+    // The device named by the preference CommDevice (empty: the port number decides).
+    virtual void setDevice(const QString& device) { m_device = device; }
+    QString device() const { return m_device; }
+
     virtual bool PortOpen() const = 0;
     // Opening failures raise an error whose description says what went wrong.
     virtual void setPortOpen(bool open) = 0;
@@ -51,4 +55,5 @@ private:
     qint32 m_inputMode = InputModeBinary;
     qint32 m_inputLen = 0;
     LineSettings m_line;
+    QString m_device;
 };

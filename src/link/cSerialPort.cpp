@@ -35,15 +35,15 @@ cSerialPort::~cSerialPort()
 
 QString cSerialPort::devicePath() const
 {
-    if (m_device.isEmpty())
+    if (device().isEmpty())
         return QStringLiteral("/dev/ttyS%1").arg(CommPort() - 1);
-    if (isSimDevice(m_device)) {
+    if (isSimDevice(device())) {
         if (!resolver())
             RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
-                       QStringLiteral("The virtual grip (%1) is not available in this program.").arg(m_device));
-        return resolver()(m_device);
+                       QStringLiteral("The virtual grip (%1) is not available in this program.").arg(device()));
+        return resolver()(device());
     }
-    return m_device;
+    return device();
 }
 
 bool cSerialPort::PortOpen() const

@@ -16,8 +16,6 @@ public:
     cSerialPort();
     ~cSerialPort() override;
 
-    void setDevice(const QString& device) { m_device = device; }
-    QString device() const { return m_device; }
     // The path that opening will use.
     QString devicePath() const;
 
@@ -38,5 +36,4 @@ private:
     void pollInput();
 
     QSerialPort m_port;
-    QString m_device;
 };

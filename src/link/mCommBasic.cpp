@@ -252,6 +252,7 @@ bool OpenComm()
         objComm->setSettings(prefs.CommSettings());
         objComm->setInputMode(prefs.CommInputMode());
         objComm->setCommPort(static_cast<qint16>(prefs.CommPort()));
+        objComm->setDevice(prefs.CommDevice());
         try {
             objComm->setPortOpen(true);
         } catch (const MarloError& e) {

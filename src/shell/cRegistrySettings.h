@@ -49,6 +49,8 @@ public:
     // The device to open instead of /dev/ttyS(CommPort-1): a path, or "sim[:KEY=VALUE,...]".
     QString CommDevice() const { return m_commDevice; }
     void setCommDevice(const QString& value);
+    // Uses another device for this run only, without writing the preference (marlo-cli --device).
+    void overrideCommDevice(const QString& value) { m_commDevice = value; }
 
     // The value stored for BackwardCompatibleUpload (what its getter does not answer).
     bool StoredBackwardCompatibleUpload() const { return m_backwardCompatibleUpload; }

@@ -1,0 +1,169 @@
+// marlo-cli: the command-line front end of Marlo, for scripts and headless use.
+#include "cli/CliContext.h"
+#include "cli/CliUserInterface.h"
+#include "cli/SimDevice.h"
+#include "cli/StderrConsole.h"
+
+#include "library/cApplication.h"
+#include "link/MarloError.h"
+#include "link/cSerialPort.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+#include <cstdio>
+
+namespace {
+
+const char* const kUsage =
+    "Commands:\n"
+    "  info                              gun information and the feature flags\n"
+    "  bootmode | start-program | stop-program\n"
+    "  get timing|options|ramping|gametimer|counters|battery|all\n"
+    "  put timing    [--ShotTime N] [--Dwelltime N] [--CycleTimeOpen N] [--LoadTime N] [--CycleTimeClose N] [--FiringMode N]\n"
+    "  put options   [--EyeMounted 0|1] [--TriggerFilterOn 0|1] [--EyeCheckMaxTimeOn 0|1] [--UseEye 0|1] [--EyeCheckMaxTime N]\n"
+    "                [--DefaultLoadTime N] [--LoaderOn 0|1] [--LedOn 0|1] [--EyeCheckOKTimeOn 0|1] [--EyeCheckOKTime N] [--CTOAdjust 0|1]\n"
+    "  put ramping   [--Shots N] [--HyperTime N] [--HyperMode N]\n"
+    "  put gametimer [--CountDownTimer N] [--PreAlert1On 0|1] [--PreAlert1Time N] [--PreAlert2On 0|1] [--PreAlert2Time N]\n"
+    "  reset-counter 1|2|3\n"
+    "  firmware read FILE | firmware write FILE\n"
+    "  library list | show ID | export FILE | import FILE | delete ID\n"
+    "\n"
+    "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.\n"
+    "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
+    "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
+    "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n";
+
+int dispatch(CliContext& ctx, const QString& command)
+{
+    if (command == QLatin1String("bootmode") || command == QLatin1String("start-program") ||
+        command == QLatin1String("stop-program"))
+        return RunLinkCommand(ctx, command);
+    if (command == QLatin1String("info") || command == QLatin1String("get") ||
+        command == QLatin1String("put") || command == QLatin1String("reset-counter"))
+        return RunRecordCommand(ctx, command);
+    if (command == QLatin1String("firmware"))
+        return RunFirmwareCommand(ctx);
+    if (command == QLatin1String("library"))
+        return RunLibraryCommand(ctx);
+    throw CliUsageError(QStringLiteral("unknown command '%1'").arg(command));
+}
+
+// The help text that goes with an error the link could explain.
+void printLinkHelp(QTextStream& err)
+{
+    switch (mCommBasic::LastOutcome()) {
+    case mCommBasic::Outcome::PortFailed:
+        err << "The port could not be opened: " << mCommBasic::LastOpenError() << '\n';
+        if (mCommBasic::LastOpenError().contains(QLatin1String("in use")))
+            err << mErrCodes::HELP_PORT_IN_USE.join(QLatin1Char('\n')) << '\n';
+        break;
+    case mCommBasic::Outcome::Timeout:
+        err << mErrCodes::HELP_TIMEOUT.join(QLatin1Char('\n')) << '\n';
+        break;
+    case mCommBasic::Outcome::BadChecksum:
+        err << mErrCodes::HELP_CHECKSUM.join(QLatin1Char('\n')) << '\n';
+        break;
+    default:
+        break;
+    }
+}
+
+int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
+{
+    try {
+        const int status = dispatch(ctx, command);
+        return status == ExitOk && ui.errorsShown() > 0 ? ExitError : status;
+    } catch (const CliUsageError& e) {
+        *ctx.err << "marlo-cli " << command << ": " << e.message() << '\n'
+                 << "Run 'marlo-cli --help' for the commands and their options.\n";
+        return ExitUsage;
+    } catch (const MarloError& e) {
+        *ctx.err << CliUserInterface::ErrorLine(e) << '\n';
+        if (e.Number() == mErrCodes::RT_PORT_OPEN_FAILED)
+            *ctx.err << mErrCodes::HELP_PORT_IN_USE.join(QLatin1Char('\n')) << '\n';
+        else
+            printLinkHelp(*ctx.err);
+        return ExitError;
+    } catch (const std::exception& e) {
+        *ctx.err << "error: " << e.what() << '\n';
+        return ExitError;
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("marlo-cli"));
+    QCoreApplication::setApplicationVersion(mMain::kProgramVersion);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("Configures a Tolvane grip from the command line.\n\n") + QLatin1String(kUsage));
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    const QCommandLineOption deviceOption(QStringLiteral("device"), QStringLiteral("Serial device for this run."), QStringLiteral("DEV"));
+    const QCommandLineOption jsonOption(QStringLiteral("json"), QStringLiteral("Print JSON."));
+    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Library file for this run."), QStringLiteral("PATH"));
+    parser.addOptions({deviceOption, jsonOption, dbOption});
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do (see above)."), QStringLiteral("COMMAND [ARGS...]"));
+    if (!parser.parse(app.arguments())) {
+        err << parser.errorText() << "\nRun 'marlo-cli --help' for the commands and their options.\n";
+        return ExitUsage;
+    }
+    if (parser.isSet(QStringLiteral("help"))) {
+        out << parser.helpText();
+        return ExitOk;
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        out << "marlo-cli " << mMain::kProgramVersion << '\n';
+        return ExitOk;
+    }
+    QStringList words = parser.positionalArguments();
+    if (words.isEmpty()) {
+        err << "marlo-cli: no command given.\n\n" << kUsage;
+        return ExitUsage;
+    }
+
+    CliUserInterface ui(out, err);
+    mMain::SetUserInterface(&ui);
+    mMain::CheckErrorComponent();
+    mCommBasic::SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
+    SimDevice::InstallResolver();
+    cSerialPort port;
+    mCommBasic::objComm = &port;
+
+    if (parser.isSet(deviceOption)) {
+        const QString device = parser.value(deviceOption);
+        const QString problem = SimDevice::Validate(device);
+        if (!problem.isEmpty()) {
+            err << "marlo-cli: --device " << device << ": " << problem << '\n';
+            return ExitUsage;
+        }
+        mMain::Application().RegistrySettings().overrideCommDevice(device);
+    }
+
+    CliContext ctx;
+    ctx.json = parser.isSet(jsonOption);
+    ctx.db = parser.value(dbOption);
+    ctx.out = &out;
+    ctx.err = &err;
+    const QString command = words.takeFirst();
+    ctx.words = words;
+    const int status = run(ctx, ui, command);
+
+    out.flush();
+    err.flush();
+    mCommBasic::objComm = nullptr;
+    SimDevice::Stop();
+    mMain::ReleaseApplication();
+    mMain::SetUserInterface(nullptr);
+    return status;
+}
