@@ -1,0 +1,49 @@
+#pragma once
+// The grip's ramping values: shots and time before ramping starts, and the ramping mode.
+// Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
+// between runs.
+#include <QString>
+
+class cHyper {
+public:
+    static inline const QString kClass = QStringLiteral("cHyper");
+    static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+    static inline const QString kSection = QStringLiteral("Hyper");
+
+    cHyper();
+
+    // Puts the ramping values to the grip (command 0x29); nothing happens without ramping support.
+    void Upload();
+    // Gets them from the grip (command 0x19, report "I"); likewise only when supported.
+    void Download();
+    // Intentionally empty hooks: the values change only through the properties and Download.
+    void Save();
+    void Load();
+    void Assign(qint32 Shots, qint32 HyperTime, qint32 HyperMode);
+    void AssignDefaults();
+
+    // Shots and HyperTime outside 1..255 (stored or given) are replaced by their defaults; a
+    // setter answers the value it actually stored. HyperMode is not checked.
+    qint32 Shots() const;
+    qint32 setShots(qint32 value);
+    qint32 HyperTime() const;
+    qint32 setHyperTime(qint32 value);
+    qint32 HyperMode() const;
+    qint32 setHyperMode(qint32 value);
+
+    static constexpr qint32 ShotsMin = 1;
+    static constexpr qint32 ShotsMax = 255;
+    static constexpr qint32 ShotsDefault = 3;
+    static constexpr qint32 HyperTimeMin = 1;
+    static constexpr qint32 HyperTimeMax = 255;
+    static constexpr qint32 HyperTimeDefault = 100;
+    static constexpr qint32 HyperModeDefault = 1;
+
+private:
+    QString Obj2Comm() const;
+    void Comm2Obj(const QString& report);
+};
+
+// The global ramping record, created on first use and kept for the run.
+cHyper& HyperRecord();
+void ResetHyperRecord();

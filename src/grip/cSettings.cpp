@@ -1,0 +1,152 @@
+#include "grip/cSettings.h"
+
+#include "grip/cGunInfo.h"
+#include "grip/mGripReport.h"
+#include "link/cError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+using namespace mAppFunc;
+
+namespace {
+
+std::unique_ptr<cSettings>& instance()
+{
+    static std::unique_ptr<cSettings> record;
+    return record;
+}
+
+// A whole number as a 16-bit one; what does not fit is the run-time overflow.
+qint32 to16Bit(qint32 value)
+{
+    if (value < std::numeric_limits<qint16>::min() || value > std::numeric_limits<qint16>::max())
+        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
+    return value;
+}
+
+} // namespace
+
+cSettings& TimingRecord()
+{
+    auto& record = instance();
+    if (!record)
+        record = std::make_unique<cSettings>();
+    return *record;
+}
+
+void ResetTimingRecord()
+{
+    instance().reset();
+}
+
+cSettings::cSettings()
+{
+    Load();
+}
+
+void cSettings::Save()
+{
+    // What the record would persist is not settled: kept as an empty hook at its call points.
+}
+
+void cSettings::Load()
+{
+    // Empty hook, called when the record is made.
+}
+
+void cSettings::Upload()
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
+        WaitPointerScope wait;
+        RefreshGunInfo(true);
+        const QString report = mCommBasic::CommHexData(Obj2Comm(), true);
+        switch (mGripReport::ReportType(report)) {
+        case REP_ACK: break;
+        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
+        default: RaiseError(mErrCodes::ERR_UL_TIMING, QString(), mErrCodes::MSG_UL_TIMING);
+        }
+    });
+}
+
+void cSettings::Download()
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
+        WaitPointerScope wait;
+        RefreshGunInfo(true);
+        const QString report = mGripReport::RequestReport(CMD_DL_TIMING);
+        switch (mGripReport::ReportType(report)) {
+        case REP_TIMING: Comm2Obj(report); break;
+        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
+        default: RaiseError(mErrCodes::ERR_DL_TIMING, QString(), mErrCodes::MSG_DL_TIMING);
+        }
+    });
+}
+
+QString cSettings::Obj2Comm() const
+{
+    return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
+        // The link order differs from the property order.
+        const QString block = HexByte(m_shotTime) + HexByte(m_dwelltime) + HexByte(m_cycleTimeOpen) +
+                              HexByte(m_loadTime) + HexByte(m_cycleTimeClose) + HexByte(m_firingMode);
+        // The six bytes go twice: the grip expects the doubled block, deliberately kept.
+        return HexByte(CMD_UL_TIMING) + block + block;
+    });
+}
+
+void cSettings::Comm2Obj(const QString& report)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
+        // Only the first of the two blocks is read.
+        m_shotTime = GetByteFromHexstring(report, 2);
+        m_dwelltime = GetByteFromHexstring(report, 3);
+        m_cycleTimeOpen = GetByteFromHexstring(report, 4);
+        m_loadTime = GetByteFromHexstring(report, 5);
+        m_cycleTimeClose = GetByteFromHexstring(report, 6);
+        m_firingMode = GetByteFromHexstring(report, 7);
+        Save();
+    });
+}
+
+float cSettings::ROF() const
+{
+    return PassErrors(kClass, kRevision, QStringLiteral("ROF"), [&] {
+        // Shot time is deliberately not part of the cycle.
+        qint32 sum = to16Bit(m_dwelltime);
+        for (const qint32 term : {m_cycleTimeOpen, m_loadTime, m_cycleTimeClose})
+            sum = to16Bit(sum + to16Bit(term));
+        if (sum <= 0)
+            return 0.0f;
+        // Rounded half to even, as the program always has.
+        return static_cast<float>(std::nearbyint(1000.0 / sum * 100.0) / 100.0);
+    });
+}
+
+void cSettings::Assign(qint32 CycleTimeOpen, qint32 CycleTimeClose, qint32 ShotTime, qint32 Dwelltime,
+                       qint32 LoadTime, qint32 FiringMode)
+{
+    m_cycleTimeOpen = CycleTimeOpen;
+    m_cycleTimeClose = CycleTimeClose;
+    m_shotTime = ShotTime;
+    m_dwelltime = Dwelltime;
+    m_loadTime = LoadTime;
+    m_firingMode = FiringMode;
+    Save();
+}
+
+void cSettings::AssignDefaults()
+{
+    Assign(30, 28, 10, 10, 35, DefaultFiringMode());
+}
+
+void cSettings::setCycleTimeOpen(qint32 value) { m_cycleTimeOpen = value; Save(); }
+void cSettings::setCycleTimeClose(qint32 value) { m_cycleTimeClose = value; Save(); }
+void cSettings::setShotTime(qint32 value) { m_shotTime = value; Save(); }
+void cSettings::setDwelltime(qint32 value) { m_dwelltime = value; Save(); }
+void cSettings::setLoadTime(qint32 value) { m_loadTime = value; Save(); }
+void cSettings::setFiringMode(qint32 value) { m_firingMode = value; Save(); }

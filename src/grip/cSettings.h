@@ -1,0 +1,69 @@
+#pragma once
+// The grip's timing values: the solenoid and valve times of one firing cycle and the firing
+// mode, with the limits and defaults the timing editor works within.
+#include <QString>
+
+class cSettings {
+public:
+    static inline const QString kClass = QStringLiteral("cSettings");
+    static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+    cSettings();
+
+    // Puts the six values to the grip (command 0x24).
+    void Upload();
+    // Gets the six values from the grip (command 0x14, report "D").
+    void Download();
+    // Persistence hooks: intentionally empty, called where the record would persist.
+    void Save();
+    void Load();
+
+    // Rate of fire in shots per second, two decimals.
+    float ROF() const;
+
+    void Assign(qint32 CycleTimeOpen, qint32 CycleTimeClose, qint32 ShotTime, qint32 Dwelltime,
+                qint32 LoadTime, qint32 FiringMode);
+    void AssignDefaults();
+
+    qint32 CycleTimeOpen() const { return m_cycleTimeOpen; }
+    qint32 CycleTimeClose() const { return m_cycleTimeClose; }
+    qint32 ShotTime() const { return m_shotTime; }
+    qint32 Dwelltime() const { return m_dwelltime; }
+    qint32 LoadTime() const { return m_loadTime; }
+    qint32 FiringMode() const { return m_firingMode; }
+    // The record stores what it is given; the editor keeps its controls within the limits.
+    void setCycleTimeOpen(qint32 value);
+    void setCycleTimeClose(qint32 value);
+    void setShotTime(qint32 value);
+    void setDwelltime(qint32 value);
+    void setLoadTime(qint32 value);
+    void setFiringMode(qint32 value);
+
+    static constexpr qint32 CycleTimeOpenMin() { return 1; }
+    static constexpr qint32 CycleTimeCloseMin() { return 1; }
+    static constexpr qint32 ShotTimeMin() { return 1; }
+    static constexpr qint32 DwelltimeMin() { return 1; }
+    static constexpr qint32 LoadTimeMin() { return 1; }
+    static constexpr qint32 CycleTimeOpenMax() { return 75; }
+    static constexpr qint32 CycleTimeCloseMax() { return 75; }
+    static constexpr qint32 ShotTimeMax() { return 20; }
+    static constexpr qint32 DwelltimeMax() { return 20; }
+    static constexpr qint32 LoadTimeMax() { return 75; }
+    static constexpr qint32 DefaultFiringMode() { return 0; }
+
+private:
+    QString Obj2Comm() const;
+    void Comm2Obj(const QString& report);
+
+    qint32 m_cycleTimeOpen = 0;
+    qint32 m_cycleTimeClose = 0;
+    qint32 m_shotTime = 0;
+    qint32 m_dwelltime = 0;
+    qint32 m_loadTime = 0;
+    qint32 m_firingMode = 0;
+};
+
+// The global timing record, created on first use and kept for the run.
+cSettings& TimingRecord();
+// Drops the global record (tests, and a fresh start against another grip).
+void ResetTimingRecord();

@@ -1,0 +1,63 @@
+#pragma once
+// The grip commands as the front ends run them: the wait pointer, the boot-mode check (starting
+// the grip's program when it sits in its boot code), then the transfers of the records. No
+// confirmation is shown here: the front end decides, from what these procedures answer.
+#include <QList>
+#include <QString>
+
+namespace mGripCommands {
+
+inline const QString kModule = QStringLiteral("mGripCommands");
+inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+enum class GripRecord { Timing, Counters, GameTimer, Battery, Options, Ramping };
+enum class Direction { Get, Put };
+enum class Outcome {
+    Done,        // exchanged
+    Unsupported, // the grip's firmware lacks the record: nothing was exchanged
+    Refused,     // the grip gave a negative answer (recorded in the grip's error record)
+};
+
+struct Transfer {
+    GripRecord record;
+    Direction direction;
+    Outcome outcome;
+};
+
+struct CommandResult {
+    bool programStarted = false; // the grip sat in its boot code and its program was started
+    bool bootCheckRefused = false; // the grip refused the boot-mode query or the program start
+    QList<Transfer> transfers;   // in the order they ran
+
+    // Any negative answer during the command.
+    bool refused() const;
+    // The records left out because the firmware does not support them.
+    QList<GripRecord> unsupported() const;
+    // The outcome of the last transfer of the record (Done when it did not take part).
+    Outcome outcomeOf(GripRecord record) const;
+};
+
+// The record's name as the command line and JSON use it: timing, counters, gametimer, battery,
+// options, ramping.
+QString RecordName(GripRecord record);
+// The record for a name; false when there is none.
+bool RecordFromName(const QString& name, GripRecord& record);
+// Only these can be put to the grip (counters and battery are read-only).
+bool CanPut(GripRecord record);
+
+// Get all: timing, counters, game timer, battery, options, ramping.
+CommandResult GetAll();
+// Put all: timing, game timer, options, ramping.
+CommandResult PutAll();
+CommandResult GetRecord(GripRecord record);
+CommandResult PutRecord(GripRecord record);
+// Counter reset: selector 1, 2 or 3 (both).
+CommandResult ResetCounter(quint8 selector);
+
+// The pieces, for front ends that run several steps in one command (e.g. get, change, put):
+// the boot-mode check (true when the program had to be started) and one transfer without it.
+bool StartProgramIfInBootMode();
+Outcome TransferRecord(GripRecord record, Direction direction);
+Outcome ResetCounterTransfer(quint8 selector);
+
+} // namespace mGripCommands

@@ -1,0 +1,105 @@
+#include "grip/mModes.h"
+
+#include "link/cSupports.h"
+#include "shell/mMain.h"
+
+namespace mModes {
+
+QList<tModeEntry>& FiringModes()
+{
+    static QList<tModeEntry> table;
+    return table;
+}
+
+QList<tModeEntry>& HyperModes()
+{
+    static QList<tModeEntry> table;
+    return table;
+}
+
+void FiringModesGlobalArraySet()
+{
+    PassErrors(kModule, kRevision, QStringLiteral("FiringModesGlobalArraySet"), [] {
+        // The list order is not the code order; the list starts with SemiAuto on purpose.
+        static const QList<QPair<QString, qint32>> modes = {
+            {QStringLiteral("SemiAuto"), 1},  {QStringLiteral("Classic"), 0},
+            {QStringLiteral("Sniper"), 6},    {QStringLiteral("Turbo"), 3},
+            {QStringLiteral("Burst"), 2},     {QStringLiteral("NXL Full Auto"), 4},
+            {QStringLiteral("Open Bolt"), 5}, {QStringLiteral("Burst 3"), 8},
+            {QStringLiteral("Ramping"), 16},
+        };
+        QList<tModeEntry> table(modes.size());
+        for (qsizetype i = 0; i < modes.size(); ++i)
+            CreateFiringModeConst(table[i], modes[i].first, modes[i].second);
+        FiringModes() = table;
+    });
+}
+
+void HyperModesGlobalArraySet()
+{
+    PassErrors(kModule, kRevision, QStringLiteral("HyperModesGlobalArraySet"), [] {
+        static const QList<QPair<QString, qint32>> modes = {
+            {QStringLiteral("Unlimited Ramping"), 1}, {QStringLiteral("100% Ramping"), 2},
+            {QStringLiteral("75% Ramping"), 4},       {QStringLiteral("50% Ramping"), 8},
+            {QStringLiteral("33% Ramping"), 16},
+        };
+        QList<tModeEntry> table(modes.size());
+        for (qsizetype i = 0; i < modes.size(); ++i)
+            CreateHyperModeConst(table[i], modes[i].first, modes[i].second);
+        HyperModes() = table;
+    });
+}
+
+void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("CreateFiringModeConst"), [&] {
+        entry.caption = caption;
+        entry.code = code;
+        entry.visible = FiringModeVisible(code);
+    });
+}
+
+void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("CreateHyperModeConst"), [&] {
+        entry.caption = caption;
+        entry.code = code;
+        entry.visible = HyperModeVisible(code);
+    });
+}
+
+bool FiringModeVisible(qint32 code)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("FiringModeVisible"), [&] {
+        const cSupports& supports = Supports();
+        switch (code) {
+        case 0: return supports.fmodeClassic();
+        case 1: return supports.fmodeSemiAuto();
+        case 2: return supports.fmodeBurst();
+        case 3: return supports.fmodeTurbo();
+        case 4: return supports.fmodeFullAuto();
+        case 5: return supports.fmodeOpenBolt();
+        case 6: return supports.fmodeSniper();
+        case 8: return supports.fmodeBurst3();
+        case 16: return supports.fmodeHyper();
+        default: return false;
+        }
+    });
+}
+
+bool HyperModeVisible(qint32 code)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("HyperModeVisible"), [&] {
+        const cSupports& supports = Supports();
+        switch (code) {
+        case 1: return supports.hmodeUnlimited();
+        case 2: return supports.hmodeHundredPercent();
+        case 4: return supports.hmodeSeventyfivePercent();
+        case 8: return supports.hmodeFiftyPercent();
+        case 16: return supports.hmodeThirtythreePercent();
+        default: return false;
+        }
+    });
+}
+
+} // namespace mModes
