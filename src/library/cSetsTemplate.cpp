@@ -1,0 +1,371 @@
+#include "library/cSetsTemplate.h"
+
+#include "grip/cSettings.h"
+#include "library/mDatabase.h"
+#include "library/mGUIDTools.h"
+#include "shell/mMain.h"
+
+#include <cmath>
+
+using namespace mDatabase;
+
+namespace {
+
+// The annotations a player notes with every new setting.
+const char* const kStandardUserVars[] = {"Name", "Date", "Temperature", "Humidity", "Sun", "Barrel", "Paint"};
+
+} // namespace
+
+cSetsTemplate::cSetsTemplate()
+{
+    Init();
+}
+
+cSetsTemplate::~cSetsTemplate() = default;
+
+template <typename V>
+void cSetsTemplate::change(V& field, const V& value)
+{
+    if (field == value)
+        return;
+    field = value;
+    setIsDirtySelf(true);
+}
+
+void cSetsTemplate::setID(const QString& value)
+{
+    m_ID = value;
+    if (m_colUserVar)
+        m_colUserVar->setParentID(value);
+}
+
+void cSetsTemplate::setlShotTime(qint32 value) { change(m_lShotTime, value); }
+void cSetsTemplate::setlDwellTime(qint32 value) { change(m_lDwellTime, value); }
+void cSetsTemplate::setlCycleTimeOpen(qint32 value) { change(m_lCycleTimeOpen, value); }
+void cSetsTemplate::setlLoadTime(qint32 value) { change(m_lLoadTime, value); }
+void cSetsTemplate::setlCycleTimeClose(qint32 value) { change(m_lCycleTimeClose, value); }
+void cSetsTemplate::setlFiringMode(qint32 value) { change(m_lFiringMode, value); }
+void cSetsTemplate::setlGameTime(qint32 value) { change(m_lGameTime, value); }
+void cSetsTemplate::setlAlertOne(qint32 value) { change(m_lAlertOne, value); }
+void cSetsTemplate::setlAlertTwo(qint32 value) { change(m_lAlertTwo, value); }
+void cSetsTemplate::setbAlertOne(bool value) { change(m_bAlertOne, value); }
+void cSetsTemplate::setbAlertTwo(bool value) { change(m_bAlertTwo, value); }
+void cSetsTemplate::setbCTCLikeCTO(bool value) { change(m_bCTCLikeCTO, value); }
+void cSetsTemplate::setbExpertMode(bool value) { change(m_bExpertMode, value); }
+void cSetsTemplate::setdtDate(const QDateTime& value) { change(m_dtDate, value); }
+void cSetsTemplate::setsName(const QString& value) { change(m_sName, value); }
+void cSetsTemplate::setlShots(qint32 value) { change(m_lShots, value); }
+void cSetsTemplate::setlHyperTime(qint32 value) { change(m_lHyperTime, value); }
+void cSetsTemplate::setlHyperMode(qint32 value) { change(m_lHyperMode, value); }
+
+cColUserVar& cSetsTemplate::colUserVar()
+{
+    if (!m_colUserVar) {
+        m_colUserVar = std::make_unique<cColUserVar>();
+        m_colUserVar->setParentID(m_ID);
+    }
+    return *m_colUserVar;
+}
+
+void cSetsTemplate::setIsDirtySelf(bool value)
+{
+    m_changed = value;
+    m_revalidate = true;
+}
+
+bool cSetsTemplate::IsDirty() const
+{
+    return IsDirtySelf() || (m_colUserVar && m_colUserVar->IsDirty());
+}
+
+void cSetsTemplate::setValid(bool value) const
+{
+    m_valid = value;
+    m_revalidate = false;
+}
+
+bool cSetsTemplate::IsValid() const
+{
+    // No field rules yet: revalidating keeps the flag; this is where field checks would go.
+    if (m_revalidate)
+        setValid(m_valid);
+    return m_valid;
+}
+
+QString cSetsTemplate::InsertStatement() const
+{
+    QString s;
+    s.reserve(520);
+    s += QStringLiteral("INSERT INTO ta_SetsTemplate");
+    s += QStringLiteral(" (");
+    s += QStringLiteral("  ID, ParentID, Version, lShotTime, lDwellTime, lCycleTimeOpen, lLoadTime, "
+                        "lCycleTimeClose, lGameTime, lFiringMode, sName, dtDate, bCTCLikeCTO, bExpertMode, "
+                        "bAlertOne, bAlertTwo, lAlertOne, lAlertTwo");
+    s += QStringLiteral(") ");
+    s += QStringLiteral("VALUES (");
+    s += QStringLiteral("  '") + JetKey(m_ID) + QStringLiteral("'");
+    s += QStringLiteral(", '") + JetKey(m_parentID) + QStringLiteral("'");
+    s += QStringLiteral(", '") + JetKey(m_version) + QStringLiteral("'");
+    for (qint32 value : {m_lShotTime, m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose,
+                         m_lGameTime, m_lFiringMode})
+        s += QStringLiteral(", ") + JetLong(value) + QStringLiteral(" ");
+    s += QStringLiteral(", ") + JetText(m_sName) + QStringLiteral(" ");
+    s += QStringLiteral(", #") + JetDate(m_dtDate) + QStringLiteral("# ");
+    for (bool value : {m_bCTCLikeCTO, m_bExpertMode, m_bAlertOne, m_bAlertTwo})
+        s += QStringLiteral(", ") + JetBool(value) + QStringLiteral(" ");
+    for (qint32 value : {m_lAlertOne, m_lAlertTwo})
+        s += QStringLiteral(", ") + JetLong(value) + QStringLiteral(" ");
+    s += QStringLiteral(");");
+    return s;
+}
+
+QString cSetsTemplate::UpdateStatement() const
+{
+    // The version identifier is fixed when the row is made: deliberately never updated.
+    QString s;
+    s.reserve(520);
+    s += QStringLiteral("UPDATE ta_SetsTemplate ");
+    s += QStringLiteral("SET ");
+    s += QStringLiteral("  ParentID = '") + JetKey(m_parentID) + QStringLiteral("' ");
+    s += QStringLiteral(", lShotTime = ") + JetLong(m_lShotTime) + QStringLiteral(" ");
+    s += QStringLiteral(", lDwellTime = ") + JetLong(m_lDwellTime) + QStringLiteral(" ");
+    s += QStringLiteral(", lCycleTimeOpen = ") + JetLong(m_lCycleTimeOpen) + QStringLiteral(" ");
+    s += QStringLiteral(", lLoadTime = ") + JetLong(m_lLoadTime) + QStringLiteral(" ");
+    s += QStringLiteral(", lCycleTimeClose = ") + JetLong(m_lCycleTimeClose) + QStringLiteral(" ");
+    s += QStringLiteral(", lGameTime = ") + JetLong(m_lGameTime) + QStringLiteral(" ");
+    s += QStringLiteral(", lFiringMode = ") + JetLong(m_lFiringMode) + QStringLiteral(" ");
+    s += QStringLiteral(", sName = ") + JetText(m_sName) + QStringLiteral(" ");
+    s += QStringLiteral(", dtDate = #") + JetDate(m_dtDate) + QStringLiteral("# ");
+    s += QStringLiteral(", bCTCLikeCTO = ") + JetBool(m_bCTCLikeCTO) + QStringLiteral(" ");
+    s += QStringLiteral(", bExpertMode = ") + JetBool(m_bExpertMode) + QStringLiteral(" ");
+    s += QStringLiteral(", bAlertOne = ") + JetBool(m_bAlertOne) + QStringLiteral(" ");
+    s += QStringLiteral(", bAlertTwo = ") + JetBool(m_bAlertTwo) + QStringLiteral(" ");
+    s += QStringLiteral(", lAlertOne = ") + JetLong(m_lAlertOne) + QStringLiteral(" ");
+    s += QStringLiteral(", lAlertTwo = ") + JetLong(m_lAlertTwo) + QStringLiteral(" ");
+    s += QStringLiteral("WHERE ID = '") + JetKey(m_ID) + QStringLiteral("';");
+    return s;
+}
+
+QString cSetsTemplate::SelectStatement() const
+{
+    return QStringLiteral("SELECT * ") + QStringLiteral("FROM ta_SetsTemplate ") + QStringLiteral("WHERE ID = '")
+           + JetKey(m_ID) + QStringLiteral("';");
+}
+
+QString cSetsTemplate::DeleteStatement() const
+{
+    return QStringLiteral("DELETE * ") + QStringLiteral("FROM ta_SetsTemplate ") + QStringLiteral("WHERE ID = '")
+           + JetKey(m_ID) + QStringLiteral("';");
+}
+
+void cSetsTemplate::Init()
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Init"), [&] { InitOrThrow(nullptr); });
+}
+
+void cSetsTemplate::Init(const QSqlRecord& row)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Init"), [&] { InitOrThrow(&row); });
+}
+
+void cSetsTemplate::InitOrThrow(const QSqlRecord* row)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Init"), [&] {
+        if (!row) {
+            setID(GetNewGUIDStr());
+            m_parentID.clear();
+            m_isNew = true;
+            m_version = GetNewGUIDStr();
+            m_revalidate = true;
+            setValid(true);
+            cColUserVar& vars = colUserVar();
+            for (const char* name : kStandardUserVars)
+                vars.AddOrThrow()->setsName(QString::fromLatin1(name));
+            setbAlertOne(false);
+            setbAlertTwo(false);
+            setbCTCLikeCTO(false);
+            setbExpertMode(false);
+            setdtDate(QDateTime::currentDateTime());
+            setlGameTime(10);
+            setlAlertOne(1);
+            setlAlertTwo(1);
+            // A new setting starts from what a freshly made timing record holds.
+            cSettings timing;
+            setlCycleTimeClose(timing.CycleTimeClose());
+            setlCycleTimeOpen(timing.CycleTimeOpen());
+            setlDwellTime(timing.Dwelltime());
+            setlLoadTime(timing.LoadTime());
+            setlShotTime(timing.ShotTime());
+            setlFiringMode(timing.FiringMode());
+            setsName(QString());
+        } else {
+            // Read in this order; a null stops here and what was read before keeps its value.
+            setID(ColumnText(*row, QStringLiteral("ID")));
+            m_parentID = ColumnText(*row, QStringLiteral("ParentID"));
+            m_version = ColumnText(*row, QStringLiteral("Version"));
+            m_isNew = false;
+            m_revalidate = true;
+            setValid(true);
+            setbAlertOne(ColumnBool(*row, QStringLiteral("bAlertOne")));
+            setbAlertTwo(ColumnBool(*row, QStringLiteral("bAlertTwo")));
+            setbCTCLikeCTO(ColumnBool(*row, QStringLiteral("bCTCLikeCTO")));
+            setbExpertMode(ColumnBool(*row, QStringLiteral("bExpertMode")));
+            setdtDate(ColumnDate(*row, QStringLiteral("dtDate")));
+            setlAlertOne(ColumnLong(*row, QStringLiteral("lAlertOne")));
+            setlAlertTwo(ColumnLong(*row, QStringLiteral("lAlertTwo")));
+            setlCycleTimeClose(ColumnLong(*row, QStringLiteral("lCycleTimeClose")));
+            setlCycleTimeOpen(ColumnLong(*row, QStringLiteral("lCycleTimeOpen")));
+            setlDwellTime(ColumnLong(*row, QStringLiteral("lDwellTime")));
+            setlGameTime(ColumnLong(*row, QStringLiteral("lGameTime")));
+            setlLoadTime(ColumnLong(*row, QStringLiteral("lLoadTime")));
+            setlShotTime(ColumnLong(*row, QStringLiteral("lShotTime")));
+            const bool noFiringMode = IsNullColumn(*row, QStringLiteral("lFiringMode"));
+            setlFiringMode(noFiringMode ? 0 : ColumnLong(*row, QStringLiteral("lFiringMode")));
+            setsName(ColumnText(*row, QStringLiteral("sName")));
+            // The stored variables replace the seven standard ones the record was made with.
+            colUserVar().Clear();
+        }
+        setIsDirtySelf(false);
+        m_isDeleted = false;
+    });
+}
+
+std::shared_ptr<cUserVar> cSetsTemplate::AddUserVar(const QString& name, const QString& value)
+{
+    std::shared_ptr<cUserVar> variable;
+    ShowErrors(kClass, kRevision, QStringLiteral("AddUserVar"), [&] {
+        variable = colUserVar().AddOrThrow();
+        variable->setsName(name);
+        variable->setsValue(value);
+    });
+    return variable;
+}
+
+void cSetsTemplate::Save(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Save"), [&] { SaveOrThrow(connection); });
+}
+
+void cSetsTemplate::SaveOrThrow(QSqlDatabase& connection)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Save"), [&] {
+        EnsureConnection(connection);
+        if (m_isNew) {
+            // A new record marked deleted is never inserted, yet its variables are still saved
+            // below and stay as rows without a setting: deliberate, kept as it always was.
+            if (!m_isDeleted)
+                createOrThrow(connection);
+        } else if (m_isDeleted) {
+            deleteOrThrow(connection);
+        } else if (IsDirtySelf()) {
+            updateOrThrow(connection);
+        }
+        // Deleting the setting leaves its variables' rows: they are never loaded again.
+        colUserVar().SaveOrThrow(connection);
+    });
+}
+
+void cSetsTemplate::Load(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Load"), [&] {
+        EnsureConnection(connection);
+        readOrThrow(connection);
+        LoadUserVarsOrThrow(connection);
+    });
+}
+
+void cSetsTemplate::LoadUserVarsOrThrow(QSqlDatabase& connection)
+{
+    // A record without an ID (only in a file made elsewhere) has no variables of its own: the
+    // load statement without a parent would select every variable of the library.
+    if (m_ID.isEmpty())
+        return;
+    colUserVar().LoadOrThrow(connection);
+}
+
+void cSetsTemplate::Read(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Read"), [&] { readOrThrow(connection); });
+}
+
+void cSetsTemplate::Delete(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Delete"), [&] { deleteOrThrow(connection); });
+}
+
+void cSetsTemplate::Create(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Create"), [&] { createOrThrow(connection); });
+}
+
+void cSetsTemplate::Update(QSqlDatabase& connection)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("Update"), [&] { updateOrThrow(connection); });
+}
+
+void cSetsTemplate::readOrThrow(QSqlDatabase& connection)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Read"), [&] {
+        QSqlQuery query = Execute(connection, SelectStatement());
+        if (query.next()) {
+            const QSqlRecord row = query.record();
+            InitOrThrow(&row);
+        }
+    });
+}
+
+void cSetsTemplate::deleteOrThrow(QSqlDatabase& connection)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Delete"), [&] { Execute(connection, DeleteStatement()); });
+}
+
+void cSetsTemplate::createOrThrow(QSqlDatabase& connection)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Create"), [&] {
+        Execute(connection, InsertStatement());
+        // The changed flag stays: a record edited after it was made is updated at the next save.
+        m_isNew = false;
+    });
+}
+
+void cSetsTemplate::updateOrThrow(QSqlDatabase& connection)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Update"), [&] {
+        Execute(connection, UpdateStatement());
+        setIsDirtySelf(false);
+    });
+}
+
+float cSetsTemplate::rofOrThrow() const
+{
+    cSettings timing;
+    timing.setShotTime(m_lShotTime);
+    timing.setDwelltime(m_lDwellTime);
+    timing.setCycleTimeOpen(m_lCycleTimeOpen);
+    timing.setLoadTime(m_lLoadTime);
+    timing.setCycleTimeClose(m_lCycleTimeClose);
+    return timing.ROF();
+}
+
+float cSetsTemplate::ROF()
+{
+    float rof = 0.0F;
+    ShowErrors(kClass, kRevision, QStringLiteral("ROF"), [&] { rof = rofOrThrow(); });
+    return rof;
+}
+
+QString cSetsTemplate::sROF()
+{
+    QString text;
+    ShowErrors(kClass, kRevision, QStringLiteral("sROF"), [&] {
+        // The pattern ".0": one decimal, rounded half away from zero, no digit before the
+        // point when the whole part is 0.
+        const double tenths = std::round(static_cast<double>(rofOrThrow()) * 10.0);
+        text = QString::number(tenths / 10.0, 'f', 1);
+        if (text.startsWith(QLatin1String("0.")))
+            text.remove(0, 1);
+        else if (text.startsWith(QLatin1String("-0.")))
+            text.remove(1, 1);
+    });
+    return text;
+}

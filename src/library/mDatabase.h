@@ -1,0 +1,98 @@
+#pragma once
+// The library file: where it lies, making it at start-up from the template, the one shared
+// connection, and the one function through which every library statement runs.
+//
+// The record classes write their statements in the Jet dialect the library has always used
+// ("DELETE * FROM", #mm-dd-yyyy# dates, True/False, double-quoted texts). Execute() translates
+// each statement with a tokenizer into SQLite's dialect, so that text inside a literal is never
+// rewritten.
+#include <QDateTime>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSqlRecord>
+#include <QString>
+
+namespace mMain {
+
+// Makes sure a library file exists at the configured path: uses it, or copies the template
+// there, or asks the user for another file. False: there is no library, the program ends.
+bool CheckForDB();
+// The shared connection, opened on the first call. A file that is not a library is reported
+// and the connection stays unopened (no retry during the run).
+QSqlDatabase ConnectDB();
+
+} // namespace mMain
+
+namespace mDatabase {
+
+inline const QString kModule = QStringLiteral("mDatabase");
+inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+inline const QString kConnectionName = QStringLiteral("MarloLibrary");
+inline const QString kDefaultFileName = QStringLiteral("Marlo.mdb");
+inline const QString kTemplateFileName = QStringLiteral("instdbxx.tmp");
+
+// The start-up dialogs about a missing library.
+inline const QString kMissingTitle = QStringLiteral("Missing database");
+inline const QString kMissingText = QStringLiteral(
+    "The Marlo-database does not exist.\r\nYou must specify a path and name for a database for "
+    "Marlo to work.\r\n\r\nIf you do not have a database for Marlo you cannot continue using the "
+    "program\r\nunless you reinstall the program.\r\n\r\nDo you wish to look for a database-file "
+    "for Marlo?");
+inline const QString kSpecifyTitle = QStringLiteral("Specify database");
+inline const QString kSpecifyPrompt =
+    QStringLiteral("Please specify a path for the database you wish to use...");
+inline const QString kCannotContinueTitle = QStringLiteral("Missing Database");
+inline const QString kCannotContinueText =
+    QStringLiteral("Due to a missing database, the program cannot continue execution.");
+
+// "Invalid use of Null": a stored null where the library expects a value.
+constexpr qint32 RT_INVALID_USE_OF_NULL = 94;
+
+// A library file for this run only (marlo-cli --db), leaving the preference DBName alone.
+// Empty: none.
+void SetPathOverride(const QString& path);
+QString PathOverride();
+// The library file in force: the override, else DBName, else the default file.
+QString LibraryPath();
+// The template every new library is copied from, in the program's folder.
+QString TemplatePath();
+
+// Raises a clear error when the file is not a Marlo library (missing, empty, an Access file,
+// not SQLite, damaged, read-only, tables or columns missing). Never changes the file.
+void VerifyLibraryFile(const QString& path);
+// The same check as a text: the clear description of what is wrong, or empty.
+QString LibraryFileProblem(const QString& path);
+
+// The reason the shared connection could not be opened, or empty.
+QString OpenError();
+// Closes the shared connection and forgets it (end of the run, and tests that switch files).
+// Every copy of the connection must be dropped first.
+void DisconnectDB();
+
+// Fills an empty connection argument with the shared connection.
+void EnsureConnection(QSqlDatabase& connection);
+
+// Translates one Jet statement into SQLite's dialect. Raises a syntax error for an unterminated
+// literal, a bad date, a comment or a second statement.
+QString TranslateJetSql(const QString& statement);
+// Translates and executes one statement; the query is forward-only and positioned before the
+// first row. A failure raises the database error with the engine's text.
+QSqlQuery Execute(QSqlDatabase& connection, const QString& statement);
+
+// Pieces of Jet statements.
+QString JetText(const QString& text);        // "text" with every double quote doubled
+QString JetKey(const QString& key);          // a key for '...': single quotes doubled (none in a GUID)
+QString JetDate(const QDateTime& date);      // mm-dd-yyyy (date only)
+QString JetBool(bool value);                 // True / False
+QString JetLong(qint32 value);               // decimal
+
+// Reading the columns of a row by name; a missing column, a null or an unconvertible value
+// raises (missing column, invalid use of null, type mismatch, overflow).
+bool IsNullColumn(const QSqlRecord& row, const QString& column);
+QString ColumnText(const QSqlRecord& row, const QString& column);
+qint32 ColumnLong(const QSqlRecord& row, const QString& column);
+bool ColumnBool(const QSqlRecord& row, const QString& column);
+QDateTime ColumnDate(const QSqlRecord& row, const QString& column);
+
+} // namespace mDatabase
