@@ -1,0 +1,206 @@
+// The catalogue sizes and the hex helpers every record builds its frames with.
+#include "link/MarloError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+
+#include <QtTest>
+
+using namespace mAppFunc;
+
+class tst_mAppFunc : public QObject {
+    Q_OBJECT
+private slots:
+    void functionSizes_data();
+    void functionSizes();
+    void reportSizes_data();
+    void reportSizes();
+    void variableInputSize();
+    void byteFromHexstring_data();
+    void byteFromHexstring();
+    void byteFromHexstringRejectsNonHex();
+    void lz_data();
+    void lz();
+    void hexByte_data();
+    void hexByte();
+    void checksum_data();
+    void checksum();
+};
+
+void tst_mAppFunc::functionSizes_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("input");
+    QTest::addColumn<int>("report");
+    QTest::newRow("boot-mode query") << 0x11 << 2 << 3;
+    QTest::newRow("gun information") << 0x13 << 2 << 28;
+    QTest::newRow("timing") << 0x14 << 2 << 14;
+    QTest::newRow("counters") << 0x15 << 2 << 10;
+    QTest::newRow("game timers") << 0x16 << 2 << 9;
+    QTest::newRow("battery") << 0x17 << 2 << 4;
+    QTest::newRow("options") << 0x18 << 2 << 6;
+    QTest::newRow("ramping") << 0x19 << 2 << 5;
+    QTest::newRow("upload timing") << 0x24 << 14 << 2;
+    QTest::newRow("reset counter") << 0x25 << 6 << 2;
+    QTest::newRow("upload game timers") << 0x26 << 9 << 2;
+    QTest::newRow("upload options") << 0x28 << 6 << 2;
+    QTest::newRow("upload ramping") << 0x29 << 5 << 2;
+    QTest::newRow("stop program") << 0x81 << 2 << 2;
+    QTest::newRow("start program") << 0x83 << 2 << 2;
+    QTest::newRow("read block") << 0x85 << 4 << 18;
+    QTest::newRow("0x86") << 0x86 << 2 << 2;
+    QTest::newRow("0x87") << 0x87 << 2 << 2;
+    QTest::newRow("unknown 0x12") << 0x12 << 0 << 0;
+    QTest::newRow("below the range") << 0x10 << 0 << 0;
+    QTest::newRow("above the range") << 0x8B << 0 << 0;
+    QTest::newRow("a report code") << 0x41 << 0 << 0;
+}
+
+void tst_mAppFunc::functionSizes()
+{
+    QFETCH(int, code);
+    QFETCH(int, input);
+    QFETCH(int, report);
+    QCOMPARE(GetFunctionInputSize(code, QStringLiteral("00")), input);
+    QCOMPARE(GetFunctionReturnSize(code), report);
+}
+
+void tst_mAppFunc::reportSizes_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<int>("size");
+    const QList<QPair<int, int>> table = {{0x41, 3}, {0x42, 2}, {0x43, 28}, {0x44, 14}, {0x45, 10},
+                                          {0x46, 9},  {0x47, 4}, {0x48, 6},  {0x49, 5},  {0x50, 2},
+                                          {0x91, 2},  {0x93, 2}, {0x95, 18}, {0x96, 0},  {0x97, 0},
+                                          {0x00, 0},  {0x11, 0}, {0xFF, 0}};
+    for (const auto& row : table)
+        QTest::addRow("0x%02X", row.first) << row.first << row.second;
+}
+
+void tst_mAppFunc::reportSizes()
+{
+    QFETCH(int, code);
+    QFETCH(int, size);
+    QCOMPARE(GetReportReturnSize(code), size);
+}
+
+void tst_mAppFunc::variableInputSize()
+{
+    QCOMPARE(GetFunctionInputSize(0x82, QString(20, QLatin1Char('0'))), 10);
+    QCOMPARE(GetFunctionInputSize(0x8A, QStringLiteral("8A0020100102")), 6);
+    QCOMPARE(GetFunctionInputSize(0x82, QString()), 0);
+}
+
+void tst_mAppFunc::byteFromHexstring_data()
+{
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<int>("n");
+    QTest::addColumn<int>("value");
+    QTest::newRow("first byte") << "1400EC" << 1 << 0x14;
+    QTest::newRow("middle byte") << "1400EC" << 2 << 0x00;
+    QTest::newRow("checksum") << "1400EC" << 3 << 0xEC;
+    QTest::newRow("past the end") << "1400EC" << 4 << 0;
+    QTest::newRow("far past the end") << "1400EC" << 400 << 0;
+    QTest::newRow("empty string") << "" << 1 << 0;
+    QTest::newRow("single trailing digit") << "14A" << 2 << 0xA;
+    QTest::newRow("lower case") << "ff" << 1 << 0xFF;
+    QTest::newRow("position zero") << "1400EC" << 0 << 0;
+}
+
+void tst_mAppFunc::byteFromHexstring()
+{
+    QFETCH(QString, hex);
+    QFETCH(int, n);
+    QFETCH(int, value);
+    QCOMPARE(int(GetByteFromHexstring(hex, n)), value);
+}
+
+void tst_mAppFunc::byteFromHexstringRejectsNonHex()
+{
+    for (const QString& hex : {QStringLiteral("ZZ"), QStringLiteral("1G"), QStringLiteral(" 1"), QStringLiteral("-1")}) {
+        try {
+            GetByteFromHexstring(hex, 1);
+            QFAIL(qPrintable(QStringLiteral("no error for %1").arg(hex)));
+        } catch (const MarloError& e) {
+            QCOMPARE(e.Number(), mErrCodes::RT_TYPE_MISMATCH);
+        }
+    }
+}
+
+void tst_mAppFunc::lz_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("padded");
+    QTest::newRow("one digit") << 2 << "A" << "0A";
+    QTest::newRow("already two") << 2 << "1F" << "1F";
+    QTest::newRow("longer stays") << 2 << "100" << "100";
+    QTest::newRow("empty") << 2 << "" << "00";
+    QTest::newRow("four") << 4 << "100" << "0100";
+}
+
+void tst_mAppFunc::lz()
+{
+    QFETCH(int, length);
+    QFETCH(QString, text);
+    QFETCH(QString, padded);
+    QCOMPARE(LZ(length, text), padded);
+}
+
+void tst_mAppFunc::hexByte_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("zero") << 0 << "00" << false;
+    QTest::newRow("ten") << 10 << "0A" << false;
+    QTest::newRow("max") << 255 << "FF" << false;
+    QTest::newRow("256 does not fit") << 256 << "" << true;
+    QTest::newRow("negative does not fit") << -1 << "" << true;
+}
+
+void tst_mAppFunc::hexByte()
+{
+    QFETCH(int, value);
+    QFETCH(QString, hex);
+    QFETCH(bool, fails);
+    try {
+        QCOMPARE(HexByte(value), hex);
+        QVERIFY(!fails);
+    } catch (const MarloError& e) {
+        QVERIFY(fails);
+        QCOMPARE(e.Number(), mErrCodes::RT_INVALID_CALL);
+    }
+}
+
+void tst_mAppFunc::checksum_data()
+{
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<int>("crc");
+    QTest::newRow("timing download command") << "1400" << 0xEC;
+    QTest::newRow("empty") << "" << 0;
+    QTest::newRow("sums to 512") << "80FF81" << 0x00;
+    QTest::newRow("single byte") << "14" << 0xEC;
+    QTest::newRow("defaults upload") << "240A0A1E231C000A0A1E231C00" << 0xFA;
+}
+
+void tst_mAppFunc::checksum()
+{
+    QFETCH(QString, hex);
+    QFETCH(int, crc);
+    QCOMPARE(int(mCommBasic::CalcCRC(hex)), crc);
+    const QString framed = hex + LZ(2, QString::number(crc, 16).toUpper());
+    QVERIFY(mCommBasic::CheckCRC(framed));
+    quint32 sum = 0;
+    for (char byte : HexToBytes(framed))
+        sum += static_cast<quint8>(byte);
+    QCOMPARE(sum % 256, 0u);
+    // Any change of one byte breaks the check.
+    QString broken = framed;
+    broken[0] = broken[0] == QLatin1Char('1') ? QLatin1Char('2') : QLatin1Char('1');
+    if (!hex.isEmpty())
+        QVERIFY(!mCommBasic::CheckCRC(broken));
+}
+
+QTEST_GUILESS_MAIN(tst_mAppFunc)
+#include "tst_mAppFunc.moc"

@@ -1,0 +1,226 @@
+// One exchange with the grip, every way it can end, against the in-memory port.
+#include "TestLink.h"
+
+#include "link/MarloError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+
+#include <QtTest>
+
+using namespace mAppFunc;
+
+namespace {
+
+// A report with its checksum appended.
+QByteArray framed(const QString& hexWithoutChecksum)
+{
+    return HexToBytes(hexWithoutChecksum + HexByte(mCommBasic::CalcCRC(hexWithoutChecksum)));
+}
+
+const QByteArray kTimingReport = framed(QStringLiteral("440A0A1E231C000A0A1E231C00"));
+
+} // namespace
+
+class tst_mCommBasic : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { link = std::make_unique<TestLink>(); }
+    void cleanup() { link.reset(); }
+
+    void wireFrames_data();
+    void wireFrames();
+    void outcomes_data();
+    void outcomes();
+    void staleInputIsFlushed();
+    void longAnswerLeavesNothingForTheNextExchange();
+    void unknownReportCodeFails();
+    void silentGripTimesOutWithinTwoSeconds();
+    void busyGuardRefusesSecondExchange();
+    void portFailureGivesEmptyReport();
+    void tooShortCommand();
+    void errorTrailNamesTheLink();
+
+private:
+    std::unique_ptr<TestLink> link;
+};
+
+void tst_mCommBasic::wireFrames_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QByteArray>("codeByte");
+    QTest::addColumn<QByteArray>("rest");
+    QTest::newRow("download timing") << "14" << QByteArray("\x14") << QByteArray("\xEC");
+    QTest::newRow("short command padded with zeros")
+        << "2401" << QByteArray("\x24") << QByteArray::fromHex("01DB0000000000000000000000");
+    QTest::newRow("long command cut at the input size") << "14AABB" << QByteArray("\x14") << QByteArray("\xAA");
+    QTest::newRow("read block") << "850020" << QByteArray("\x85") << QByteArray::fromHex("00205B");
+}
+
+void tst_mCommBasic::wireFrames()
+{
+    QFETCH(QString, command);
+    QFETCH(QByteArray, codeByte);
+    QFETCH(QByteArray, rest);
+    mCommBasic::CommHexData(command, true);
+    QCOMPARE(link->port.writes.size(), 2);
+    QCOMPARE(link->port.writes[0], codeByte);
+    QCOMPARE(link->port.writes[1], rest);
+    // The pause comes between the code byte and the rest, and only there.
+    QCOMPARE(link->sleeps, QList<qint32>{100});
+    QCOMPARE(link->port.opens, 1);
+    QCOMPARE(link->port.closes, 1);
+    QVERIFY(!mCommBasic::bCommBusy);
+}
+
+void tst_mCommBasic::outcomes_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("report");
+    QTest::addColumn<int>("outcome");
+    const QString timing = BytesToHex(kTimingReport);
+    QTest::newRow("ok") << kTimingReport << timing << int(mCommBasic::Outcome::Ok);
+    QByteArray badSum = kTimingReport;
+    badSum[13] = char(badSum[13] ^ 0x01);
+    QTest::newRow("bad checksum: returned all the same")
+        << badSum << BytesToHex(badSum) << int(mCommBasic::Outcome::BadChecksum);
+    // The negative answer is two bytes long by the catalogue: what follows it is left behind.
+    QTest::newRow("negative answer: returned unchecked")
+        << framed(QStringLiteral("5001")) << QStringLiteral("5001") << int(mCommBasic::Outcome::WrongLength);
+    QTest::newRow("short answer: returned as it stands")
+        << kTimingReport.left(5) << BytesToHex(kTimingReport.left(5)) << int(mCommBasic::Outcome::WrongLength);
+}
+
+void tst_mCommBasic::outcomes()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, report);
+    QFETCH(int, outcome);
+    link->port.setResponder([&](const QByteArray&) { return answer; });
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), report);
+    QCOMPARE(int(mCommBasic::LastOutcome()), outcome);
+    QVERIFY(!link->port.PortOpen());
+    QVERIFY(!mCommBasic::bCommBusy);
+}
+
+void tst_mCommBasic::staleInputIsFlushed()
+{
+    link->port.queueInput(QByteArray::fromHex("4400FF"));
+    link->port.setResponder([](const QByteArray&) { return kTimingReport; });
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), BytesToHex(kTimingReport));
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+}
+
+void tst_mCommBasic::longAnswerLeavesNothingForTheNextExchange()
+{
+    link->port.setResponder([](const QByteArray&) { return kTimingReport + QByteArray::fromHex("010203"); });
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), BytesToHex(kTimingReport));
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::WrongLength));
+    // The extra bytes are stale input for the next exchange, which throws them away.
+    link->port.setResponder([](const QByteArray&) { return kTimingReport; });
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), BytesToHex(kTimingReport));
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+}
+
+void tst_mCommBasic::unknownReportCodeFails()
+{
+    link->port.setResponder([](const QByteArray&) { return QByteArray::fromHex("990102"); });
+    try {
+        mCommBasic::CommHexData(QStringLiteral("14"), true);
+        QFAIL("a report of unknown size was read without an error");
+    } catch (const MarloError& e) {
+        QCOMPARE(e.Number(), mErrCodes::RT_INVALID_CALL);
+        QCOMPARE(e.Trail().first().procedure, QStringLiteral("CommReadBytes"));
+        QCOMPARE(e.Trail().last().procedure, QStringLiteral("CommHexData"));
+    }
+    QVERIFY(!link->port.PortOpen());
+    QVERIFY(!mCommBasic::bCommBusy);
+}
+
+void tst_mCommBasic::silentGripTimesOutWithinTwoSeconds()
+{
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), QString());
+    const qint64 elapsed = timer.elapsed();
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Timeout));
+    QVERIFY2(elapsed >= 900 && elapsed <= 2600, qPrintable(QString::number(elapsed)));
+    // The wait let events run and slept between looks at the port.
+    QVERIFY(link->ui.eventRuns > 0);
+    QVERIFY(link->port.waitedMs > 800);
+    QVERIFY(!link->port.PortOpen());
+}
+
+void tst_mCommBasic::busyGuardRefusesSecondExchange()
+{
+    int refusals = 0;
+    bool busyAfterRefusal = true;
+    qsizetype framesBefore = -1;
+    link->ui.onProcessEvents = [&] {
+        if (refusals > 0)
+            return;
+        framesBefore = link->port.frames.size();
+        try {
+            mCommBasic::CommHexData(QStringLiteral("15"), true);
+        } catch (const MarloError& e) {
+            ++refusals;
+            QCOMPARE(e.Number(), mErrCodes::ERR_COMM_BUSY);
+            QCOMPARE(e.Description(), QStringLiteral("Marlo is already communicating with the grip.\r\n\r\nTry again..."));
+            QCOMPARE(e.Source(), QString());
+        }
+        busyAfterRefusal = mCommBasic::bCommBusy;
+    };
+    mCommBasic::CommHexData(QStringLiteral("14"), true); // the grip stays silent: the wait runs events
+    QCOMPARE(refusals, 1);
+    // The refusal clears the flag although the first exchange was still waiting (kept so).
+    QVERIFY(!busyAfterRefusal);
+    QCOMPARE(link->port.frames.size(), framesBefore); // the refused exchange sent nothing
+    QVERIFY(!mCommBasic::bCommBusy);
+}
+
+void tst_mCommBasic::portFailureGivesEmptyReport()
+{
+    link->port.setOpenFailure(QStringLiteral("Permission denied opening /dev/ttyS0"));
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), QString());
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::PortFailed));
+    QCOMPARE(mCommBasic::LastOpenError(), QStringLiteral("Permission denied opening /dev/ttyS0"));
+    QVERIFY(link->port.writes.isEmpty());
+    QVERIFY(!mCommBasic::bCommBusy);
+    // The link is usable again once the port opens.
+    link->port.setOpenFailure(std::nullopt);
+    link->port.setResponder([](const QByteArray&) { return kTimingReport; });
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("14"), true), BytesToHex(kTimingReport));
+}
+
+void tst_mCommBasic::tooShortCommand()
+{
+    for (const QString& command : {QString(), QStringLiteral("1")}) {
+        try {
+            mCommBasic::CommHexData(command, true);
+            QFAIL("no error for a command without a code");
+        } catch (const MarloError& e) {
+            QCOMPARE(e.Number(), mErrCodes::ERR_NOT_ENOUGH_DATA);
+            QCOMPARE(e.Source(), QStringLiteral("CommHexData"));
+            QCOMPARE(e.Description(), QStringLiteral("There were not enough data in the communication input."));
+        }
+        QVERIFY(!mCommBasic::bCommBusy);
+        QCOMPARE(link->port.opens, 0);
+    }
+}
+
+void tst_mCommBasic::errorTrailNamesTheLink()
+{
+    mCommBasic::bCommBusy = true;
+    try {
+        mCommBasic::CommHexData(QStringLiteral("14"), true);
+        QFAIL("no busy error");
+    } catch (const MarloError& e) {
+        QCOMPARE(e.Trail().size(), 1);
+        QCOMPARE(e.Trail().first().module, QStringLiteral("mCommBasic"));
+        QCOMPARE(e.Trail().first().revision, QStringLiteral("$Revision: 41 $"));
+        QCOMPARE(e.Trail().first().procedure, QStringLiteral("CommHexData"));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_mCommBasic)
+#include "tst_mCommBasic.moc"

@@ -1,0 +1,131 @@
+// The traffic log: its entry format, the file komm.log and the console.
+#include "TestLink.h"
+
+#include "library/cApplication.h"
+#include "link/cCommConsole.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "shell/mMain.h"
+
+#include <QDir>
+#include <QFile>
+#include <QtTest>
+
+namespace {
+
+class RecordingConsole : public cCommConsole {
+public:
+    static inline int starts = 0;
+    static inline QStringList entries;
+    void StartLogging() override { ++starts; }
+    void logData(const QString& text) override { entries.append(text); }
+};
+
+QString logPath() { return mMain::ProgramFile(QStringLiteral("komm.log")); }
+
+} // namespace
+
+class tst_trafficLog : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { QDir().mkpath(mMain::ProgramFolder()); }
+    void init();
+    void cleanup();
+    void entryFormat_data();
+    void entryFormat();
+    void nothingLoggedWhenOff();
+    void fileGetsEveryWriteAndRead();
+    void unwritableLogNeverDisturbs();
+    void consoleGetsEntries();
+
+private:
+    std::unique_ptr<TestLink> link;
+};
+
+void tst_trafficLog::init()
+{
+    QFile::remove(logPath());
+    QDir(logPath()).removeRecursively();
+    link = std::make_unique<TestLink>();
+    link->port.setResponder([](const QByteArray&) { return QByteArray::fromHex("4100BF"); });
+}
+
+void tst_trafficLog::cleanup()
+{
+    mMain::Application().RegistrySettings().setCommLogToFile(false);
+    mMain::Application().RegistrySettings().setCommLogToConsole(false);
+    mCommBasic::SetConsoleFactory(nullptr);
+    link.reset();
+}
+
+void tst_trafficLog::entryFormat_data()
+{
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("body");
+    QTest::newRow("command") << "1400EC" << "Sending data"
+                             << "Sending data\r\n  dec: [20,0,236]\r\n  hex:   [1400EC]";
+    QTest::newRow("one byte") << "41" << "Receiving data" << "Receiving data\r\n  dec: [65]\r\n  hex:   [41]";
+    QTest::newRow("nothing read") << "" << "Receiving data" << "Receiving data\r\n  dec: []\r\n  hex:   []";
+}
+
+void tst_trafficLog::entryFormat()
+{
+    QFETCH(QString, hex);
+    QFETCH(QString, label);
+    QFETCH(QString, body);
+    const QDateTime when(QDate(2026, 11, 21), QTime(13, 4, 5));
+    const QString entry = mCommBasic::FormatLogEntry(when, hex, label);
+    const qsizetype colon = entry.indexOf(QStringLiteral(": ") + label);
+    QVERIFY(colon > 0);
+    QCOMPARE(entry.mid(colon + 2), body);
+    const QString stamp = entry.left(colon);
+    QVERIFY2(stamp.contains(QStringLiteral("13:04:05")) || stamp.contains(QStringLiteral("1:04:05")), qPrintable(stamp));
+}
+
+void tst_trafficLog::nothingLoggedWhenOff()
+{
+    mCommBasic::CommHexData(QStringLiteral("11"), true);
+    QVERIFY(!QFile::exists(logPath()));
+}
+
+void tst_trafficLog::fileGetsEveryWriteAndRead()
+{
+    mMain::Application().RegistrySettings().setCommLogToFile(true);
+    link->port.queueInput(QByteArray::fromHex("99")); // stale: flushed and logged as received data
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QStringLiteral("4100BF"));
+    QFile file(logPath());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString log = QString::fromLocal8Bit(file.readAll());
+    QCOMPARE(log.count(QStringLiteral(": Sending data\r\n")), 2);
+    QCOMPARE(log.count(QStringLiteral(": Receiving data\r\n")), 3); // stale byte, code byte, rest
+    QVERIFY(log.contains(QStringLiteral("  dec: [153]\r\n  hex:   [99]\r\n")));
+    QVERIFY(log.contains(QStringLiteral("  dec: [17]\r\n  hex:   [11]\r\n")));
+    QVERIFY(log.contains(QStringLiteral("  dec: [239]\r\n  hex:   [EF]\r\n")));
+    QVERIFY(log.endsWith(QStringLiteral("\r\n")));
+}
+
+void tst_trafficLog::unwritableLogNeverDisturbs()
+{
+    QVERIFY(QDir().mkpath(logPath())); // a folder where the file should be
+    mMain::Application().RegistrySettings().setCommLogToFile(true);
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QStringLiteral("4100BF"));
+    QVERIFY(QFileInfo(logPath()).isDir());
+}
+
+void tst_trafficLog::consoleGetsEntries()
+{
+    RecordingConsole::starts = 0;
+    RecordingConsole::entries.clear();
+    mCommBasic::SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
+    mMain::Application().RegistrySettings().setCommLogToConsole(true);
+    mCommBasic::CommHexData(QStringLiteral("11"), true);
+    mCommBasic::CommHexData(QStringLiteral("11"), true);
+    QCOMPARE(RecordingConsole::starts, 1); // made once, kept for the run
+    QCOMPARE(RecordingConsole::entries.size(), 8);
+    QVERIFY(RecordingConsole::entries.first().endsWith(QStringLiteral("Sending data\r\n  dec: [17]\r\n  hex:   [11]")));
+    QVERIFY(!QFile::exists(logPath()));
+}
+
+QTEST_GUILESS_MAIN(tst_trafficLog)
+#include "tst_trafficLog.moc"

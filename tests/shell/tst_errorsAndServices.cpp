@@ -1,0 +1,186 @@
+// Error texts, the error trail, the two central routines, the grip's error record, the nested
+// wait pointer and the progress display.
+#include "ScriptedUi.h"
+
+#include "link/MarloError.h"
+#include "link/cError.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+#include <QtTest>
+
+class tst_errorsAndServices : public QObject {
+    Q_OBJECT
+private slots:
+    void init()
+    {
+        ui = ScriptedUi();
+        mMain::SetUserInterface(&ui);
+        mMain::ResetMousePointer();
+        ui.busyPointer.clear();
+    }
+    void cleanup() { mMain::SetUserInterface(nullptr); }
+
+    void messages_data();
+    void messages();
+    void gripErrorRecord_data();
+    void gripErrorRecord();
+    void passErrorsBuildsTheTrail();
+    void passErrorsNamesTheStep();
+    void foreignExceptionsBecomeErrors();
+    void showErrorsShowsAndResetsPointer();
+    void nestedWaitPointer();
+    void waitPointerWhileHidden();
+    void progressOnlyWhenVisible();
+    void confirmation();
+
+private:
+    ScriptedUi ui;
+};
+
+void tst_errorsAndServices::messages_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("10008") << mErrCodes::MSG_PROGRAM_CONTROL << "An unknown error occurred during download of timing-values.";
+    QTest::newRow("10020") << mErrCodes::MSG_NOT_ENOUGH_DATA << "There were not enough data in the communication input.";
+    QTest::newRow("10215 speaks of options") << mErrCodes::MSG_DL_HYPER << "An unknown error occurred during download of options-values.";
+    QTest::newRow("10255 speaks of options") << mErrCodes::MSG_UL_HYPER << "An unknown error occurred during upload of options-values.";
+    QTest::newRow("10300") << mErrCodes::MSG_COMM_BUSY << "Marlo is already communicating with the grip.\r\n\r\nTry again...";
+    QTest::newRow("10251") << mErrCodes::ResetCounterMessage(2) << "An unknown error occurred during resetting counter (parameter: 2).";
+    QTest::newRow("10800") << mErrCodes::DownloadFailedText(512) << "Download failed at address: 512";
+    QTest::newRow("10801") << mErrCodes::UploadFailedText(3920) << "Upload failed at address: 3920";
+    QTest::newRow("10012 first line") << mErrCodes::MSG_VERSION_FORMAT.section(QStringLiteral("\r\n"), 0, 0)
+                                      << "The format of the versionstring passed to the routine was wrong.";
+}
+
+void tst_errorsAndServices::messages()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, expected);
+    QCOMPARE(text, expected);
+}
+
+void tst_errorsAndServices::gripErrorRecord_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QString>("description");
+    QTest::newRow("none") << 0 << "";
+    QTest::newRow("checksum") << 1 << "Checksum error.";
+    QTest::newRow("other") << 2 << "Unknown errorcode.";
+    QTest::newRow("negative") << -1 << "Unknown errorcode.";
+}
+
+void tst_errorsAndServices::gripErrorRecord()
+{
+    QFETCH(int, code);
+    QFETCH(QString, description);
+    cError record;
+    record.setErrorCode(code);
+    QCOMPARE(record.Description(), description);
+    record.RecordNegativeAnswer(QStringLiteral("5007A9")); // the error byte does not matter
+    QCOMPARE(record.ErrorCode(), 1);
+    record.Clear();
+    QCOMPARE(record.ErrorCode(), 0);
+}
+
+namespace {
+void inner() { RaiseError(10213, QString(), mErrCodes::MSG_DL_TIMING); }
+void middle() { PassErrors(QStringLiteral("cSettings"), QStringLiteral("$Revision: 1 $"), QStringLiteral("Download"), [] { inner(); }); }
+void outer() { PassErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("InitDLTiming"), [] { middle(); }); }
+} // namespace
+
+void tst_errorsAndServices::passErrorsBuildsTheTrail()
+{
+    try {
+        outer();
+        QFAIL("no error");
+    } catch (const MarloError& e) {
+        QCOMPARE(e.Number(), 10213);
+        QCOMPARE(e.Trail().size(), 2);
+        QCOMPARE(e.Trail()[0].module, QStringLiteral("cSettings"));
+        QCOMPARE(e.Trail()[0].procedure, QStringLiteral("Download"));
+        QCOMPARE(e.Trail()[1].module, QStringLiteral("fTolvaneMan"));
+        QCOMPARE(e.origin(), QStringLiteral("cSettings.Download"));
+    }
+}
+
+void tst_errorsAndServices::passErrorsNamesTheStep()
+{
+    try {
+        PassErrors(QStringLiteral("mFirmware"), QStringLiteral("$Revision: 1 $"), QStringLiteral("LoadFile"), [](Procedure& proc) {
+            proc.setName(QStringLiteral("LoadFile - get filehandle"));
+            proc.setName(QStringLiteral("LoadFile - open file (x.tvf)"));
+            RaiseRuntimeError(mErrCodes::RT_FILE_NOT_FOUND);
+        });
+        QFAIL("no error");
+    } catch (const MarloError& e) {
+        QCOMPARE(e.Trail().first().procedure, QStringLiteral("LoadFile - open file (x.tvf)"));
+        QCOMPARE(e.Description(), QStringLiteral("File not found"));
+    }
+}
+
+void tst_errorsAndServices::foreignExceptionsBecomeErrors()
+{
+    const bool ok = ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] { throw std::runtime_error("boom"); });
+    QVERIFY(!ok);
+    QCOMPARE(ui.errors.size(), 1);
+    QCOMPARE(ui.errors.first().Description(), QStringLiteral("boom"));
+}
+
+void tst_errorsAndServices::showErrorsShowsAndResetsPointer()
+{
+    mMain::WaitMousePointer();
+    mMain::WaitMousePointer();
+    const bool ok = ShowErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("mnuDLTiming_Click"), [] { middle(); });
+    QVERIFY(!ok);
+    QCOMPARE(mMain::MousePointerDepth(), 0);
+    QCOMPARE(ui.busyPointer.last(), false);
+    QCOMPARE(ui.errors.size(), 1);
+    QCOMPARE(ui.errors.first().Trail().last().procedure, QStringLiteral("mnuDLTiming_Click"));
+    QVERIFY(ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] {}));
+    QCOMPARE(ui.errors.size(), 1);
+}
+
+void tst_errorsAndServices::nestedWaitPointer()
+{
+    mMain::WaitMousePointer();
+    mMain::WaitMousePointer();
+    mMain::RestoreMousePointer();
+    QCOMPARE(ui.busyPointer, (QList<bool>{true, true})); // the inner restore keeps the hourglass
+    mMain::RestoreMousePointer();
+    QCOMPARE(ui.busyPointer, (QList<bool>{true, true, false}));
+    QCOMPARE(mMain::MousePointerDepth(), 0);
+}
+
+void tst_errorsAndServices::waitPointerWhileHidden()
+{
+    ui.visible = false;
+    mMain::WaitMousePointer();
+    mMain::RestoreMousePointer();
+    QVERIFY(ui.busyPointer.isEmpty());
+    QCOMPARE(mMain::MousePointerDepth(), 0);
+}
+
+void tst_errorsAndServices::progressOnlyWhenVisible()
+{
+    ui.visible = false;
+    mMain::StartProgress(10);
+    QVERIFY(ui.progressMaxima.isEmpty());
+    ui.visible = true;
+    mMain::StartProgress(264);
+    QCOMPARE(ui.progressMaxima, QList<int>{264});
+    mMain::EndProgress();
+    QCOMPARE(ui.progressEnds, 1);
+}
+
+void tst_errorsAndServices::confirmation()
+{
+    mMain::ShowConfirm(QStringLiteral("Timinginformation was fetched."));
+    QCOMPARE(ui.messages.size(), 1);
+    QCOMPARE(ui.messages.first().title, QStringLiteral("Confirmation"));
+    QCOMPARE(ui.messages.first().icon, MsgIcon::Information);
+}
+
+QTEST_GUILESS_MAIN(tst_errorsAndServices)
+#include "tst_errorsAndServices.moc"
