@@ -267,7 +267,7 @@ QString LibraryFileProblem(const QString& path)
         return fileProblem(path, QStringLiteral("is not a Marlo library (it is not an SQLite database)."));
     // A file the user marked read-only is refused even where the account could write it anyway.
     const QFileDevice::Permissions writeBits =
-        QFileDevice::WriteOwner | QFileDevice::WriteUser | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (!(info.permissions() & writeBits) || !info.isWritable())
         return fileProblem(path, QStringLiteral("is read-only; the library must be writable."));
     if (!QFileInfo(info.absolutePath()).isWritable())
