@@ -1,0 +1,185 @@
+#include "firmware/mCommSupport.h"
+
+#include "firmware/cProgramSegment.h"
+#include "grip/cGunInfo.h"
+#include "library/cApplication.h"
+#include "link/cError.h"
+#include "link/mAppFunc.h"
+#include "link/mCommBasic.h"
+#include "link/mCommSupportHex.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+
+namespace mCommSupport {
+namespace {
+
+QString hexOf(qint32 value)
+{
+    return QString::number(static_cast<quint32>(value), 16).toUpper();
+}
+
+// A line's load address in the 16-bit signed arithmetic the transfer has always used: a high
+// byte of 0x80 or more overflows.
+qint32 lineAddress(const HexLine& line)
+{
+    const qint32 address = line.AddrHi * 256 + line.AddrLo;
+    if (address > 32767)
+        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
+    return address;
+}
+
+bool backwardCompatible()
+{
+    return mMain::Application().RegistrySettings().BackwardCompatibleUpload();
+}
+
+// Old firmware wants its program started and stopped again in the middle of a transfer.
+void restartProgram()
+{
+    mCommSupportHex::GRIPStartProgram();
+    mCommSupportHex::GRIPStopProgram();
+}
+
+void advanceProgress()
+{
+    cUserInterface& ui = mMain::UI();
+    ui.setProgress(ui.progress() + 1);
+}
+
+// Runs one block exchange up to three times. The error record is cleared before each attempt
+// and read after it: a negative answer fails the attempt like an error does. Answers true on
+// success; otherwise failure holds "(number) message" of the last attempt.
+template <typename Exchange>
+bool attemptBlock(Exchange exchange, qint32 retryPauseMs, QString& failure)
+{
+    for (qint32 attempt = 1; attempt <= kAttempts; ++attempt) {
+        GripError().Clear();
+        bool acknowledged = false;
+        qint32 number = 0;
+        QString message;
+        try {
+            acknowledged = exchange();
+        } catch (...) {
+            // A failed attempt is not the end of the transfer: keep the reason, try again.
+            const MarloError error = mMain::CurrentErrorAsMarloError();
+            number = error.Number();
+            message = error.Description();
+        }
+        if (GripError().ErrorCode() != cError::NoError) {
+            number = GripError().ErrorCode();
+            message = GripError().Description();
+        } else if (acknowledged) {
+            return true;
+        }
+        failure = QStringLiteral("(%1) %2").arg(number).arg(message);
+        if (attempt < kAttempts && retryPauseMs > 0)
+            mCommBasic::DoWait(retryPauseMs);
+    }
+    return false;
+}
+
+} // namespace
+
+void DLFirmware(FirmwareFile& image)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("DLFirmware"), [&](Procedure& proc) {
+        WaitPointerScope wait;
+        RefreshGunInfo(true);
+        proc.setName(QStringLiteral("DLFirmware - read PIC-memory"));
+        QList<HexLine> lines;
+        lines.reserve(kBlockCount);
+        cProgramSegment segment;
+        for (qint32 address = kFirstAddress; address < kEndAddress; address += kBlockSize) {
+            proc.setName(QStringLiteral("DLFirmware - read PIC-memory [$") + mAppFunc::LZ(4, hexOf(address)) +
+                         QLatin1Char(']'));
+            if (address == kReadRestartAddress && backwardCompatible())
+                restartProgram();
+            segment.setAddress(address);
+            segment.setByteCount(static_cast<quint8>(kBlockSize));
+            QString failure;
+            if (!attemptBlock([&] { return segment.Download(); }, 0, failure))
+                RaiseError(mErrCodes::ERR_DL_FIRMWARE, QStringLiteral("DLFirmware"),
+                           mErrCodes::DownloadFailedText(address) + QLatin1Char(' ') + failure);
+            HexLine line;
+            line.ByteCount = static_cast<quint8>(kBlockSize);
+            line.AddrHi = segment.addrHi();
+            line.AddrLo = segment.addrLo();
+            line.RecordType = 0;
+            for (qint32 i = 1; i <= kBlockSize; ++i)
+                line.Data.append(segment.Data(i));
+            line.Checksum = segment.Checksum();
+            lines.append(std::move(line));
+            advanceProgress();
+        }
+        image.Segments = std::move(lines);
+    });
+}
+
+void ULFirmware(const FirmwareFile& image)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("ULFirmware"), [&](Procedure& proc) {
+        WaitPointerScope wait;
+        RefreshGunInfo(true);
+        proc.setName(QStringLiteral("ULFirmware - upload data to grip"));
+        for (const HexLine& line : image.Segments) {
+            cProgramSegment segment;
+            const qint32 address = lineAddress(line);
+            segment.setAddress(address);
+            segment.setByteCount(line.ByteCount);
+            segment.setRecordType(line.RecordType);
+            for (qsizetype i = 0; i < line.Data.size(); ++i)
+                segment.setData(static_cast<qint32>(i + 1), line.Data.at(i));
+            // The write restarts at 0xF50 where the read does at 0x200: both are intended.
+            if (address == kWriteRestartAddress && backwardCompatible())
+                restartProgram();
+            QString failure;
+            if (!attemptBlock([&] { return segment.Upload(); }, kWriteRetryPauseMs, failure))
+                RaiseError(mErrCodes::ERR_UL_FIRMWARE, QStringLiteral("ULFirmware"),
+                           mErrCodes::UploadFailedText(address) + QLatin1Char(' ') + failure);
+            advanceProgress();
+        }
+    });
+}
+
+bool CompareProgramData(const FirmwareFile& fileImage, const FirmwareFile& gripImage)
+{
+    bool equal = true;
+    // Showing the error resets the wait pointer; the stretches of the callers stay open, so
+    // their nesting is put back afterwards.
+    const qint32 depth = mMain::MousePointerDepth();
+    const bool clean = ShowErrors(kModule, kRevision, QStringLiteral("CompareProgramData"), [&](Procedure& proc) {
+        qint32 counted = 0;
+        // The count is taken before any line is counted, so the text always reads 0 lines.
+        // Kept as it is.
+        proc.setName(QStringLiteral("CompareProgramData - Start comparing %1 lines.").arg(counted));
+        for (qsizetype number = 0; number < fileImage.Segments.size(); ++number) {
+            const HexLine& line = fileImage.Segments.at(number);
+            ++counted;
+            proc.setName(QStringLiteral("CompareProgramData - Line: %1").arg(number));
+            const qint32 address = lineAddress(line);
+            const qint32 block = address / kBlockSize - kFirstAddress / kBlockSize;
+            if (block < 0)
+                continue; // below 0x40: not part of the grip image
+            proc.setName(QStringLiteral("CompareProgramData - Addr: $") + hexOf(address));
+            if (block >= gripImage.Segments.size())
+                RaiseRuntimeError(mErrCodes::RT_SUBSCRIPT);
+            const QList<quint8>& gripData = gripImage.Segments.at(block).Data;
+            const qsizetype offset = line.AddrLo & 15;
+            for (qsizetype i = 0; i < line.Data.size(); ++i) {
+                if (offset + i >= gripData.size())
+                    RaiseRuntimeError(mErrCodes::RT_SUBSCRIPT);
+                if (line.Data.at(i) != gripData.at(offset + i))
+                    equal = false;
+            }
+            if (!equal)
+                break; // after the line with the first difference
+        }
+    });
+    if (!clean) {
+        for (qint32 level = mMain::MousePointerDepth(); level < depth; ++level)
+            mMain::WaitMousePointer();
+    }
+    return clean && equal;
+}
+
+} // namespace mCommSupport

@@ -1,0 +1,216 @@
+#include "firmware/mFirmware.h"
+
+#include "grip/cGunInfo.h"
+#include "link/mAppFunc.h"
+#include "link/mErrCodes.h"
+#include "link/mVersion.h"
+#include "shell/mMain.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+using namespace mAppFunc;
+
+namespace mFirmware {
+namespace {
+
+const QString kRule = QStringLiteral(";-----------------------------------");
+const QString kLineEnd = QStringLiteral("\r\n");
+
+[[noreturn]] void raiseFileError(qint32 number, const QString& path)
+{
+    RaiseError(number, QString(), mErrCodes::RuntimeErrorText(number) + QStringLiteral(": ") + path);
+}
+
+// Blanks only, as the file format has always been read: tabs and other white space stay.
+QString trimBlanks(const QString& text)
+{
+    qsizetype first = 0;
+    qsizetype last = text.size();
+    while (first < last && text.at(first) == QLatin1Char(' '))
+        ++first;
+    while (last > first && text.at(last - 1) == QLatin1Char(' '))
+        --last;
+    return text.mid(first, last - first);
+}
+
+HexLine parseRecord(const QString& record)
+{
+    HexLine line;
+    line.ByteCount = GetByteFromHexstring(record, 1);
+    line.AddrHi = GetByteFromHexstring(record, 2);
+    line.AddrLo = GetByteFromHexstring(record, 3);
+    line.RecordType = GetByteFromHexstring(record, 4);
+    line.Data.reserve(line.ByteCount);
+    for (qint32 n = 5; n <= line.ByteCount + 4; ++n)
+        line.Data.append(GetByteFromHexstring(record, n)); // a short record reads 0 here
+    line.Checksum = GetByteFromHexstring(record, line.ByteCount + 5);
+    return line;
+}
+
+void parseComment(FirmwareFile& image, const QString& comment)
+{
+    const qsizetype colon = comment.indexOf(QLatin1Char(':'));
+    if (colon < 0)
+        return; // no value: an ordinary comment
+    const QString key = trimBlanks(comment.left(colon)).toUpper();
+    // The value is the text between the first and a second colon exactly as it stands: a value
+    // read back from a saved file keeps the blanks after the colon. Intended.
+    const qsizetype next = comment.indexOf(QLatin1Char(':'), colon + 1);
+    const QString value = comment.mid(colon + 1, next < 0 ? -1 : next - colon - 1);
+    if (key == QLatin1String("FIRMWARE"))
+        image.Firmware = value;
+    else if (key == QLatin1String("BOOT"))
+        image.Boot = value;
+    else if (key == QLatin1String("PROTOCOL"))
+        image.Protocol = value;
+    else if (key == QLatin1String("HARDWARE"))
+        image.Hardware = value;
+}
+
+// Lower and upper bound of a range text "a.b.c-d.e.f" (one version without "-").
+void parseRange(const QString& text, mVersion::tVersion& lower, mVersion::tVersion& upper)
+{
+    const QStringList bounds = text.split(QLatin1Char('-'));
+    mVersion::str2tVersion(bounds.first(), lower);
+    mVersion::str2tVersion(bounds.last(), upper);
+}
+
+bool inRange(const mVersion::tVersion& version, const mVersion::tVersion& lower, const mVersion::tVersion& upper)
+{
+    // Major and minor are tested independently and the revision not at all, so 1.5.0-2.0.0
+    // admits no 1.7.0. That is the program's rule and is kept.
+    return lower.Major <= version.Major && version.Major <= upper.Major && lower.Minor <= version.Minor &&
+           version.Minor <= upper.Minor;
+}
+
+} // namespace
+
+QString LoadFile(const QString& path)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("LoadFile"), [&](Procedure& proc) {
+        proc.setName(QStringLiteral("LoadFile - get filehandle"));
+        QFile file(path);
+        proc.setName(QStringLiteral("LoadFile - open file (") + path + QLatin1Char(')'));
+        if (path.isEmpty() || !file.open(QIODevice::ReadOnly))
+            raiseFileError(QFileInfo::exists(path) ? mErrCodes::RT_FILE_ACCESS : mErrCodes::RT_FILE_NOT_FOUND, path);
+        proc.setName(QStringLiteral("LoadFile - get filesize"));
+        const qint64 size = file.size();
+        proc.setName(QStringLiteral("LoadFile - resize readbuffer"));
+        QByteArray buffer;
+        buffer.resize(static_cast<qsizetype>(size));
+        proc.setName(QStringLiteral("LoadFile - read datachunk"));
+        if (size > 0 && file.read(buffer.data(), size) != size)
+            raiseFileError(mErrCodes::RT_FILE_ACCESS, path);
+        proc.setName(QStringLiteral("LoadFile - close file"));
+        file.close();
+        proc.setName(QStringLiteral("LoadFile - return buffer"));
+        QString text = QString::fromLatin1(buffer);
+        proc.setName(QStringLiteral("LoadFile - FINISHED!"));
+        return text;
+    });
+}
+
+void SaveFile(const QString& path, const QString& text)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("SaveFile"), [&](Procedure& proc) {
+        proc.setName(QStringLiteral("SaveFile - get filehandle"));
+        QFile file(path);
+        // The old file goes first; a missing one is no error.
+        if (!path.isEmpty() && QFileInfo::exists(path) && !QFile::remove(path))
+            raiseFileError(mErrCodes::RT_FILE_ACCESS, path);
+        proc.setName(QStringLiteral("SaveFile - open file (") + path + QLatin1Char(')'));
+        if (path.isEmpty() || !file.open(QIODevice::WriteOnly))
+            raiseFileError(mErrCodes::RT_FILE_ACCESS, path);
+        proc.setName(QStringLiteral("SaveFile - write datachunk"));
+        const QByteArray bytes = text.toLatin1();
+        if (file.write(bytes) != bytes.size())
+            raiseFileError(mErrCodes::RT_FILE_ACCESS, path);
+        proc.setName(QStringLiteral("SaveFile - close file"));
+        file.close();
+        if (file.error() != QFileDevice::NoError)
+            raiseFileError(mErrCodes::RT_FILE_ACCESS, path);
+        proc.setName(QStringLiteral("SaveFile - FINISHED!"));
+    });
+}
+
+QString FirmwareFileText(const FirmwareFile& image)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("FirmwareFileText"), [&] {
+        QString text;
+        text.reserve(200 + image.Segments.size() * 44);
+        text += kRule + kLineEnd;
+        text += QStringLiteral("; Firmware: ") + image.Firmware + kLineEnd;
+        text += QStringLiteral("; Boot:     ") + image.Boot + kLineEnd;
+        text += QStringLiteral("; Protocol: ") + image.Protocol + kLineEnd;
+        text += QStringLiteral("; Hardware: ") + image.Hardware + kLineEnd;
+        text += kRule + kLineEnd;
+        for (const HexLine& line : image.Segments) {
+            text += QLatin1Char(':');
+            text += HexByte(line.ByteCount);
+            text += HexByte(line.AddrHi);
+            text += HexByte(line.AddrLo);
+            text += HexByte(line.RecordType);
+            for (const quint8 byte : line.Data)
+                text += HexByte(byte);
+            text += HexByte(line.Checksum); // written as stored, never recomputed
+            text += kLineEnd;
+        }
+        return text;
+    });
+}
+
+FirmwareFile ParseFirmwareText(const QString& text)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("ParseFirmwareText"), [&] {
+        FirmwareFile image;
+        qsizetype start = 0;
+        while (start <= text.size()) {
+            qsizetype end = text.indexOf(kLineEnd, start);
+            if (end < 0)
+                end = text.size();
+            const QString line = trimBlanks(text.mid(start, end - start));
+            if (line.startsWith(QLatin1Char(':')))
+                image.Segments.append(parseRecord(line.mid(1)));
+            else if (line.startsWith(QLatin1Char(';')))
+                parseComment(image, line.mid(1));
+            start = end + kLineEnd.size();
+        }
+        return image;
+    });
+}
+
+void LoadFirmwareFile(FirmwareFile& image, const QString& path)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("LoadFirmwareFile"), [&] {
+        FirmwareFile loaded = ParseFirmwareText(LoadFile(path));
+        image = std::move(loaded);
+    });
+}
+
+void SaveFirmwareFile(const QString& path, const FirmwareFile& image)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("SaveFirmwareFile"), [&] {
+        SaveFile(path, FirmwareFileText(image));
+    });
+}
+
+bool checkFirmwareVersion(const FirmwareFile& file)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("checkFirmwareVersion"), [&] {
+        mVersion::tVersion bootLower, bootUpper, hardwareLower, hardwareUpper, unused;
+        parseRange(file.Boot, bootLower, bootUpper);
+        parseRange(file.Hardware, hardwareLower, hardwareUpper);
+        // Parsed like the others, though they play no part in the decision.
+        mVersion::str2tVersion(file.Firmware, unused);
+        mVersion::str2tVersion(file.Protocol, unused);
+
+        mVersion::tVersion gripBootLower, gripBoot, gripHardwareLower, gripHardware;
+        parseRange(GunInfo().BootBuild(), gripBootLower, gripBoot);
+        parseRange(GunInfo().HardwareBuild(), gripHardwareLower, gripHardware);
+        return inRange(gripBoot, bootLower, bootUpper) && inRange(gripHardware, hardwareLower, hardwareUpper);
+    });
+}
+
+} // namespace mFirmware

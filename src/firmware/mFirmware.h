@@ -1,0 +1,58 @@
+#pragma once
+// Firmware files: a comment header naming the builds, then Intel HEX records kept as they are.
+// The records' meaning is left to the transfer; reading never checks a checksum.
+#include <QList>
+#include <QString>
+
+// One Intel HEX record as found in the file.
+struct HexLine {
+    quint8 ByteCount = 0;
+    quint8 AddrLo = 0;
+    quint8 AddrHi = 0;
+    quint8 RecordType = 0;  // 0 data, 1 end of file, 4 extended address...: stored, not interpreted
+    QList<quint8> Data;     // ByteCount bytes, empty when ByteCount is 0
+    quint8 Checksum = 0;    // as found in the file (or as the transfer made it)
+
+    bool operator==(const HexLine&) const = default;
+};
+
+// An image of the grip's program memory with the builds it belongs to.
+struct FirmwareFile {
+    QString Firmware;
+    QString Boot;
+    QString Protocol;
+    QString Hardware;
+    QList<HexLine> Segments;
+
+    bool operator==(const FirmwareFile&) const = default;
+};
+
+namespace mFirmware {
+
+inline const QString kModule = QStringLiteral("mFirmware");
+inline const QString kRevision = QStringLiteral("$Revision: 10 $");
+
+// The filter of the firmware file dialogs; the second entry is preselected.
+inline const QString kFileFilter = QStringLiteral("All (*.*)|*.*|Tolvane Firmware (*.tvf)|*.tvf");
+constexpr int kFileFilterIndex = 2;
+
+// The whole file as one text, one character per byte. Each step names itself in error reports.
+QString LoadFile(const QString& path);
+// Replaces the file (a missing one is no error) with the text, one byte per character.
+void SaveFile(const QString& path, const QString& text);
+
+// Fills image from a file. On any error the image stays as it was.
+void LoadFirmwareFile(FirmwareFile& image, const QString& path);
+// Writes image to a file, replacing any file of that name.
+void SaveFirmwareFile(const QString& path, const FirmwareFile& image);
+
+// The text a firmware file holds for an image, and the image a text gives (the two halves of
+// saving and loading, without the file).
+QString FirmwareFileText(const FirmwareFile& image);
+FirmwareFile ParseFirmwareText(const QString& text);
+
+// Whether a loaded file may be written to the connected grip: the grip's boot and hardware
+// builds must lie in the file's Boot and Hardware ranges. The gun information must be fresh.
+bool checkFirmwareVersion(const FirmwareFile& file);
+
+} // namespace mFirmware

@@ -1,0 +1,207 @@
+#include "firmware/mFirmwareWorkflows.h"
+
+#include "firmware/mCommSupport.h"
+#include "firmware/mFirmware.h"
+#include "grip/cGunInfo.h"
+#include "library/cApplication.h"
+#include "link/mCommSupportHex.h"
+#include "shell/mMain.h"
+
+#include <exception>
+
+namespace mFirmwareWorkflows {
+namespace {
+
+const QString kLineBreak = QStringLiteral("\r\n");
+
+// The progress display of one workflow: ended on every way out, errors included.
+class ProgressScope {
+public:
+    ProgressScope() = default;
+    ~ProgressScope() { end(); }
+    ProgressScope(const ProgressScope&) = delete;
+    ProgressScope& operator=(const ProgressScope&) = delete;
+
+    void start(int maximum)
+    {
+        mMain::StartProgress(maximum);
+        m_active = true;
+    }
+    void end()
+    {
+        if (m_active)
+            mMain::EndProgress();
+        m_active = false;
+    }
+
+private:
+    bool m_active = false;
+};
+
+// What the menu command does when an error leaves it: end the progress display and put the
+// step panel's text back.
+class CleanUpOnError {
+public:
+    CleanUpOnError() : m_stepText(mMain::UI().statusText(kStepPanel)), m_exceptions(std::uncaught_exceptions()) {}
+    ~CleanUpOnError()
+    {
+        if (std::uncaught_exceptions() <= m_exceptions)
+            return;
+        mMain::EndProgress();
+        mMain::UI().setStatusText(kStepPanel, m_stepText);
+    }
+    CleanUpOnError(const CleanUpOnError&) = delete;
+    CleanUpOnError& operator=(const CleanUpOnError&) = delete;
+
+private:
+    QString m_stepText;
+    int m_exceptions;
+};
+
+FileDialogRequest firmwareDialog(const QString& title)
+{
+    FileDialogRequest request;
+    request.title = title;
+    request.filter = mFirmware::kFileFilter;
+    request.filterIndex = mFirmware::kFileFilterIndex;
+    request.overwritePrompt = true;
+    return request;
+}
+
+bool confirmationsOn()
+{
+    return mMain::Application().RegistrySettings().ShowConfirmComm();
+}
+
+} // namespace
+
+QString VersionMismatchText()
+{
+    return QStringLiteral("Firmwarefile version does not match the current version of the grip.") + kLineBreak +
+           QStringLiteral("It is not possible to upload this firmwarefile to the grip.");
+}
+
+QString UploadSucceededText()
+{
+    return QStringLiteral("Firmware uploaded successfully!") + kLineBreak +
+           QStringLiteral("Press OK to start using the newly uploaded firmware.");
+}
+
+QString UploadFailedText()
+{
+    return QStringLiteral("Firmware uploaded failed!") + kLineBreak +
+           QStringLiteral("You should reset you grip (turn it off and then back on) ") +
+           QStringLiteral("and try uploading again.") + kLineBreak +
+           QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
+}
+
+FirmwareResult UploadFirmware(const QString& file)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("UploadFirmware"), [&](Procedure& proc) {
+        WaitPointerScope wait;
+        cUserInterface& ui = mMain::UI();
+        QString path = file;
+        if (path.isEmpty()) {
+            FileDialogRequest request = firmwareDialog(QStringLiteral("Open firmware file"));
+            request.pathMustExist = true;
+            const std::optional<QString> chosen = ui.openFileName(request);
+            if (!chosen || chosen->isEmpty())
+                return FirmwareResult::Cancelled;
+            path = *chosen;
+        }
+
+        const QString previousStep = ui.statusText(kStepPanel);
+        ui.setStatusText(kStepPanel, kStatusLoading);
+        proc.setName(QStringLiteral("UploadFirmware - load firmware file (") + path + QLatin1Char(')'));
+        FirmwareFile image;
+        mFirmware::LoadFirmwareFile(image, path);
+        RefreshGunInfo(true);
+
+        FirmwareResult result = FirmwareResult::VersionMismatch;
+        if (!mFirmware::checkFirmwareVersion(image)) {
+            ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
+        } else {
+            ui.setStatusText(kStepPanel, kStatusPreparing);
+            proc.setName(QStringLiteral("UploadFirmware - Check bootmode"));
+            if (!mCommSupportHex::GRIPIsBootmode()) {
+                proc.setName(QStringLiteral("UploadFirmware - stop program for upload"));
+                mCommSupportHex::GRIPStopProgram();
+            }
+            ProgressScope progress;
+            progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
+            ui.setStatusText(kStepPanel, kStatusUploading);
+            mCommSupport::ULFirmware(image);
+            ui.setStatusText(kStepPanel, kStatusVerifying);
+            FirmwareFile readBack;
+            mCommSupport::DLFirmware(readBack);
+            progress.end();
+            // The grip runs the new firmware whatever the comparison says.
+            mCommSupportHex::GRIPStartProgram();
+            if (mCommSupport::CompareProgramData(image, readBack)) {
+                ui.showMessage(UploadSucceededText(), kUploadSucceededTitle, MsgIcon::Information);
+                result = FirmwareResult::Succeeded;
+            } else {
+                ui.showMessage(UploadFailedText(), kUploadFailedTitle, MsgIcon::Information);
+                result = FirmwareResult::VerifyFailed;
+            }
+        }
+        ui.setStatusText(kStepPanel, previousStep);
+        ui.setStatusText(kVersionPanel, GunInfo().FirmwareBuild());
+        return result;
+    });
+}
+
+FirmwareResult PutFirmwareProgram()
+{
+    CleanUpOnError cleanUp;
+    WaitPointerScope wait;
+    const FirmwareResult result = UploadFirmware(QString());
+    // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
+    // file or a failed verification included). Keep it so.
+    if (confirmationsOn())
+        mMain::ShowConfirm(kFirmwarePut);
+    return result;
+}
+
+FirmwareResult DownloadFirmware(const QString& file)
+{
+    return PassErrors(kModule, kRevision, QStringLiteral("mnuDLFirmware_Click"), [&](Procedure& proc) {
+        {
+            WaitPointerScope wait;
+            QString path = file;
+            if (path.isEmpty()) {
+                FileDialogRequest request = firmwareDialog(QStringLiteral("Save firmware file"));
+                request.pathMustExist = true;
+                request.hideReadOnly = true;
+                const std::optional<QString> chosen = mMain::UI().saveFileName(request);
+                if (!chosen || chosen->isEmpty())
+                    return FirmwareResult::Cancelled;
+                path = *chosen;
+            }
+
+            proc.setName(QStringLiteral("mnuDLFirmware_Click - Check bootmode"));
+            if (!mCommSupportHex::GRIPIsBootmode()) {
+                proc.setName(QStringLiteral("mnuDLFirmware_Click - stop program for download"));
+                mCommSupportHex::GRIPStopProgram();
+            }
+            FirmwareFile image;
+            {
+                ProgressScope progress;
+                progress.start(mCommSupport::kBlockCount);
+                mCommSupport::DLFirmware(image);
+            }
+            RefreshGunInfo(true);
+            image.Firmware = GunInfo().FirmwareBuild();
+            image.Boot = GunInfo().BootBuild();
+            image.Protocol = GunInfo().ProtocolBuild();
+            image.Hardware = GunInfo().HardwareBuild();
+            mFirmware::SaveFirmwareFile(path, image);
+            mCommSupportHex::GRIPStartProgram();
+        }
+        if (confirmationsOn())
+            mMain::ShowConfirm(kFirmwareFetched);
+        return FirmwareResult::Succeeded;
+    });
+}
+
+} // namespace mFirmwareWorkflows

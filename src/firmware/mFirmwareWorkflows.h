@@ -1,0 +1,59 @@
+#pragma once
+// The two firmware commands of the main window, as core procedures that the desktop program
+// and marlo-cli share: write a firmware file into the grip (with verification) and fetch the
+// grip's program into a file. Errors are passed on with the step they happened in; the desktop
+// handlers show them, marlo-cli prints them.
+#include <QString>
+
+enum class FirmwareResult {
+    Cancelled,       // the file dialog was cancelled: nothing happened
+    VersionMismatch, // the file does not fit the grip: nothing was written
+    VerifyFailed,    // written, but the read-back differs
+    Succeeded,
+};
+
+namespace mFirmwareWorkflows {
+
+// Error reports name the main window, whose procedures these are.
+inline const QString kModule = QStringLiteral("fTolvaneMan");
+inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+// Status-bar panels: the grip's firmware version and the current step of a workflow.
+constexpr int kVersionPanel = 2;
+constexpr int kStepPanel = 3;
+// Blocks read back after a write (the whole readable program memory).
+constexpr int kReadBackBlocks = 252;
+
+// Texts of the workflows. Lines of one message are joined with CR LF.
+inline const QString kStatusLoading = QStringLiteral("Loading firmwarefile to be uploaded");
+inline const QString kStatusPreparing = QStringLiteral("Preparing grip for upload");
+inline const QString kStatusUploading = QStringLiteral("Uploading firmware...");
+inline const QString kStatusVerifying = QStringLiteral("Verifying uploaded firmware...");
+QString VersionMismatchText();
+inline const QString kVersionMismatchTitle = QStringLiteral("Firmwarefile version error");
+QString UploadSucceededText();
+inline const QString kUploadSucceededTitle = QStringLiteral("Success!");
+QString UploadFailedText();
+inline const QString kUploadFailedTitle = QStringLiteral("Failure!");
+inline const QString kFirmwarePut = QStringLiteral("Firmware was put.");
+inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
+
+// Writes a firmware file into the grip: load, check it against the grip's builds, stop the
+// program, write, read back, start the program, compare and say how it went. An empty file
+// asks for one with the open dialog (cancel ends silently). Errors are passed on with the step
+// name ("UploadFirmware - Check bootmode", ...); the progress display is ended on the way out.
+FirmwareResult UploadFirmware(const QString& file);
+
+// Function > Put > Firmware program: UploadFirmware with the dialog, then the confirmation
+// "Firmware was put." when confirmations are on, whatever the upload ended with. On an error
+// the progress display is ended and the step panel restored before the error goes on.
+FirmwareResult PutFirmwareProgram();
+
+// Function > Get > Firmware program: stop the program, read the whole program memory, save it
+// with the grip's builds into the file, start the program again and confirm "Firmware was
+// fetched." when confirmations are on. An empty file asks with the save dialog (cancel ends
+// silently). Errors are passed on with the step name ("mnuDLFirmware_Click - Check bootmode",
+// ...); the progress display is ended on the way out.
+FirmwareResult DownloadFirmware(const QString& file);
+
+} // namespace mFirmwareWorkflows
