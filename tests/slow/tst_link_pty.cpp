@@ -1,0 +1,145 @@
+// The link over a real pseudo-terminal against the virtual grip, with the real pause.
+#include "ScriptedUi.h"
+
+#include "grip/cGunInfo.h"
+#include "library/cApplication.h"
+#include "link/MarloError.h"
+#include "link/cError.h"
+#include "link/cSerialPort.h"
+#include "link/mCommBasic.h"
+#include "link/mCommSupportHex.h"
+#include "link/mErrCodes.h"
+#include "shell/mMain.h"
+#include "sim/Fault.h"
+#include "sim/PtyServer.h"
+#include "sim/TrafficLog.h"
+
+#include <QtTest>
+
+class tst_link_pty : public QObject {
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void exchangeWithThePause();
+    void programControl();
+    void answersInPiecesAreAssembled();
+    void faultsGiveEmptyOrUnexpectedReports_data();
+    void faultsGiveEmptyOrUnexpectedReports();
+    void missingDevice();
+
+private:
+    ScriptedUi ui;
+    std::unique_ptr<gripsim::PtyServer> server;
+    std::unique_ptr<cSerialPort> port;
+};
+
+void tst_link_pty::init()
+{
+    server = std::make_unique<gripsim::PtyServer>();
+    QString error;
+    QVERIFY2(server->start(&error), qPrintable(error));
+    port = std::make_unique<cSerialPort>();
+    mCommBasic::objComm = port.get();
+    mMain::SetUserInterface(&ui);
+    mMain::Application().RegistrySettings().overrideCommDevice(server->devicePath());
+    ResetGunInfo();
+    GripError().Clear();
+}
+
+void tst_link_pty::cleanup()
+{
+    mCommBasic::objComm = nullptr;
+    port.reset();
+    server.reset();
+    mMain::SetUserInterface(nullptr);
+}
+
+void tst_link_pty::exchangeWithThePause()
+{
+    const QString report = mCommBasic::CommHexData(QStringLiteral("11"), true);
+    QCOMPARE(report, QStringLiteral("4100BF"));
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+    QVERIFY(!port->PortOpen());
+    const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server->grip().traffic());
+    QCOMPARE(pauses.size(), 1);
+    QVERIFY2(pauses.first() >= 99'000'000, qPrintable(QString::number(pauses.first())));
+}
+
+void tst_link_pty::programControl()
+{
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(true));
+    QVERIFY(mCommSupportHex::GRIPStopProgram(true));
+    QVERIFY(mCommSupportHex::GRIPIsBootmode(true));
+    QVERIFY(mCommSupportHex::GRIPStartProgram(true));
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(false));
+    // Each request with the refresh flag fetched the gun information first.
+    QList<quint8> codes;
+    for (const gripsim::TrafficEvent& event : server->grip().traffic())
+        if (event.kind == gripsim::TrafficEvent::Kind::Command)
+            codes.append(static_cast<quint8>(event.bytes.at(0)));
+    QCOMPARE(codes, (QList<quint8>{0x13, 0x11, 0x13, 0x81, 0x13, 0x11, 0x13, 0x83, 0x11}));
+    QCOMPARE(GunInfo().Serial(), QStringLiteral("SIM0000001"));
+}
+
+void tst_link_pty::answersInPiecesAreAssembled()
+{
+    QString error;
+    server->grip().addFault(*gripsim::FaultRule::parse(QStringLiteral("pieces@13*1"), &error));
+    GunInfo().Download();
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+    QCOMPARE(GunInfo().Serial(), QStringLiteral("SIM0000001"));
+}
+
+void tst_link_pty::faultsGiveEmptyOrUnexpectedReports_data()
+{
+    // How a spoiled answer to the boot-mode query ends: the link returns what came, the request
+    // decides by the report's first byte.
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<int>("outcome"); // -1: not looked at
+    QTest::addColumn<QString>("ending");
+    QTest::newRow("silent") << "silent@11*1" << int(mCommBasic::Outcome::Timeout) << "error";
+    QTest::newRow("negative answer") << "nak@11*1" << -1 << "refused";
+    QTest::newRow("short: the code alone still answers") << "short@11*1" << int(mCommBasic::Outcome::WrongLength) << "answered";
+    QTest::newRow("bad checksum: returned all the same") << "badsum@11*1" << int(mCommBasic::Outcome::BadChecksum) << "answered";
+    QTest::newRow("long: the extra bytes stay behind") << "long@11*1" << int(mCommBasic::Outcome::WrongLength) << "answered";
+    QTest::newRow("garbage") << "garbage@11*1" << -1 << "error";
+}
+
+void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
+{
+    QFETCH(QString, fault);
+    QFETCH(int, outcome);
+    QFETCH(QString, ending);
+    QString error;
+    server->grip().addFault(*gripsim::FaultRule::parse(fault, &error));
+    QString ended;
+    try {
+        mCommSupportHex::GRIPIsBootmode(false);
+        ended = GripError().ErrorCode() == 1 ? QStringLiteral("refused") : QStringLiteral("answered");
+    } catch (const MarloError& e) {
+        // The request's own error (10008), or the link's when the report's code is unknown.
+        QVERIFY2(e.Number() == mErrCodes::ERR_PROGRAM_CONTROL || e.Number() == mErrCodes::RT_INVALID_CALL,
+                 qPrintable(e.Description()));
+        ended = QStringLiteral("error");
+    }
+    QCOMPARE(ended, ending);
+    if (outcome >= 0)
+        QCOMPARE(int(mCommBasic::LastOutcome()), outcome);
+    QVERIFY(!port->PortOpen());
+    QVERIFY(!mCommBasic::bCommBusy);
+    // The link is usable again at once.
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(false));
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+}
+
+void tst_link_pty::missingDevice()
+{
+    mMain::Application().RegistrySettings().overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
+    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QString());
+    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::PortFailed));
+    QVERIFY2(mCommBasic::LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(mCommBasic::LastOpenError()));
+}
+
+QTEST_GUILESS_MAIN(tst_link_pty)
+#include "tst_link_pty.moc"
