@@ -166,6 +166,12 @@ void PtyServer::removeLink()
 
 void PtyServer::serve()
 {
+    serveUntilStopped();
+    m_running = false;
+}
+
+void PtyServer::serveUntilStopped()
+{
     ReplyScheduler scheduler;
     for (;;) {
         pollfd fds[2] = {{m_pty.masterFd(), POLLIN, 0}, {m_stopFd, POLLIN, 0}};

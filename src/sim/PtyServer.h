@@ -42,6 +42,7 @@ public:
     QString linkPath() const;
 
     VirtualGrip& grip() { return m_grip; }
+    const VirtualGrip& grip() const { return m_grip; }
     const SimOptions& options() const { return m_options; }
 
     // The last problem met while serving (such as a state file that could
@@ -53,6 +54,7 @@ private:
     bool makeLink(QString* error);
     void removeLink();
     void serve();
+    void serveUntilStopped();
     int pollTimeoutMs(const ReplyScheduler& scheduler) const;
     void readInput(ReplyScheduler& scheduler);
     void sendDue(ReplyScheduler& scheduler);
