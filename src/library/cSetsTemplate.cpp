@@ -222,6 +222,10 @@ void cSetsTemplate::InitOrThrow(const QSqlRecord* row)
             const bool noFiringMode = IsNullColumn(*row, QStringLiteral("lFiringMode"));
             setlFiringMode(noFiringMode ? 0 : ColumnLong(*row, QStringLiteral("lFiringMode")));
             setsName(ColumnText(*row, QStringLiteral("sName")));
+            // Not stored, so a record read from the library has none (intended).
+            setlShots(0);
+            setlHyperTime(0);
+            setlHyperMode(0);
             // The stored variables replace the seven standard ones the record was made with.
             colUserVar().Clear();
         }
