@@ -29,8 +29,8 @@ private slots:
     void blockFailures();
     void rejected_data();
     void rejected();
-    void deviceSpec_data();
-    void deviceSpec();
+    void deviceText_data();
+    void deviceText();
     void givenKeysOverrideLoadedState();
 };
 
@@ -235,7 +235,7 @@ void TestSimOptions::rejected()
     QVERIFY2(error.contains(mentions), qPrintable(error));
 }
 
-void TestSimOptions::deviceSpec_data()
+void TestSimOptions::deviceText_data()
 {
     QTest::addColumn<QString>("device");
     QTest::addColumn<bool>("isSim");
@@ -250,7 +250,7 @@ void TestSimOptions::deviceSpec_data()
     QTest::newRow("similar name") << "simulator" << false << false << "";
 }
 
-void TestSimOptions::deviceSpec()
+void TestSimOptions::deviceText()
 {
     QFETCH(QString, device);
     QFETCH(bool, isSim);
