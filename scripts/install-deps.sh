@@ -1,0 +1,14 @@
+#!/usr/bin/env bash
+# Installs what building and testing Marlo needs on Debian 12, if it is missing.
+set -euo pipefail
+packages=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite)
+[ "${MARLO_WITH_SCREENSHOT_TOOLS:-0}" = 1 ] && packages+=(xvfb xauth imagemagick)
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+  sudo=""; [ "$(id -u)" -ne 0 ] && sudo="sudo"
+  $sudo apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}"
+fi

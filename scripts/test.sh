@@ -1,0 +1,7 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds everything and runs every test (the slow ones included).
+set -euo pipefail
+here=$(cd "$(dirname "$0")/.." && pwd)
+"$here/scripts/install-deps.sh"
+BUILD_DIR=${BUILD_DIR:-$here/build} "$here/scripts/build.sh" -DMARLO_TESTS=ON "$@"
+ctest --test-dir "${BUILD_DIR:-$here/build}" --output-on-failure -j2
