@@ -24,7 +24,7 @@ const QString kLineEnd = QStringLiteral("\r\n");
 }
 
 // Blanks only, as the file format has always been read: tabs and other white space stay.
-QString trimBlanks(const QString& text)
+QStringView trimBlanks(QStringView text)
 {
     qsizetype first = 0;
     qsizetype last = text.size();
@@ -35,30 +35,69 @@ QString trimBlanks(const QString& text)
     return text.mid(first, last - first);
 }
 
-HexLine parseRecord(const QString& record)
+int hexDigit(QChar c)
+{
+    const char16_t u = c.unicode();
+    if (u >= '0' && u <= '9')
+        return u - '0';
+    if (u >= 'A' && u <= 'F')
+        return u - 'A' + 10;
+    if (u >= 'a' && u <= 'f')
+        return u - 'a' + 10;
+    return -1;
+}
+
+// Byte n (from 1) of a record, exactly as GetByteFromHexstring reads it. Plain hex digits are
+// read here (files are large); anything else goes to the catalogue routine, which decides.
+quint8 byteAt(QStringView hex, qint32 n)
+{
+    const qsizetype start = 2 * static_cast<qsizetype>(n) - 2;
+    if (start >= hex.size())
+        return 0; // a short record reads 0 here
+    const int high = hexDigit(hex.at(start));
+    if (start + 1 >= hex.size()) {
+        if (high >= 0)
+            return static_cast<quint8>(high);
+    } else {
+        const int low = hexDigit(hex.at(start + 1));
+        if (high >= 0 && low >= 0)
+            return static_cast<quint8>(high * 16 + low);
+    }
+    return GetByteFromHexstring(hex.mid(start, 2).toString(), 1);
+}
+
+// The two hex digits of a byte, as HexByte writes them.
+void appendHex(QString& text, quint8 value)
+{
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    text += QLatin1Char(kDigits[value >> 4]);
+    text += QLatin1Char(kDigits[value & 15]);
+}
+
+HexLine parseRecord(QStringView record)
 {
     HexLine line;
-    line.ByteCount = GetByteFromHexstring(record, 1);
-    line.AddrHi = GetByteFromHexstring(record, 2);
-    line.AddrLo = GetByteFromHexstring(record, 3);
-    line.RecordType = GetByteFromHexstring(record, 4);
+    line.ByteCount = byteAt(record, 1);
+    line.AddrHi = byteAt(record, 2);
+    line.AddrLo = byteAt(record, 3);
+    line.RecordType = byteAt(record, 4);
     line.Data.reserve(line.ByteCount);
     for (qint32 n = 5; n <= line.ByteCount + 4; ++n)
-        line.Data.append(GetByteFromHexstring(record, n)); // a short record reads 0 here
-    line.Checksum = GetByteFromHexstring(record, line.ByteCount + 5);
+        line.Data.append(byteAt(record, n));
+    line.Checksum = byteAt(record, line.ByteCount + 5);
     return line;
 }
 
-void parseComment(FirmwareFile& image, const QString& comment)
+void parseComment(FirmwareFile& image, QStringView comment)
 {
     const qsizetype colon = comment.indexOf(QLatin1Char(':'));
     if (colon < 0)
         return; // no value: an ordinary comment
-    const QString key = trimBlanks(comment.left(colon)).toUpper();
+    const QString key = trimBlanks(comment.left(colon)).toString().toUpper();
     // The value is the text between the first and a second colon exactly as it stands: a value
     // read back from a saved file keeps the blanks after the colon. Intended.
     const qsizetype next = comment.indexOf(QLatin1Char(':'), colon + 1);
-    const QString value = comment.mid(colon + 1, next < 0 ? -1 : next - colon - 1);
+    const QString value = comment.mid(colon + 1, next < 0 ? comment.size() - colon - 1 : next - colon - 1).toString();
     if (key == QLatin1String("FIRMWARE"))
         image.Firmware = value;
     else if (key == QLatin1String("BOOT"))
@@ -148,13 +187,13 @@ QString FirmwareFileText(const FirmwareFile& image)
         text += kRule + kLineEnd;
         for (const HexLine& line : image.Segments) {
             text += QLatin1Char(':');
-            text += HexByte(line.ByteCount);
-            text += HexByte(line.AddrHi);
-            text += HexByte(line.AddrLo);
-            text += HexByte(line.RecordType);
+            appendHex(text, line.ByteCount);
+            appendHex(text, line.AddrHi);
+            appendHex(text, line.AddrLo);
+            appendHex(text, line.RecordType);
             for (const quint8 byte : line.Data)
-                text += HexByte(byte);
-            text += HexByte(line.Checksum); // written as stored, never recomputed
+                appendHex(text, byte);
+            appendHex(text, line.Checksum); // written as stored, never recomputed
             text += kLineEnd;
         }
         return text;
@@ -170,7 +209,7 @@ FirmwareFile ParseFirmwareText(const QString& text)
             qsizetype end = text.indexOf(kLineEnd, start);
             if (end < 0)
                 end = text.size();
-            const QString line = trimBlanks(text.mid(start, end - start));
+            const QStringView line = trimBlanks(QStringView(text).mid(start, end - start));
             if (line.startsWith(QLatin1Char(':')))
                 image.Segments.append(parseRecord(line.mid(1)));
             else if (line.startsWith(QLatin1Char(';')))
