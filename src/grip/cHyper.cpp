@@ -22,6 +22,16 @@ std::unique_ptr<cHyper>& instance()
     return record;
 }
 
+// Writes a value to the store only when it differs from what is stored: the same text again
+// changes nothing, and every write costs the store a write to disk.
+void saveIfChanged(const QString& section, const QString& key, const QString& text)
+{
+    const QVariant current = cRegistrySettings::GetSetting(section, key, QVariant());
+    if (current.isValid() && cRegistrySettings::StoredText(current) == text)
+        return;
+    cRegistrySettings::SaveSetting(section, key, text);
+}
+
 qint32 inRange(qint32 value, qint32 min, qint32 max, qint32 replacement)
 {
     return value < min || value > max ? replacement : value;
@@ -37,7 +47,7 @@ qint32 readValue(const QString& key, qint32 def)
 qint32 writeValue(const QString& key, qint32 value)
 {
     return PassErrors(cHyper::kClass, cHyper::kRevision, key, [&] {
-        cRegistrySettings::SaveSetting(cHyper::kSection, key, QString::number(value));
+        saveIfChanged(cHyper::kSection, key, QString::number(value));
         return value;
     });
 }

@@ -32,6 +32,16 @@ constexpr quint8 kEyeCheckOKTimeOn = 0x20;
 constexpr quint8 kUseEye = 0x40;
 constexpr quint8 kCTOAdjust = 0x80;
 
+// Writes a value to the store only when it differs from what is stored: the same text again
+// changes nothing, and every write costs the store a write to disk.
+void saveIfChanged(const QString& section, const QString& key, const QString& text)
+{
+    const QVariant current = cRegistrySettings::GetSetting(section, key, QVariant());
+    if (current.isValid() && cRegistrySettings::StoredText(current) == text)
+        return;
+    cRegistrySettings::SaveSetting(section, key, text);
+}
+
 // The store keys differ from the property names in places; they are the program's keys.
 bool readSwitch(const QString& property, const QString& key)
 {
@@ -44,7 +54,7 @@ bool readSwitch(const QString& property, const QString& key)
 void writeSwitch(const QString& property, const QString& key, bool value)
 {
     PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
-        cRegistrySettings::SaveSetting(cOptions::kSection, key, cRegistrySettings::BoolText(value));
+        saveIfChanged(cOptions::kSection, key, cRegistrySettings::BoolText(value));
     });
 }
 
@@ -66,7 +76,7 @@ qint32 writeTime(const QString& property, const QString& key, qint32 value, qint
 {
     return PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
         const qint32 kept = inRange(value, min, max, def);
-        cRegistrySettings::SaveSetting(cOptions::kSection, key, QString::number(kept));
+        saveIfChanged(cOptions::kSection, key, QString::number(kept));
         return kept;
     });
 }
