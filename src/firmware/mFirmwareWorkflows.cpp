@@ -154,8 +154,11 @@ FirmwareResult UploadFirmware(const QString& file)
 FirmwareResult PutFirmwareProgram()
 {
     CleanUpOnError cleanUp;
-    WaitPointerScope wait;
-    const FirmwareResult result = UploadFirmware(QString());
+    FirmwareResult result = FirmwareResult::Cancelled;
+    {
+        WaitPointerScope wait;
+        result = UploadFirmware(QString());
+    }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
     if (confirmationsOn())
