@@ -71,7 +71,6 @@ public:
 
     // The record's user variables, made on first access with this record's ID as parent.
     cColUserVar& colUserVar();
-    const cColUserVar* userVarsIfMade() const { return m_colUserVar.get(); }
 
     bool IsNew() const { return m_isNew; }
     void setIsNew(bool value) { m_isNew = value; }

@@ -6,6 +6,11 @@
 // ("DELETE * FROM", #mm-dd-yyyy# dates, True/False, double-quoted texts). Execute() translates
 // each statement with a tokenizer into SQLite's dialect, so that text inside a literal is never
 // rewritten.
+//
+// Keys go between single quotes. A well-formed key (a GUID) holds no quote, so its statements
+// are exactly the classic ones; a key from a library made elsewhere gets its single quotes
+// doubled (JetKey), so whatever it holds it stays one literal and a statement can only reach the
+// row with exactly that key. The translation also refuses a second statement and comments.
 #include <QDateTime>
 #include <QSqlDatabase>
 #include <QSqlQuery>
