@@ -147,7 +147,7 @@ public:
             QSqlQuery query = mDatabase::Execute(connection, LoadStatement());
             while (query.next()) {
                 const QSqlRecord row = query.record();
-                auto member = std::make_shared<T>();
+                auto member = std::make_shared<T>(typename T::FromRow{});
                 member->InitOrThrow(&row);
                 static_cast<Derived*>(this)->loadChildren(*member, connection);
                 AddByObjectOrThrow(member);

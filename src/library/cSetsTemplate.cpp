@@ -21,6 +21,8 @@ cSetsTemplate::cSetsTemplate()
     Init();
 }
 
+cSetsTemplate::cSetsTemplate(FromRow) {}
+
 cSetsTemplate::~cSetsTemplate() = default;
 
 template <typename V>

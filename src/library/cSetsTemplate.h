@@ -20,6 +20,10 @@ public:
 
     // A complete new record: fresh identifiers, default values, the seven standard variables.
     cSetsTemplate();
+    // A record about to be read from a row (InitOrThrow with the row follows at once): skips the
+    // identifiers and standard variables that the row replaces anyway.
+    struct FromRow {};
+    explicit cSetsTemplate(FromRow);
     ~cSetsTemplate();
     cSetsTemplate(const cSetsTemplate&) = delete;
     cSetsTemplate& operator=(const cSetsTemplate&) = delete;

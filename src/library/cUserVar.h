@@ -16,6 +16,10 @@ public:
 
     // A new variable: fresh identifiers, empty name and value.
     cUserVar();
+    // A variable about to be read from a row (InitOrThrow with the row follows at once): skips
+    // making identifiers that the row replaces anyway.
+    struct FromRow {};
+    explicit cUserVar(FromRow) {}
 
     QString ID() const { return m_ID; }
     void setID(const QString& value) { m_ID = value; }
