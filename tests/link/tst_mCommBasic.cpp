@@ -39,7 +39,6 @@ private slots:
     void busyGuardRefusesSecondExchange();
     void portFailureGivesEmptyReport();
     void tooShortCommand();
-    void errorTrailNamesTheLink();
 
 private:
     std::unique_ptr<TestLink> link;
@@ -62,6 +61,10 @@ void tst_mCommBasic::wireFrames()
     QFETCH(QString, command);
     QFETCH(QByteArray, codeByte);
     QFETCH(QByteArray, rest);
+    // Any answer of the expected size ends the wait at once.
+    link->port.setResponder([](const QByteArray& frame) {
+        return QByteArray(GetFunctionReturnSize(static_cast<quint8>(frame.at(0))), '\0');
+    });
     mCommBasic::CommHexData(command, true);
     QCOMPARE(link->port.writes.size(), 2);
     QCOMPARE(link->port.writes[0], codeByte);
@@ -132,6 +135,8 @@ void tst_mCommBasic::unknownReportCodeFails()
         QCOMPARE(e.Number(), mErrCodes::RT_INVALID_CALL);
         QCOMPARE(e.Trail().first().procedure, QStringLiteral("CommReadBytes"));
         QCOMPARE(e.Trail().last().procedure, QStringLiteral("CommHexData"));
+        QCOMPARE(e.Trail().last().module, QStringLiteral("mCommBasic"));
+        QCOMPARE(e.Trail().last().revision, QStringLiteral("$Revision: 41 $"));
     }
     QVERIFY(!link->port.PortOpen());
     QVERIFY(!mCommBasic::bCommBusy);
@@ -205,20 +210,6 @@ void tst_mCommBasic::tooShortCommand()
         }
         QVERIFY(!mCommBasic::bCommBusy);
         QCOMPARE(link->port.opens, 0);
-    }
-}
-
-void tst_mCommBasic::errorTrailNamesTheLink()
-{
-    mCommBasic::bCommBusy = true;
-    try {
-        mCommBasic::CommHexData(QStringLiteral("14"), true);
-        QFAIL("no busy error");
-    } catch (const MarloError& e) {
-        QCOMPARE(e.Trail().size(), 1);
-        QCOMPARE(e.Trail().first().module, QStringLiteral("mCommBasic"));
-        QCOMPARE(e.Trail().first().revision, QStringLiteral("$Revision: 41 $"));
-        QCOMPARE(e.Trail().first().procedure, QStringLiteral("CommHexData"));
     }
 }
 

@@ -72,7 +72,6 @@ private slots:
     void backwardCompatibleUploadAnswersFromTheGrip_data();
     void backwardCompatibleUploadAnswersFromTheGrip();
     void dbNameChangeMarksDBChanged();
-    void commaTextsSurviveTheIniFormat();
     void windowPlacement();
     void minimisedWindowKeepsStoredPosition();
 
@@ -161,6 +160,8 @@ void tst_cRegistrySettings::garbage_data()
         << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << false << 2 << QStringLiteral("9600,N,8,1");
     QTest::newRow("lower-case booleans are fine")
         << QByteArray("[Initialize]\nShowSplash=true\n") << false << true << 1 << QStringLiteral("9600,N,8,1");
+    QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << false << true << 1
+                                     << QStringLiteral("38400,O,8,2");
     QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << false << true << 1
                                       << QStringLiteral("9600,N,8,1");
 }
@@ -216,12 +217,6 @@ void tst_cRegistrySettings::dbNameChangeMarksDBChanged()
     prefs.setDBName(QStringLiteral("/tmp/other.mdb"));
     QCOMPARE(prefs.DBChanged(), true);
     QCOMPARE(cRegistrySettings().DBChanged(), true);
-}
-
-void tst_cRegistrySettings::commaTextsSurviveTheIniFormat()
-{
-    writeIni("[Initialize]\nCommSettings=38400,O,8,2\n");
-    QCOMPARE(cRegistrySettings().CommSettings(), QStringLiteral("38400,O,8,2"));
 }
 
 void tst_cRegistrySettings::windowPlacement()

@@ -1,4 +1,4 @@
-// Error texts, the error trail, the two central routines, the grip's error record, the nested
+// The error trail, the two central routines, the grip's error record, the nested
 // wait pointer and the progress display.
 #include "ScriptedUi.h"
 
@@ -21,8 +21,6 @@ private slots:
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
-    void messages_data();
-    void messages();
     void gripErrorRecord_data();
     void gripErrorRecord();
     void passErrorsBuildsTheTrail();
@@ -32,34 +30,10 @@ private slots:
     void nestedWaitPointer();
     void waitPointerWhileHidden();
     void progressOnlyWhenVisible();
-    void confirmation();
 
 private:
     ScriptedUi ui;
 };
-
-void tst_errorsAndServices::messages_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("10008") << mErrCodes::MSG_PROGRAM_CONTROL << "An unknown error occurred during download of timing-values.";
-    QTest::newRow("10020") << mErrCodes::MSG_NOT_ENOUGH_DATA << "There were not enough data in the communication input.";
-    QTest::newRow("10215 speaks of options") << mErrCodes::MSG_DL_HYPER << "An unknown error occurred during download of options-values.";
-    QTest::newRow("10255 speaks of options") << mErrCodes::MSG_UL_HYPER << "An unknown error occurred during upload of options-values.";
-    QTest::newRow("10300") << mErrCodes::MSG_COMM_BUSY << "Marlo is already communicating with the grip.\r\n\r\nTry again...";
-    QTest::newRow("10251") << mErrCodes::ResetCounterMessage(2) << "An unknown error occurred during resetting counter (parameter: 2).";
-    QTest::newRow("10800") << mErrCodes::DownloadFailedText(512) << "Download failed at address: 512";
-    QTest::newRow("10801") << mErrCodes::UploadFailedText(3920) << "Upload failed at address: 3920";
-    QTest::newRow("10012 first line") << mErrCodes::MSG_VERSION_FORMAT.section(QStringLiteral("\r\n"), 0, 0)
-                                      << "The format of the versionstring passed to the routine was wrong.";
-}
-
-void tst_errorsAndServices::messages()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, expected);
-    QCOMPARE(text, expected);
-}
 
 void tst_errorsAndServices::gripErrorRecord_data()
 {
@@ -68,7 +42,6 @@ void tst_errorsAndServices::gripErrorRecord_data()
     QTest::newRow("none") << 0 << "";
     QTest::newRow("checksum") << 1 << "Checksum error.";
     QTest::newRow("other") << 2 << "Unknown errorcode.";
-    QTest::newRow("negative") << -1 << "Unknown errorcode.";
 }
 
 void tst_errorsAndServices::gripErrorRecord()
@@ -172,14 +145,6 @@ void tst_errorsAndServices::progressOnlyWhenVisible()
     QCOMPARE(ui.progressMaxima, QList<int>{264});
     mMain::EndProgress();
     QCOMPARE(ui.progressEnds, 1);
-}
-
-void tst_errorsAndServices::confirmation()
-{
-    mMain::ShowConfirm(QStringLiteral("Timinginformation was fetched."));
-    QCOMPARE(ui.messages.size(), 1);
-    QCOMPARE(ui.messages.first().title, QStringLiteral("Confirmation"));
-    QCOMPARE(ui.messages.first().icon, MsgIcon::Information);
 }
 
 QTEST_GUILESS_MAIN(tst_errorsAndServices)
