@@ -61,9 +61,9 @@ void tst_mCommBasic::wireFrames()
     QFETCH(QString, command);
     QFETCH(QByteArray, codeByte);
     QFETCH(QByteArray, rest);
-    // Any answer of the expected size ends the wait at once.
+    // A negative answer padded to the expected size ends the wait at once.
     link->port.setResponder([](const QByteArray& frame) {
-        return QByteArray(GetFunctionReturnSize(static_cast<quint8>(frame.at(0))), '\0');
+        return QByteArray("\x50\x01").leftJustified(GetFunctionReturnSize(static_cast<quint8>(frame.at(0))), '\0');
     });
     mCommBasic::CommHexData(command, true);
     QCOMPARE(link->port.writes.size(), 2);
