@@ -2,6 +2,7 @@
 
 #include "sim/Catalogue.h"
 #include "sim/Checksum.h"
+#include "sim/ErrorText.h"
 
 #include <QRandomGenerator>
 #include <QStringList>
@@ -33,12 +34,6 @@ constexpr std::array<KindName, 7> kKindNames{{
     {FaultKind::Pieces, "pieces"},
 }};
 
-void setError(QString* error, const QString& text)
-{
-    if (error)
-        *error = text;
-}
-
 std::optional<int> parseHex(QString text, int max)
 {
     if (text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive))
@@ -51,13 +46,19 @@ std::optional<int> parseHex(QString text, int max)
     return value;
 }
 
-std::optional<int> parseCount(const QString& text)
+// The count of "TARGET*COUNT", if one was given; item names the whole text in the message.
+bool readCount(const QString& text, const QString& item, int* count, QString* error)
 {
+    if (text.isEmpty())
+        return true;
     bool ok = false;
     const int value = text.toInt(&ok, 10);
-    if (!ok || value < 1)
-        return std::nullopt;
-    return value;
+    if (!ok || value < 1) {
+        setError(error, QStringLiteral("%1: count '%2' is not a positive number").arg(item, text));
+        return false;
+    }
+    *count = value;
+    return true;
 }
 
 // "TARGET[*COUNT]" into its two parts; the count is empty when not given.
@@ -179,14 +180,8 @@ std::optional<FaultRule> FaultRule::parse(const QString& text, QString* error)
         return std::nullopt;
     }
     rule.command = static_cast<quint8>(*command);
-    if (!countText.isEmpty()) {
-        const auto count = parseCount(countText);
-        if (!count) {
-            setError(error, QStringLiteral("fault '%1': count '%2' is not a positive number").arg(text, countText));
-            return std::nullopt;
-        }
-        rule.count = *count;
-    }
+    if (!readCount(countText, QStringLiteral("fault '%1'").arg(text), &rule.count, error))
+        return std::nullopt;
     return rule;
 }
 
@@ -212,14 +207,8 @@ std::optional<BlockFailure> BlockFailure::parse(const QString& text, QString* er
     }
     BlockFailure failure;
     failure.address = *address;
-    if (!countText.isEmpty()) {
-        const auto count = parseCount(countText);
-        if (!count) {
-            setError(error, QStringLiteral("failblock '%1': count '%2' is not a positive number").arg(text, countText));
-            return std::nullopt;
-        }
-        failure.count = *count;
-    }
+    if (!readCount(countText, QStringLiteral("failblock '%1'").arg(text), &failure.count, error))
+        return std::nullopt;
     return failure;
 }
 

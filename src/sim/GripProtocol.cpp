@@ -5,6 +5,8 @@
 #include "sim/Fault.h"
 #include "sim/GripState.h"
 
+#include <initializer_list>
+
 namespace gripsim {
 
 namespace {
@@ -33,6 +35,14 @@ void appendWord(QByteArray& bytes, int value)
 {
     appendByte(bytes, value);
     appendByte(bytes, value >> 8);
+}
+
+QByteArray bytesOf(std::initializer_list<quint8> values)
+{
+    QByteArray bytes;
+    for (const quint8 v : values)
+        appendByte(bytes, v);
+    return bytes;
 }
 
 void appendVersion(QByteArray& bytes, const BuildVersion& version)
@@ -67,9 +77,8 @@ QByteArray gunInfoData(const GripState& s)
 
 QByteArray timingData(const TimingValues& t)
 {
-    QByteArray block;
-    for (const quint8 v : {t.shotTime, t.dwellTime, t.cycleTimeOpen, t.loadTime, t.cycleTimeClose, t.firingMode})
-        appendByte(block, v);
+    const QByteArray block =
+        bytesOf({t.shotTime, t.dwellTime, t.cycleTimeOpen, t.loadTime, t.cycleTimeClose, t.firingMode});
     return block + block;
 }
 
@@ -96,18 +105,12 @@ QByteArray gameTimerData(const GameTimerValues& g)
 
 QByteArray optionsData(const OptionValues& o)
 {
-    QByteArray data;
-    for (const quint8 v : {o.flags, o.eyeCheckMaxTime, o.eyeCheckOKTime, o.defaultLoadTime})
-        appendByte(data, v);
-    return data;
+    return bytesOf({o.flags, o.eyeCheckMaxTime, o.eyeCheckOKTime, o.defaultLoadTime});
 }
 
 QByteArray rampingData(const RampingValues& r)
 {
-    QByteArray data;
-    for (const quint8 v : {r.shots, r.hyperTime, r.hyperMode})
-        appendByte(data, v);
-    return data;
+    return bytesOf({r.shots, r.hyperTime, r.hyperMode});
 }
 
 QByteArray bootQuery(const GripState& s)

@@ -1,5 +1,7 @@
 #include "sim/GripState.h"
 
+#include "sim/ErrorText.h"
+
 #include <QJsonValue>
 
 namespace gripsim {
@@ -13,12 +15,6 @@ bool inMemory(int address)
     return address >= kMemoryFirst && address <= kMemoryLast;
 }
 
-void fail(QString* error, const QString& text)
-{
-    if (error)
-        *error = text;
-}
-
 // Reads a whole number in [0, max] if the key is present.
 template <typename T>
 bool readNumber(const QJsonObject& json, const char* key, qint64 max, T& out, QString* error)
@@ -28,7 +24,7 @@ bool readNumber(const QJsonObject& json, const char* key, qint64 max, T& out, QS
         return true;
     const double number = value.toDouble(-1);
     if (!value.isDouble() || number < 0 || number > static_cast<double>(max) || number != static_cast<qint64>(number)) {
-        fail(error, QStringLiteral("'%1' must be a whole number from 0 to %2").arg(QLatin1String(key)).arg(max));
+        setError(error, QStringLiteral("'%1' must be a whole number from 0 to %2").arg(QLatin1String(key)).arg(max));
         return false;
     }
     out = static_cast<T>(number);
@@ -42,7 +38,7 @@ bool readVersion(const QJsonObject& json, const char* key, BuildVersion& out, QS
         return true;
     const auto version = BuildVersion::parse(value.toString());
     if (!version) {
-        fail(error, QStringLiteral("'%1' must be a version text a.b.c").arg(QLatin1String(key)));
+        setError(error, QStringLiteral("'%1' must be a version text a.b.c").arg(QLatin1String(key)));
         return false;
     }
     out = *version;
@@ -57,7 +53,7 @@ bool readMemory(const QJsonObject& json, QByteArray& memory, QString* error)
     const QByteArray hex = value.toString().toLatin1();
     const QByteArray bytes = QByteArray::fromHex(hex);
     if (hex.size() != 2 * kMemoryBytes || bytes.size() != kMemoryBytes || bytes.toHex().toUpper() != hex.toUpper()) {
-        fail(error, QStringLiteral("'Memory' must be %1 hex digits (bytes 0x40 to 0xFFF)").arg(2 * kMemoryBytes));
+        setError(error, QStringLiteral("'Memory' must be %1 hex digits (bytes 0x40 to 0xFFF)").arg(2 * kMemoryBytes));
         return false;
     }
     memory.replace(kMemoryFirst, kMemoryBytes, bytes);
@@ -139,7 +135,7 @@ bool readSerial(const QJsonObject& json, QByteArray& serial, QString* error)
         return true;
     const QString text = value.toString();
     if (!value.isString() || text.size() > kSerialLength) {
-        fail(error, QStringLiteral("'Serial' must be a text of at most %1 characters").arg(kSerialLength));
+        setError(error, QStringLiteral("'Serial' must be a text of at most %1 characters").arg(kSerialLength));
         return false;
     }
     serial = GripState::paddedSerial(text);
@@ -199,7 +195,7 @@ bool GripState::readJson(const QJsonObject& json, QString* error)
     GripState next = *this;
     const QJsonValue boot = json.value(QLatin1String("BootMode"));
     if (!boot.isUndefined() && !boot.isBool()) {
-        fail(error, QStringLiteral("'BootMode' must be true or false"));
+        setError(error, QStringLiteral("'BootMode' must be true or false"));
         return false;
     }
     next.bootMode = boot.toBool(next.bootMode);

@@ -1,5 +1,6 @@
 #include "sim/PtyServer.h"
 
+#include "sim/ErrorText.h"
 #include "sim/SimClock.h"
 #include "sim/StateFile.h"
 
@@ -18,7 +19,6 @@ namespace gripsim {
 
 namespace {
 
-constexpr qint64 kNsPerMs = 1'000'000;
 constexpr qint64 kNsPerSecond = 1'000'000'000;
 constexpr int kBitsPerByte = 10; // start bit, eight data bits, stop bit
 constexpr int kReadChunk = 512;
@@ -58,23 +58,24 @@ bool PtyServer::start(QString* error)
     if (isRunning())
         return true;
     QString why;
-    if (!loadState(&why) || !m_pty.open(m_options.baud, &why) || !makeLink(&why)) {
-        if (error)
-            *error = why;
-        m_pty.close();
-        return false;
+    if (loadState(&why) && m_pty.open(m_options.baud, &why) && makeLink(&why) && openStopSignal(&why)) {
+        m_running = true;
+        m_thread = std::thread([this] { serve(); });
+        return true;
     }
+    setError(error, why);
+    removeLink();
+    m_pty.close();
+    return false;
+}
+
+bool PtyServer::openStopSignal(QString* error)
+{
     m_stopFd = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (m_stopFd < 0) {
-        if (error)
-            *error = QStringLiteral("cannot create the stop signal of the virtual grip");
-        removeLink();
-        m_pty.close();
-        return false;
-    }
-    m_running = true;
-    m_thread = std::thread([this] { serve(); });
-    return true;
+    if (m_stopFd >= 0)
+        return true;
+    *error = QStringLiteral("cannot create the stop signal of the virtual grip");
+    return false;
 }
 
 void PtyServer::stop()

@@ -52,6 +52,7 @@ public:
 private:
     bool loadState(QString* error);
     bool makeLink(QString* error);
+    bool openStopSignal(QString* error);
     void removeLink();
     void serve();
     void serveUntilStopped();

@@ -1,12 +1,8 @@
 #include "sim/ReplyScheduler.h"
 
+#include "sim/SimClock.h"
+
 namespace gripsim {
-
-namespace {
-
-constexpr qint64 kNsPerMs = 1'000'000;
-
-} // namespace
 
 void ReplyScheduler::add(const Reply& reply, qint64 arrivalNs)
 {

@@ -8,4 +8,6 @@ namespace gripsim {
 // virtual grip use this clock, so they can be compared across threads.
 qint64 monotonicNs();
 
+constexpr qint64 kNsPerMs = 1'000'000;
+
 } // namespace gripsim

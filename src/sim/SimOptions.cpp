@@ -1,5 +1,6 @@
 #include "sim/SimOptions.h"
 
+#include "sim/ErrorText.h"
 #include "sim/GripState.h"
 
 #include <QStringList>
@@ -17,18 +18,12 @@ constexpr int kMaxBattery = 1023;
 
 using Setter = std::function<bool(SimOptions&, const QString& value, QString* error)>;
 
-void fail(QString* error, const QString& text)
-{
-    if (error)
-        *error = text;
-}
-
 Setter versionSetter(BuildVersion SimOptions::*member, const char* key)
 {
     return [member, key](SimOptions& o, const QString& value, QString* error) {
         const auto version = BuildVersion::parse(value);
         if (!version) {
-            fail(error, QStringLiteral("%1='%2': expected a version a.b.c (a, b 0-255, c 0-65535)")
+            setError(error, QStringLiteral("%1='%2': expected a version a.b.c (a, b 0-255, c 0-65535)")
                             .arg(QLatin1String(key), value));
             return false;
         }
@@ -43,7 +38,7 @@ Setter numberSetter(int SimOptions::*member, const char* key, int min, int max)
         bool ok = false;
         const int number = value.toInt(&ok, 10);
         if (!ok || number < min || number > max) {
-            fail(error, QStringLiteral("%1='%2': expected a whole number from %3 to %4")
+            setError(error, QStringLiteral("%1='%2': expected a whole number from %3 to %4")
                             .arg(QLatin1String(key), value)
                             .arg(min)
                             .arg(max));
@@ -58,7 +53,7 @@ Setter switchSetter(bool SimOptions::*member, const char* key)
 {
     return [member, key](SimOptions& o, const QString& value, QString* error) {
         if (value != QLatin1String("0") && value != QLatin1String("1")) {
-            fail(error, QStringLiteral("%1='%2': expected 0 or 1").arg(QLatin1String(key), value));
+            setError(error, QStringLiteral("%1='%2': expected 0 or 1").arg(QLatin1String(key), value));
             return false;
         }
         o.*member = value == QLatin1String("1");
@@ -70,7 +65,7 @@ Setter pathSetter(QString SimOptions::*member, const char* key)
 {
     return [member, key](SimOptions& o, const QString& value, QString* error) {
         if (value.isEmpty()) {
-            fail(error, QStringLiteral("%1=: expected a file name").arg(QLatin1String(key)));
+            setError(error, QStringLiteral("%1=: expected a file name").arg(QLatin1String(key)));
             return false;
         }
         o.*member = value;
@@ -84,7 +79,7 @@ bool setSerial(SimOptions& o, const QString& value, QString* error)
     for (const QChar c : value)
         printable = printable && c.unicode() >= 0x20 && c.unicode() < 0x7F;
     if (value.isEmpty() || value.size() > kSerialLength || !printable) {
-        fail(error, QStringLiteral("serial='%1': expected 1 to %2 printable ASCII characters")
+        setError(error, QStringLiteral("serial='%1': expected 1 to %2 printable ASCII characters")
                         .arg(value)
                         .arg(kSerialLength));
         return false;
@@ -139,20 +134,20 @@ bool applyItem(SimOptions& options, const QString& item, QString* error)
 {
     const qsizetype eq = item.indexOf(QLatin1Char('='));
     if (eq <= 0) {
-        fail(error, QStringLiteral("'%1' is not KEY=VALUE").arg(item));
+        setError(error, QStringLiteral("'%1' is not KEY=VALUE").arg(item));
         return false;
     }
     const QString key = item.left(eq).trimmed().toLower();
     const QString value = item.mid(eq + 1).trimmed();
     const auto setter = setters().find(key);
     if (setter == setters().end()) {
-        fail(error, QStringLiteral("unknown key '%1' (known: firmware, boot, protocol, hardware, serial, "
+        setError(error, QStringLiteral("unknown key '%1' (known: firmware, boot, protocol, hardware, serial, "
                                    "bootmode, pace, baud, latency, battery, state, link, fault, failblock)")
                         .arg(key));
         return false;
     }
     if (options.givenKeys.contains(key) && !mayRepeat(key)) {
-        fail(error, QStringLiteral("key '%1' given twice").arg(key));
+        setError(error, QStringLiteral("key '%1' given twice").arg(key));
         return false;
     }
     options.givenKeys.insert(key);
@@ -182,7 +177,7 @@ bool SimOptions::isDeviceSpec(const QString& device)
 std::optional<SimOptions> SimOptions::fromDeviceSpec(const QString& device, QString* error)
 {
     if (!isDeviceSpec(device)) {
-        fail(error, QStringLiteral("'%1' is not a virtual grip (expected sim or sim:KEY=VALUE,...)").arg(device));
+        setError(error, QStringLiteral("'%1' is not a virtual grip (expected sim or sim:KEY=VALUE,...)").arg(device));
         return std::nullopt;
     }
     return parse(device.mid(4), error);
@@ -204,21 +199,17 @@ GripState SimOptions::initialState() const
 void SimOptions::applyGivenTo(GripState& state) const
 {
     const GripState mine = initialState();
-    const auto given = [this](const char* key) { return givenKeys.contains(QLatin1String(key)); };
-    if (given("firmware"))
-        state.firmware = mine.firmware;
-    if (given("boot"))
-        state.boot = mine.boot;
-    if (given("protocol"))
-        state.protocol = mine.protocol;
-    if (given("hardware"))
-        state.hardware = mine.hardware;
-    if (given("serial"))
-        state.serial = mine.serial;
-    if (given("bootmode"))
-        state.bootMode = mine.bootMode;
-    if (given("battery"))
-        state.battery = mine.battery;
+    const auto take = [&](const char* key, auto GripState::*member) {
+        if (givenKeys.contains(QLatin1String(key)))
+            state.*member = mine.*member;
+    };
+    take("firmware", &GripState::firmware);
+    take("boot", &GripState::boot);
+    take("protocol", &GripState::protocol);
+    take("hardware", &GripState::hardware);
+    take("serial", &GripState::serial);
+    take("bootmode", &GripState::bootMode);
+    take("battery", &GripState::battery);
 }
 
 } // namespace gripsim

@@ -1,5 +1,6 @@
 #include "sim/StateFile.h"
 
+#include "sim/ErrorText.h"
 #include "sim/GripState.h"
 
 #include <QFile>
@@ -9,16 +10,6 @@
 #include <QSaveFile>
 
 namespace gripsim {
-
-namespace {
-
-void fail(QString* error, const QString& text)
-{
-    if (error)
-        *error = text;
-}
-
-} // namespace
 
 StateFile::StateFile(QString path)
     : m_path(std::move(path))
@@ -34,18 +25,19 @@ bool StateFile::load(GripState& state, QString* error) const
 {
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly)) {
-        fail(error, QStringLiteral("cannot read the grip state %1: %2").arg(m_path, file.errorString()));
+        setError(error, QStringLiteral("cannot read the grip state %1: %2").arg(m_path, file.errorString()));
         return false;
     }
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &parseError);
     if (parseError.error != QJsonParseError::NoError || !document.isObject()) {
-        fail(error, QStringLiteral("the grip state %1 is not a JSON object: %2").arg(m_path, parseError.errorString()));
+        setError(error,
+                 QStringLiteral("the grip state %1 is not a JSON object: %2").arg(m_path, parseError.errorString()));
         return false;
     }
     QString why;
     if (!state.readJson(document.object(), &why)) {
-        fail(error, QStringLiteral("the grip state %1: %2").arg(m_path, why));
+        setError(error, QStringLiteral("the grip state %1: %2").arg(m_path, why));
         return false;
     }
     return true;
@@ -54,16 +46,13 @@ bool StateFile::load(GripState& state, QString* error) const
 bool StateFile::save(const GripState& state, QString* error) const
 {
     QSaveFile file(m_path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        fail(error, QStringLiteral("cannot write the grip state %1: %2").arg(m_path, file.errorString()));
-        return false;
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QJsonDocument(state.toJson()).toJson(QJsonDocument::Indented));
+        if (file.commit())
+            return true;
     }
-    file.write(QJsonDocument(state.toJson()).toJson(QJsonDocument::Indented));
-    if (!file.commit()) {
-        fail(error, QStringLiteral("cannot write the grip state %1: %2").arg(m_path, file.errorString()));
-        return false;
-    }
-    return true;
+    setError(error, QStringLiteral("cannot write the grip state %1: %2").arg(m_path, file.errorString()));
+    return false;
 }
 
 } // namespace gripsim
