@@ -1,41 +1,50 @@
 #pragma once
-// A fake port answered by a virtual grip, with per-command replacements, for the record tests.
+// A fake port answered by a virtual grip, with per-command replacements, and the grip records as
+// text, so that the record tests can be tables.
 #include "TestLink.h"
 
+#include "grip/cBattery.h"
+#include "grip/cCountdownTimer.h"
+#include "grip/cCounters.h"
+#include "grip/cHyper.h"
+#include "grip/cOptions.h"
+#include "grip/cSettings.h"
+#include "grip/mGripCommands.h"
+#include "link/MarloError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "sim/Fault.h"
 #include "sim/SimOptions.h"
 #include "sim/VirtualGrip.h"
 
-#include <QByteArray>
 #include <QHash>
-#include <QList>
 #include <QSettings>
-#include <QStandardPaths>
-#include <QString>
+#include <functional>
+#include <optional>
 
 namespace griptest {
 
-// The bytes of a hex text.
-inline QByteArray bytes(const QString& hex)
-{
-    return mAppFunc::HexToBytes(hex);
-}
+using mGripCommands::Direction;
+using mGripCommands::GripRecord;
 
 // The frame as the link sends it: the bytes followed by their check byte.
 inline QByteArray framed(const QString& hex)
 {
-    return bytes(hex + mAppFunc::LZ(2, QString::number(mCommBasic::CalcCRC(hex), 16).toUpper()));
+    return mAppFunc::HexToBytes(hex + mAppFunc::HexByte(mCommBasic::CalcCRC(hex)));
 }
 
-inline gripsim::SimOptions simOptions(const QString& text)
+// The grip's negative answer, padded to the length of the report the command expects: the link
+// waits for that many bytes, and the record sees the same report either way.
+inline QByteArray refusal(int command)
 {
-    QString error;
-    const auto options = gripsim::SimOptions::parse(text, &error);
-    if (!options)
-        qFatal("bad sim options %s: %s", qPrintable(text), qPrintable(error));
-    return *options;
+    return framed(QStringLiteral("5001")) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
+}
+
+// The error that run raised, if any.
+inline std::optional<MarloError> errorOf(const std::function<void()>& run)
+{
+    try { run(); } catch (const MarloError& e) { return e; }
+    return std::nullopt;
 }
 
 // TestLink with a virtual grip behind the fake port. replies[code] replaces the grip's answer
@@ -43,13 +52,11 @@ inline gripsim::SimOptions simOptions(const QString& text)
 class GripHarness {
 public:
     explicit GripHarness(const QString& options = QString())
-        : grip(simOptions(options))
+        : grip(gripsim::SimOptions::parse(options).value())
     {
-        link.port.setResponder([this](const QByteArray& frame) -> QByteArray {
+        link.port.setResponder([this](const QByteArray& frame) {
             const quint8 code = static_cast<quint8>(frame.at(0));
-            if (replies.contains(code))
-                return replies.value(code);
-            return grip.handleFrame(frame).value_or(QByteArray());
+            return replies.contains(code) ? replies.value(code) : grip.handleFrame(frame).value_or(QByteArray());
         });
     }
 
@@ -72,26 +79,72 @@ public:
         return list;
     }
 
-    void fault(gripsim::FaultKind kind, quint8 command)
-    {
-        gripsim::FaultRule rule;
-        rule.kind = kind;
-        rule.command = command;
-        rule.count = 1;
-        grip.addFault(rule);
-    }
+    void fault(gripsim::FaultKind kind, int command) { grip.addFault({kind, static_cast<quint8>(command), 0, 1}); }
 
     TestLink link;
     gripsim::VirtualGrip grip;
     QHash<quint8, QByteArray> replies;
 };
 
-// Empties the preferences file of this test program.
-inline void clearPreferences()
+// A fresh start: empty preferences (where options and ramping live) and new global records.
+inline void resetRecords()
 {
-    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
-    store.clear();
-    store.sync();
+    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
+    ResetTimingRecord();
+    ResetCountersRecord();
+    ResetCountdownTimerRecord();
+    ResetBatteryRecord();
+    ResetOptionsRecord();
+    ResetHyperRecord();
+}
+
+// A global record's values as text, in the order marlo-cli prints them (timing: the link order;
+// battery: the voltage to three decimals).
+inline QString fields(GripRecord record)
+{
+    QList<qint32> v;
+    const cSettings& t = TimingRecord();
+    const cOptions& o = OptionsRecord();
+    const cCountdownTimer& g = CountdownTimerRecord();
+    switch (record) {
+    case GripRecord::Timing: v = {t.ShotTime(), t.Dwelltime(), t.CycleTimeOpen(), t.LoadTime(), t.CycleTimeClose(), t.FiringMode()}; break;
+    case GripRecord::Options:
+        v = {o.EyeMounted(), o.TriggerFilterOn(), o.EyeCheckMaxTimeOn(), o.UseEye(), o.EyeCheckMaxTime(), o.DefaultLoadTime(),
+             o.LoaderOn(), o.LedOn(), o.EyeCheckOKTimeOn(), o.EyeCheckOKTime(), o.CTOAdjust()};
+        break;
+    case GripRecord::Ramping: v = {HyperRecord().Shots(), HyperRecord().HyperTime(), HyperRecord().HyperMode()}; break;
+    case GripRecord::GameTimer: v = {g.CountDownTimer(), g.PreAlert1On(), g.PreAlert1Time(), g.PreAlert2On(), g.PreAlert2Time()}; break;
+    case GripRecord::Counters: v = {CountersRecord().Counter1(), CountersRecord().Counter2(), CountersRecord().Total()}; break;
+    case GripRecord::Battery: return QString::number(BatteryRecord().VoltageLevel(), 'f', 3);
+    }
+    QStringList text;
+    for (const qint32 value : v)
+        text.append(QString::number(value));
+    return text.join(QLatin1Char(' '));
+}
+
+// Sets a global record's values from text in the order of fields() (counters: the first two).
+inline void setFields(GripRecord record, const QString& text)
+{
+    QList<qint32> v;
+    for (const QString& word : text.split(QLatin1Char(' ')))
+        v.append(word.toInt());
+    cOptions& o = OptionsRecord();
+    cCountdownTimer& g = CountdownTimerRecord();
+    switch (record) {
+    case GripRecord::Timing: TimingRecord().Assign(v[2], v[4], v[0], v[1], v[3], v[5]); break;
+    case GripRecord::Options:
+        o.setEyeMounted(v[0]); o.setTriggerFilterOn(v[1]); o.setEyeCheckMaxTimeOn(v[2]); o.setUseEye(v[3]);
+        o.setEyeCheckMaxTime(v[4]); o.setDefaultLoadTime(v[5]); o.setLoaderOn(v[6]); o.setLedOn(v[7]);
+        o.setEyeCheckOKTimeOn(v[8]); o.setEyeCheckOKTime(v[9]); o.setCTOAdjust(v[10]);
+        break;
+    case GripRecord::Ramping: HyperRecord().setShots(v[0]); HyperRecord().setHyperTime(v[1]); HyperRecord().setHyperMode(v[2]); break;
+    case GripRecord::GameTimer:
+        g.setCountDownTimer(v[0]); g.setPreAlert1On(v[1]); g.setPreAlert1Time(v[2]); g.setPreAlert2On(v[3]); g.setPreAlert2Time(v[4]);
+        break;
+    case GripRecord::Counters: CountersRecord().setCounter1(v[0]); CountersRecord().setCounter2(v[1]); break;
+    case GripRecord::Battery: break;
+    }
 }
 
 } // namespace griptest

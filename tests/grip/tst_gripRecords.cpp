@@ -1,0 +1,308 @@
+// The grip records: their frames and reports, the rate of fire, the counter reset, the options
+// and ramping values kept in the preferences with their range rules, and what each record does
+// with a grip that answers wrongly.
+#include "GripTestSupport.h"
+
+#include "link/cError.h"
+#include "link/mErrCodes.h"
+#include "shell/cRegistrySettings.h"
+
+#include <QtTest>
+
+using namespace griptest;
+using namespace mErrCodes;
+
+namespace {
+
+// One section of the preferences as "key=value" words.
+QString storedSection(const QString& section)
+{
+    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
+    store.beginGroup(section);
+    QStringList words;
+    for (const QString& key : store.childKeys())
+        words.append(key + QLatin1Char('=') + store.value(key).toString());
+    return words.join(QLatin1Char(' '));
+}
+
+struct Operation {
+    GripRecord record;
+    int command; // 0x25: the reset of counter 2
+    qint32 number;
+    QString message;
+    QString where;  // the class and procedure the error names
+    QString values; // what the record holds before (as fields() shows it)
+};
+
+const QList<Operation>& operations()
+{
+    static const QList<Operation> list = {
+        {GripRecord::Timing, 0x14, ERR_DL_TIMING, MSG_DL_TIMING, "cSettings.Download", "10 10 30 35 28 0"},
+        {GripRecord::Timing, 0x24, ERR_UL_TIMING, MSG_UL_TIMING, "cSettings.Upload", "10 10 30 35 28 0"},
+        {GripRecord::Options, 0x18, ERR_DL_OPTIONS, MSG_DL_OPTIONS, "cOptions.Download", "1 0 0 0 5 6 0 1 0 7 0"},
+        {GripRecord::Options, 0x28, ERR_UL_OPTIONS, MSG_UL_OPTIONS, "cOptions.Upload", "1 0 0 0 5 6 0 1 0 7 0"},
+        {GripRecord::Ramping, 0x19, ERR_DL_HYPER, MSG_DL_HYPER, "cHyper.Download", "9 8 4"},
+        {GripRecord::Ramping, 0x29, ERR_UL_HYPER, MSG_UL_HYPER, "cHyper.Upload", "9 8 4"},
+        {GripRecord::GameTimer, 0x16, ERR_DL_COUNTDOWN, MSG_DL_COUNTDOWN, "cCountDownTimer.Download", "7 1 8 0 9"},
+        {GripRecord::GameTimer, 0x26, ERR_UL_COUNTDOWN, MSG_UL_COUNTDOWN, "cCountDownTimer.Upload", "7 1 8 0 9"},
+        {GripRecord::Counters, 0x15, ERR_DL_COUNTERS, MSG_DL_COUNTERS, "cCounters.Download", "11 22"},
+        {GripRecord::Counters, 0x25, ERR_RESET_COUNTER, ResetCounterMessage(2), "cCounters.ResetCounter(2)", "11 22"},
+        {GripRecord::Battery, 0x17, ERR_DL_BATTERY, MSG_DL_BATTERY, "cBattery.Download", ""},
+    };
+    return list;
+}
+
+} // namespace
+
+class TstGripRecords : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { resetRecords(); }
+
+    void exchange_data()
+    {
+        QTest::addColumn<GripRecord>("record");
+        QTest::addColumn<QString>("way");    // put, get, both (the report carries the same bytes), new (put as made)
+        QTest::addColumn<QString>("values"); // as fields() shows them
+        QTest::addColumn<QString>("frame");  // the upload as sent, or (get) the report as received
+        QTest::newRow("timing new") << GripRecord::Timing << "new" << "0 0 0 0 0 0" << "24000000000000000000000000";
+        QTest::newRow("timing defaults") << GripRecord::Timing << "both" << "10 10 30 35 28 0" << "240A0A1E231C000A0A1E231C00";
+        QTest::newRow("timing first block") << GripRecord::Timing << "get" << "255 2 3 4 5 6" << "44FF02030405060A0A1E231C00";
+        QTest::newRow("timer new") << GripRecord::GameTimer << "new" << "0 0 0 0 0" << "2600000000000000";
+        QTest::newRow("timer example") << GripRecord::GameTimer << "put" << "10 1 300 0 60" << "260A012C01003C00";
+        QTest::newRow("timer switch 2 is off") << GripRecord::GameTimer << "get" << "10 0 300 1 60" << "460A022C01013C00";
+        QTest::newRow("timer 16-bit cut") << GripRecord::GameTimer << "put" << "1 0 65538 0 70000" << "2601000200007011";
+        QTest::newRow("timer largest") << GripRecord::GameTimer << "both" << "255 1 65535 1 256" << "26FF01FFFF010001";
+        QTest::newRow("counters example") << GripRecord::Counters << "get" << "10 65535 197121" << "450A00FFFF01020380";
+        QTest::newRow("battery full") << GripRecord::Battery << "get" << "6.526" << "47FF03";
+        QTest::newRow("battery zero") << GripRecord::Battery << "get" << "0.000" << "470000";
+        QTest::newRow("options new") << GripRecord::Options << "new" << "0 0 0 0 100 45 0 0 0 100 0" << "280064642D";
+        QTest::newRow("options FF") << GripRecord::Options << "both" << "1 1 1 1 1 3 1 1 1 2 1" << "28FF010203";
+        QTest::newRow("options AA") << GripRecord::Options << "both" << "0 0 0 0 9 126 1 1 1 8 1" << "28AA09087E";
+        QTest::newRow("options CC") << GripRecord::Options << "both" << "0 1 0 1 100 45 0 1 0 100 1" << "28CC64642D";
+        QTest::newRow("options F0") << GripRecord::Options << "both" << "0 0 1 1 100 45 0 0 1 100 1" << "28F064642D";
+        QTest::newRow("options load 7F") << GripRecord::Options << "get" << "1 0 0 0 127 45 0 0 0 127 0" << "48017F7F7F";
+        QTest::newRow("ramping new") << GripRecord::Ramping << "new" << "3 100 1" << "29036401";
+        QTest::newRow("ramping given") << GripRecord::Ramping << "both" << "10 255 16" << "290AFF10";
+        QTest::newRow("ramping zeros") << GripRecord::Ramping << "get" << "3 100 0" << "49000000";
+    }
+
+    void exchange()
+    {
+        QFETCH(GripRecord, record);
+        QFETCH(QString, way);
+        QFETCH(QString, values);
+        QFETCH(QString, frame);
+        GripHarness h;
+        const int get = 0x14 + int(record); // the get commands 0x14..0x19 follow the record order
+        if (way != QLatin1String("get")) {
+            if (way == QLatin1String("new"))
+                QCOMPARE(fields(record), values);
+            else
+                setFields(record, values);
+            QCOMPARE(mGripCommands::TransferRecord(record, Direction::Put), mGripCommands::Outcome::Done);
+            QCOMPARE(h.codes(), (QList<int>{0x13, get + 0x10})); // the gun information first
+            QCOMPARE(h.payloads(get + 0x10), QStringList{frame});
+            resetRecords();
+        }
+        if (way == QLatin1String("get") || way == QLatin1String("both")) {
+            h.replies[get] = framed(mAppFunc::HexByte(get + 0x30) + frame.mid(2));
+            mGripCommands::TransferRecord(record, Direction::Get);
+            QCOMPARE(h.codes().last(), get);
+            QCOMPARE(fields(record), values);
+        }
+    }
+
+    void rateOfFire_data()
+    {
+        QTest::addColumn<QString>("timing"); // as fields() shows it
+        QTest::addColumn<float>("rof");      // -1: the 16-bit sum overflows
+        QTest::newRow("all zero") << "0 0 0 0 0 0" << 0.0f;
+        QTest::newRow("one ms each") << "1 1 1 1 1 0" << 250.0f;
+        QTest::newRow("shot time not counted") << "19 1 1 1 1 0" << 250.0f;
+        QTest::newRow("defaults") << "10 10 30 35 28 0" << 9.71f;
+        QTest::newRow("negative sum") << "0 -5 1 1 1 0" << 0.0f;
+        QTest::newRow("312.5 to even") << "0 20 100 100 100 0" << 3.12f; // 1000/320*100 = 312.5
+        QTest::newRow("term over 16 bits") << "0 0 40000 0 0 0" << -1.0f;
+        QTest::newRow("sum over 16 bits") << "0 20000 20000 0 0 0" << -1.0f;
+    }
+
+    void rateOfFire()
+    {
+        QFETCH(QString, timing);
+        QFETCH(float, rof);
+        setFields(GripRecord::Timing, timing);
+        if (rof >= 0)
+            QCOMPARE(TimingRecord().ROF(), rof);
+        else
+            QCOMPARE(errorOf([] { TimingRecord().ROF(); })->Number(), mErrCodes::RT_OVERFLOW);
+    }
+
+    void resetCounter_data()
+    {
+        QTest::addColumn<QString>("firmware");
+        QTest::addColumn<int>("selector");
+        QTest::addColumn<QString>("payload");
+        QTest::addColumn<QString>("after"); // the counters, from 300 and 65535
+        QTest::newRow("1.1.70, 2: selector") << "1.1.70" << 2 << "2502000000" << "300 0 0";
+        QTest::newRow("1.1.70, 3") << "1.1.70" << 3 << "2503000000" << "0 0 0";
+        QTest::newRow("1.1.71, 2: values") << "1.1.71" << 2 << "252C010000" << "300 0 0";
+        QTest::newRow("4.0.0, 1") << "4.0.0" << 1 << "250000FFFF" << "0 65535 0";
+        QTest::newRow("4.0.0, 0: none") << "4.0.0" << 0 << "252C01FFFF" << "300 65535 0";
+    }
+
+    void resetCounter()
+    {
+        QFETCH(QString, firmware);
+        QFETCH(int, selector);
+        QFETCH(QString, payload);
+        QFETCH(QString, after);
+        GripHarness h(QStringLiteral("firmware=") + firmware);
+        setFields(GripRecord::Counters, QStringLiteral("300 65535"));
+        CountersRecord().ResetCounter(static_cast<quint8>(selector));
+        QCOMPARE(h.codes(), (QList<int>{0x13, 0x25}));
+        QCOMPARE(h.payloads(0x25), QStringList{payload});
+        QCOMPARE(fields(GripRecord::Counters), after);
+    }
+
+    void ranges_data()
+    {
+        QTest::addColumn<QString>("property");
+        QTest::addColumn<QString>("text"); // given to the setter when a number, and put in the store
+        QTest::addColumn<int>("kept");     // -1: no number, the read fails
+        QTest::newRow("EyeCheckMaxTime 0") << "EyeCheckMaxTime" << "0" << 100;
+        QTest::newRow("EyeCheckMaxTime 256") << "EyeCheckMaxTime" << "256" << 100;
+        QTest::newRow("EyeCheckOKTime -1") << "EyeCheckOKTime" << "-1" << 100;
+        QTest::newRow("EyeCheckOKTime 255") << "EyeCheckOKTime" << "255" << 255;
+        QTest::newRow("EyeCheckOKTime ten") << "EyeCheckOKTime" << "ten" << -1;
+        QTest::newRow("DefaultLoadTime 0") << "DefaultLoadTime" << "0" << 45;
+        QTest::newRow("Shots 0") << "Shots" << "0" << 3;
+        QTest::newRow("Shots 255") << "Shots" << "255" << 255;
+        QTest::newRow("Shots 256") << "Shots" << "256" << 3;
+        QTest::newRow("HyperTime 0") << "HyperTime" << "0" << 100;
+        QTest::newRow("HyperTime 300") << "HyperTime" << "300" << 100;
+        QTest::newRow("HyperMode 0") << "HyperMode" << "0" << 0;
+        QTest::newRow("HyperMode empty") << "HyperMode" << "" << -1;
+    }
+
+    void ranges()
+    {
+        QFETCH(QString, property);
+        QFETCH(QString, text);
+        QFETCH(int, kept);
+        cOptions& o = OptionsRecord();
+        cHyper& r = HyperRecord();
+        struct Rule { QString section; std::function<qint32(qint32)> set; std::function<qint32()> get; };
+        const QHash<QString, Rule> rules = {
+            {"EyeCheckMaxTime", {"Options", [&](qint32 v) { return o.setEyeCheckMaxTime(v); }, [&] { return o.EyeCheckMaxTime(); }}},
+            {"EyeCheckOKTime", {"Options", [&](qint32 v) { return o.setEyeCheckOKTime(v); }, [&] { return o.EyeCheckOKTime(); }}},
+            {"DefaultLoadTime", {"Options", [&](qint32 v) { return o.setDefaultLoadTime(v); }, [&] { return o.DefaultLoadTime(); }}},
+            {"Shots", {"Hyper", [&](qint32 v) { return r.setShots(v); }, [&] { return r.Shots(); }}},
+            {"HyperTime", {"Hyper", [&](qint32 v) { return r.setHyperTime(v); }, [&] { return r.HyperTime(); }}},
+            {"HyperMode", {"Hyper", [&](qint32 v) { return r.setHyperMode(v); }, [&] { return r.HyperMode(); }}}};
+        const Rule rule = rules.value(property);
+        if (kept >= 0) {
+            QCOMPARE(rule.set(text.toInt()), kept); // the setter answers what it stored
+            QCOMPARE(storedSection(rule.section), property + QLatin1Char('=') + QString::number(kept));
+        }
+        // Out of range in the store, it reads as the default too; what is no number fails.
+        cRegistrySettings::SaveSetting(rule.section, property, text);
+        if (kept >= 0)
+            QCOMPARE(rule.get(), kept);
+        else
+            QCOMPARE(errorOf([&] { rule.get(); })->Number(), RT_TYPE_MISMATCH);
+    }
+
+    void keysInTheStore()
+    {
+        // A download goes through the properties into the preferences, under the program's keys.
+        GripHarness h;
+        h.replies[0x18] = framed(QStringLiteral("48A5010203"));
+        h.replies[0x19] = framed(QStringLiteral("49056408"));
+        mGripCommands::TransferRecord(GripRecord::Options, Direction::Get);
+        mGripCommands::TransferRecord(GripRecord::Ramping, Direction::Get);
+        QCOMPARE(storedSection(QStringLiteral("Options")),
+                 QStringLiteral("CTOAdjust=True DefaultLoadTime=3 EyeCheckMax=False EyeCheckMaxTime=1 EyeCheckOK=True "
+                                "EyeCheckOKTime=2 EyeMounted=True LED=False Loader=False TriggerFilter=True UseEye=False"));
+        QCOMPARE(storedSection(QStringLiteral("Hyper")), QStringLiteral("HyperMode=8 HyperTime=100 Shots=5"));
+    }
+
+    void assignDefaults()
+    {
+        // Only the timing record assigns; the others keep what they hold, as they always have.
+        setFields(GripRecord::GameTimer, QStringLiteral("7 1 8 0 9"));
+        setFields(GripRecord::Options, QStringLiteral("1 0 0 0 5 6 0 1 0 7 0"));
+        setFields(GripRecord::Ramping, QStringLiteral("7 8 4"));
+        CountdownTimerRecord().AssignDefaults();
+        OptionsRecord().AssignDefaults();
+        HyperRecord().AssignDefaults();
+        TimingRecord().AssignDefaults();
+        QCOMPARE(fields(GripRecord::GameTimer) + '/' + fields(GripRecord::Options) + '/' + fields(GripRecord::Ramping) + '/' +
+                     fields(GripRecord::Timing), QStringLiteral("7 1 8 0 9/1 0 0 0 5 6 0 1 0 7 0/7 8 4/10 10 30 35 28 0"));
+    }
+
+    void errors_data()
+    {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<QString>("answer");
+        QTest::addColumn<QString>("values"); // instead of the usual ones: one that does not fit a byte
+        for (int op = 0; op < operations().size(); ++op) {
+            const Operation& o = operations()[op];
+            const QString name = QStringLiteral("%1 %2: ").arg(mGripCommands::RecordName(o.record)).arg(o.command, 0, 16);
+            for (const char* answer : {"wrong report", "spoiled", "refused"})
+                QTest::newRow(qPrintable(name + QLatin1String(answer))) << op << answer << "";
+        }
+        // A silent grip and a cut-off report each cost the link's whole wait (1 to 2 s).
+        QTest::newRow("timing 14: silence") << 0 << "silence" << "";
+        QTest::newRow("counters 25: cut short") << 9 << "cut short" << "";
+        QTest::newRow("timing 24: ShotTime 256") << 1 << "" << "256 0 0 0 0 0";
+        QTest::newRow("ramping 29: HyperMode 256") << 5 << "" << "3 100 256";
+        QTest::newRow("gametimer 26: timer 256") << 7 << "" << "256 0 0 0 0";
+    }
+
+    void errors()
+    {
+        QFETCH(int, op);
+        QFETCH(QString, answer);
+        QFETCH(QString, values);
+        const Operation& o = operations()[op];
+        GripHarness h;
+        setFields(o.record, values.isEmpty() ? o.values : values);
+        // The counter being reset is zeroed before the exchange and stays so; the rest stays.
+        const QString after = o.command == 0x25 ? QStringLiteral("11 0 0") : fields(o.record);
+        if (answer == QLatin1String("wrong report")) // whole and sound, but another command's
+            h.replies[o.command] = h.grip.handleFrame(framed(QStringLiteral("13"))).value_or(QByteArray());
+        else if (answer == QLatin1String("refused"))
+            h.replies[o.command] = refusal(o.command);
+        else if (!answer.isEmpty())
+            h.fault(answer == QLatin1String("spoiled") ? gripsim::FaultKind::BadSum
+                    : answer == QLatin1String("silence") ? gripsim::FaultKind::Silent : gripsim::FaultKind::Short, o.command);
+        const auto e = errorOf([&] {
+            if (o.command == 0x25)
+                CountersRecord().ResetCounter(2);
+            else
+                mGripCommands::TransferRecord(o.record, o.command < 0x20 ? Direction::Get : Direction::Put);
+        });
+        QCOMPARE(fields(o.record), after);
+        if (answer == QLatin1String("refused")) { // recorded, not raised
+            QVERIFY(!e);
+            QCOMPARE(GripError().ErrorCode(), 1);
+            return;
+        }
+        QVERIFY(e);
+        QCOMPARE(GripError().ErrorCode(), cError::NoError);
+        if (!values.isEmpty()) { // the pad routine's error, and nothing sent
+            QCOMPARE(e->Number(), RT_INVALID_CALL);
+            QVERIFY(h.payloads(o.command).isEmpty());
+            return;
+        }
+        QCOMPARE(e->Number(), o.number);
+        QCOMPARE(e->Description(), o.message);
+        QCOMPARE(e->Source(), QString());
+        QCOMPARE(e->origin(), o.where);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstGripRecords)
+#include "tst_gripRecords.moc"
