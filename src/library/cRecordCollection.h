@@ -5,9 +5,9 @@
 //
 // Every operation reports its own errors under the collection's class name and returns
 // normally; the *OrThrow forms pass the error on to an owner that must stop at it.
+#include "library/cClassErrors.h"
 #include "library/cKeyedList.h"
 #include "library/mDatabase.h"
-#include "shell/mMain.h"
 
 #include <QList>
 #include <QSqlDatabase>
@@ -16,7 +16,10 @@
 #include <memory>
 
 template <typename T, typename Derived>
-class cRecordCollection {
+class cRecordCollection : protected cClassErrors<Derived> {
+    using cClassErrors<Derived>::report;
+    using cClassErrors<Derived>::pass;
+
 public:
     using Member = std::shared_ptr<T>;
 
@@ -153,18 +156,6 @@ public:
                 AddByObjectOrThrow(member);
             }
         });
-    }
-
-protected:
-    template <typename F>
-    bool report(const QString& procedure, F&& body)
-    {
-        return ShowErrors(Derived::kClass, Derived::kRevision, procedure, std::forward<F>(body));
-    }
-    template <typename F>
-    decltype(auto) pass(const QString& procedure, F&& body)
-    {
-        return PassErrors(Derived::kClass, Derived::kRevision, procedure, std::forward<F>(body));
     }
 
 private:

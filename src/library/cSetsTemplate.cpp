@@ -2,8 +2,6 @@
 
 #include "grip/cSettings.h"
 #include "library/mDatabase.h"
-#include "library/mGUIDTools.h"
-#include "shell/mMain.h"
 
 #include <cmath>
 
@@ -25,18 +23,9 @@ cSetsTemplate::cSetsTemplate(FromRow) {}
 
 cSetsTemplate::~cSetsTemplate() = default;
 
-template <typename V>
-void cSetsTemplate::change(V& field, const V& value)
-{
-    if (field == value)
-        return;
-    field = value;
-    setIsDirtySelf(true);
-}
-
 void cSetsTemplate::setID(const QString& value)
 {
-    m_ID = value;
+    cLibraryRecord::setID(value);
     if (m_colUserVar)
         m_colUserVar->setParentID(value);
 }
@@ -64,34 +53,14 @@ cColUserVar& cSetsTemplate::colUserVar()
 {
     if (!m_colUserVar) {
         m_colUserVar = std::make_unique<cColUserVar>();
-        m_colUserVar->setParentID(m_ID);
+        m_colUserVar->setParentID(ID());
     }
     return *m_colUserVar;
-}
-
-void cSetsTemplate::setIsDirtySelf(bool value)
-{
-    m_changed = value;
-    m_revalidate = true;
 }
 
 bool cSetsTemplate::IsDirty() const
 {
     return IsDirtySelf() || (m_colUserVar && m_colUserVar->IsDirty());
-}
-
-void cSetsTemplate::setValid(bool value) const
-{
-    m_valid = value;
-    m_revalidate = false;
-}
-
-bool cSetsTemplate::IsValid() const
-{
-    // No field rules yet: revalidating keeps the flag; this is where field checks would go.
-    if (m_revalidate)
-        setValid(m_valid);
-    return m_valid;
 }
 
 QString cSetsTemplate::InsertStatement() const
@@ -105,9 +74,9 @@ QString cSetsTemplate::InsertStatement() const
                         "bAlertOne, bAlertTwo, lAlertOne, lAlertTwo");
     s += QStringLiteral(") ");
     s += QStringLiteral("VALUES (");
-    s += QStringLiteral("  '") + JetKey(m_ID) + QStringLiteral("'");
-    s += QStringLiteral(", '") + JetKey(m_parentID) + QStringLiteral("'");
-    s += QStringLiteral(", '") + JetKey(m_version) + QStringLiteral("'");
+    s += QStringLiteral("  '") + JetKey(ID()) + QStringLiteral("'");
+    s += QStringLiteral(", '") + JetKey(ParentID()) + QStringLiteral("'");
+    s += QStringLiteral(", '") + JetKey(Version()) + QStringLiteral("'");
     for (qint32 value : {m_lShotTime, m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose,
                          m_lGameTime, m_lFiringMode})
         s += QStringLiteral(", ") + JetLong(value) + QStringLiteral(" ");
@@ -128,7 +97,7 @@ QString cSetsTemplate::UpdateStatement() const
     s.reserve(520);
     s += QStringLiteral("UPDATE ta_SetsTemplate ");
     s += QStringLiteral("SET ");
-    s += QStringLiteral("  ParentID = '") + JetKey(m_parentID) + QStringLiteral("' ");
+    s += QStringLiteral("  ParentID = '") + JetKey(ParentID()) + QStringLiteral("' ");
     s += QStringLiteral(", lShotTime = ") + JetLong(m_lShotTime) + QStringLiteral(" ");
     s += QStringLiteral(", lDwellTime = ") + JetLong(m_lDwellTime) + QStringLiteral(" ");
     s += QStringLiteral(", lCycleTimeOpen = ") + JetLong(m_lCycleTimeOpen) + QStringLiteral(" ");
@@ -144,102 +113,14 @@ QString cSetsTemplate::UpdateStatement() const
     s += QStringLiteral(", bAlertTwo = ") + JetBool(m_bAlertTwo) + QStringLiteral(" ");
     s += QStringLiteral(", lAlertOne = ") + JetLong(m_lAlertOne) + QStringLiteral(" ");
     s += QStringLiteral(", lAlertTwo = ") + JetLong(m_lAlertTwo) + QStringLiteral(" ");
-    s += QStringLiteral("WHERE ID = '") + JetKey(m_ID) + QStringLiteral("';");
+    s += QStringLiteral("WHERE ID = '") + JetKey(ID()) + QStringLiteral("';");
     return s;
-}
-
-QString cSetsTemplate::SelectStatement() const
-{
-    return QStringLiteral("SELECT * ") + QStringLiteral("FROM ta_SetsTemplate ") + QStringLiteral("WHERE ID = '")
-           + JetKey(m_ID) + QStringLiteral("';");
-}
-
-QString cSetsTemplate::DeleteStatement() const
-{
-    return QStringLiteral("DELETE * ") + QStringLiteral("FROM ta_SetsTemplate ") + QStringLiteral("WHERE ID = '")
-           + JetKey(m_ID) + QStringLiteral("';");
-}
-
-void cSetsTemplate::Init()
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Init"), [&] { InitOrThrow(nullptr); });
-}
-
-void cSetsTemplate::Init(const QSqlRecord& row)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Init"), [&] { InitOrThrow(&row); });
-}
-
-void cSetsTemplate::InitOrThrow(const QSqlRecord* row)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Init"), [&] {
-        if (!row) {
-            setID(GetNewGUIDStr());
-            m_parentID.clear();
-            m_isNew = true;
-            m_version = GetNewGUIDStr();
-            m_revalidate = true;
-            setValid(true);
-            cColUserVar& vars = colUserVar();
-            for (const char* name : kStandardUserVars)
-                vars.AddOrThrow()->setsName(QString::fromLatin1(name));
-            setbAlertOne(false);
-            setbAlertTwo(false);
-            setbCTCLikeCTO(false);
-            setbExpertMode(false);
-            setdtDate(QDateTime::currentDateTime());
-            setlGameTime(10);
-            setlAlertOne(1);
-            setlAlertTwo(1);
-            // A new setting starts from what a freshly made timing record holds.
-            cSettings timing;
-            setlCycleTimeClose(timing.CycleTimeClose());
-            setlCycleTimeOpen(timing.CycleTimeOpen());
-            setlDwellTime(timing.Dwelltime());
-            setlLoadTime(timing.LoadTime());
-            setlShotTime(timing.ShotTime());
-            setlFiringMode(timing.FiringMode());
-            setsName(QString());
-        } else {
-            // Read in this order; a null stops here and what was read before keeps its value.
-            setID(ColumnText(*row, QStringLiteral("ID")));
-            m_parentID = ColumnText(*row, QStringLiteral("ParentID"));
-            m_version = ColumnText(*row, QStringLiteral("Version"));
-            m_isNew = false;
-            m_revalidate = true;
-            setValid(true);
-            setbAlertOne(ColumnBool(*row, QStringLiteral("bAlertOne")));
-            setbAlertTwo(ColumnBool(*row, QStringLiteral("bAlertTwo")));
-            setbCTCLikeCTO(ColumnBool(*row, QStringLiteral("bCTCLikeCTO")));
-            setbExpertMode(ColumnBool(*row, QStringLiteral("bExpertMode")));
-            setdtDate(ColumnDate(*row, QStringLiteral("dtDate")));
-            setlAlertOne(ColumnLong(*row, QStringLiteral("lAlertOne")));
-            setlAlertTwo(ColumnLong(*row, QStringLiteral("lAlertTwo")));
-            setlCycleTimeClose(ColumnLong(*row, QStringLiteral("lCycleTimeClose")));
-            setlCycleTimeOpen(ColumnLong(*row, QStringLiteral("lCycleTimeOpen")));
-            setlDwellTime(ColumnLong(*row, QStringLiteral("lDwellTime")));
-            setlGameTime(ColumnLong(*row, QStringLiteral("lGameTime")));
-            setlLoadTime(ColumnLong(*row, QStringLiteral("lLoadTime")));
-            setlShotTime(ColumnLong(*row, QStringLiteral("lShotTime")));
-            const bool noFiringMode = IsNullColumn(*row, QStringLiteral("lFiringMode"));
-            setlFiringMode(noFiringMode ? 0 : ColumnLong(*row, QStringLiteral("lFiringMode")));
-            setsName(ColumnText(*row, QStringLiteral("sName")));
-            // Not stored, so a record read from the library has none (intended).
-            setlShots(0);
-            setlHyperTime(0);
-            setlHyperMode(0);
-            // The stored variables replace the seven standard ones the record was made with.
-            colUserVar().Clear();
-        }
-        setIsDirtySelf(false);
-        m_isDeleted = false;
-    });
 }
 
 std::shared_ptr<cUserVar> cSetsTemplate::AddUserVar(const QString& name, const QString& value)
 {
     std::shared_ptr<cUserVar> variable;
-    ShowErrors(kClass, kRevision, QStringLiteral("AddUserVar"), [&] {
+    report(QStringLiteral("AddUserVar"), [&] {
         variable = colUserVar().AddOrThrow();
         variable->setsName(name);
         variable->setsValue(value);
@@ -247,99 +128,63 @@ std::shared_ptr<cUserVar> cSetsTemplate::AddUserVar(const QString& name, const Q
     return variable;
 }
 
-void cSetsTemplate::Save(QSqlDatabase& connection)
+void cSetsTemplate::initFieldsOrThrow(const QSqlRecord* row)
 {
-    ShowErrors(kClass, kRevision, QStringLiteral("Save"), [&] { SaveOrThrow(connection); });
-}
-
-void cSetsTemplate::SaveOrThrow(QSqlDatabase& connection)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Save"), [&] {
-        EnsureConnection(connection);
-        if (m_isNew) {
-            // A new record marked deleted is never inserted, yet its variables are still saved
-            // below and stay as rows without a setting: deliberate, kept as it always was.
-            if (!m_isDeleted)
-                createOrThrow(connection);
-        } else if (m_isDeleted) {
-            deleteOrThrow(connection);
-        } else if (IsDirtySelf()) {
-            updateOrThrow(connection);
-        }
-        // Deleting the setting leaves its variables' rows: they are never loaded again.
-        colUserVar().SaveOrThrow(connection);
-    });
-}
-
-void cSetsTemplate::Load(QSqlDatabase& connection)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Load"), [&] {
-        EnsureConnection(connection);
-        readOrThrow(connection);
-        LoadUserVarsOrThrow(connection);
-    });
+    if (!row) {
+        cColUserVar& vars = colUserVar();
+        for (const char* name : kStandardUserVars)
+            vars.AddOrThrow()->setsName(QString::fromLatin1(name));
+        setbAlertOne(false);
+        setbAlertTwo(false);
+        setbCTCLikeCTO(false);
+        setbExpertMode(false);
+        setdtDate(QDateTime::currentDateTime());
+        setlGameTime(10);
+        setlAlertOne(1);
+        setlAlertTwo(1);
+        // A new setting starts from what a freshly made timing record holds.
+        cSettings timing;
+        setlCycleTimeClose(timing.CycleTimeClose());
+        setlCycleTimeOpen(timing.CycleTimeOpen());
+        setlDwellTime(timing.Dwelltime());
+        setlLoadTime(timing.LoadTime());
+        setlShotTime(timing.ShotTime());
+        setlFiringMode(timing.FiringMode());
+        setsName(QString());
+        return;
+    }
+    // After the keys, in this order; a null stops here and what was read before keeps its value.
+    setbAlertOne(ColumnBool(*row, QStringLiteral("bAlertOne")));
+    setbAlertTwo(ColumnBool(*row, QStringLiteral("bAlertTwo")));
+    setbCTCLikeCTO(ColumnBool(*row, QStringLiteral("bCTCLikeCTO")));
+    setbExpertMode(ColumnBool(*row, QStringLiteral("bExpertMode")));
+    setdtDate(ColumnDate(*row, QStringLiteral("dtDate")));
+    setlAlertOne(ColumnLong(*row, QStringLiteral("lAlertOne")));
+    setlAlertTwo(ColumnLong(*row, QStringLiteral("lAlertTwo")));
+    setlCycleTimeClose(ColumnLong(*row, QStringLiteral("lCycleTimeClose")));
+    setlCycleTimeOpen(ColumnLong(*row, QStringLiteral("lCycleTimeOpen")));
+    setlDwellTime(ColumnLong(*row, QStringLiteral("lDwellTime")));
+    setlGameTime(ColumnLong(*row, QStringLiteral("lGameTime")));
+    setlLoadTime(ColumnLong(*row, QStringLiteral("lLoadTime")));
+    setlShotTime(ColumnLong(*row, QStringLiteral("lShotTime")));
+    const bool noFiringMode = IsNullColumn(*row, QStringLiteral("lFiringMode"));
+    setlFiringMode(noFiringMode ? 0 : ColumnLong(*row, QStringLiteral("lFiringMode")));
+    setsName(ColumnText(*row, QStringLiteral("sName")));
+    // Not stored, so a record read from the library has none (intended).
+    setlShots(0);
+    setlHyperTime(0);
+    setlHyperMode(0);
+    // The stored variables replace the seven standard ones the record was made with.
+    colUserVar().Clear();
 }
 
 void cSetsTemplate::LoadUserVarsOrThrow(QSqlDatabase& connection)
 {
     // A record without an ID (only in a file made elsewhere) has no variables of its own: the
     // load statement without a parent would select every variable of the library.
-    if (m_ID.isEmpty())
+    if (ID().isEmpty())
         return;
     colUserVar().LoadOrThrow(connection);
-}
-
-void cSetsTemplate::Read(QSqlDatabase& connection)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Read"), [&] { readOrThrow(connection); });
-}
-
-void cSetsTemplate::Delete(QSqlDatabase& connection)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Delete"), [&] { deleteOrThrow(connection); });
-}
-
-void cSetsTemplate::Create(QSqlDatabase& connection)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Create"), [&] { createOrThrow(connection); });
-}
-
-void cSetsTemplate::Update(QSqlDatabase& connection)
-{
-    ShowErrors(kClass, kRevision, QStringLiteral("Update"), [&] { updateOrThrow(connection); });
-}
-
-void cSetsTemplate::readOrThrow(QSqlDatabase& connection)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Read"), [&] {
-        QSqlQuery query = Execute(connection, SelectStatement());
-        if (query.next()) {
-            const QSqlRecord row = query.record();
-            InitOrThrow(&row);
-        }
-    });
-}
-
-void cSetsTemplate::deleteOrThrow(QSqlDatabase& connection)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Delete"), [&] { Execute(connection, DeleteStatement()); });
-}
-
-void cSetsTemplate::createOrThrow(QSqlDatabase& connection)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Create"), [&] {
-        Execute(connection, InsertStatement());
-        // The changed flag stays: a record edited after it was made is updated at the next save.
-        m_isNew = false;
-    });
-}
-
-void cSetsTemplate::updateOrThrow(QSqlDatabase& connection)
-{
-    PassErrors(kClass, kRevision, QStringLiteral("Update"), [&] {
-        Execute(connection, UpdateStatement());
-        setIsDirtySelf(false);
-    });
 }
 
 float cSetsTemplate::rofOrThrow() const
@@ -356,14 +201,14 @@ float cSetsTemplate::rofOrThrow() const
 float cSetsTemplate::ROF()
 {
     float rof = 0.0F;
-    ShowErrors(kClass, kRevision, QStringLiteral("ROF"), [&] { rof = rofOrThrow(); });
+    report(QStringLiteral("ROF"), [&] { rof = rofOrThrow(); });
     return rof;
 }
 
 QString cSetsTemplate::sROF()
 {
     QString text;
-    ShowErrors(kClass, kRevision, QStringLiteral("sROF"), [&] {
+    report(QStringLiteral("sROF"), [&] {
         // The pattern ".0": one decimal, rounded half away from zero, no digit before the
         // point when the whole part is 0.
         const double tenths = std::round(static_cast<double>(rofOrThrow()) * 10.0);

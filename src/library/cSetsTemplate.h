@@ -1,11 +1,9 @@
 #pragma once
 // One setting of the library, one row of ta_SetsTemplate: the grip's timing values, the game
 // alerts, a date, a name and the free user variables. Knows whether it is new, changed or to be
-// deleted, writes itself with one statement and computes its rate of fire.
-//
-// Every operation reports its own errors and returns normally; the *OrThrow forms pass the
-// error on instead, for the owners that must stop at the first failure.
+// deleted, writes itself with one statement (cLibraryRecord) and computes its rate of fire.
 #include "library/cColUserVar.h"
+#include "library/cLibraryRecord.h"
 
 #include <QDateTime>
 #include <QSqlDatabase>
@@ -13,27 +11,22 @@
 #include <QString>
 #include <memory>
 
-class cSetsTemplate {
+class cSetsTemplate : public cLibraryRecord<cSetsTemplate> {
 public:
     static inline const QString kClass = QStringLiteral("cSetsTemplate");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+    static inline const QString kTable = QStringLiteral("ta_SetsTemplate");
 
     // A complete new record: fresh identifiers, default values, the seven standard variables.
     cSetsTemplate();
-    // A record about to be read from a row (InitOrThrow with the row follows at once): skips the
-    // identifiers and standard variables that the row replaces anyway.
-    struct FromRow {};
+    // A record about to be read from a row: without the standard variables.
     explicit cSetsTemplate(FromRow);
     ~cSetsTemplate();
     cSetsTemplate(const cSetsTemplate&) = delete;
     cSetsTemplate& operator=(const cSetsTemplate&) = delete;
 
-    QString ID() const { return m_ID; }
+    // Also the parent of the user variables.
     void setID(const QString& value);
-    QString ParentID() const { return m_parentID; }
-    void setParentID(const QString& value) { m_parentID = value; }
-    QString Version() const { return m_version; }
-    void setVersion(const QString& value) { m_version = value; }
 
     qint32 lShotTime() const { return m_lShotTime; }
     void setlShotTime(qint32 value);
@@ -76,25 +69,9 @@ public:
     // The record's user variables, made on first access with this record's ID as parent.
     cColUserVar& colUserVar();
 
-    bool IsNew() const { return m_isNew; }
-    void setIsNew(bool value) { m_isNew = value; }
-    bool IsDeleted() const { return m_isDeleted; }
-    void setIsDeleted(bool value) { m_isDeleted = value; }
-    bool IsDirtySelf() const { return m_isNew || m_isDeleted || m_changed; }
-    void setIsDirtySelf(bool value);
+    // The record itself or any of its user variables.
     bool IsDirty() const;
-    bool IsValid() const;
 
-    // The connection is filled with the shared one when it is empty.
-    void Save(QSqlDatabase& connection);
-    void Load(QSqlDatabase& connection);
-    void Read(QSqlDatabase& connection);
-    void Delete(QSqlDatabase& connection);
-    void Create(QSqlDatabase& connection);
-    void Update(QSqlDatabase& connection);
-    // As a new record, or from a row of ta_SetsTemplate (columns by name).
-    void Init();
-    void Init(const QSqlRecord& row);
     std::shared_ptr<cUserVar> AddUserVar(const QString& name, const QString& value);
 
     // Rate of fire in shots per second, as the grip's timing record computes it.
@@ -102,29 +79,20 @@ public:
     // ROF with one decimal and no leading zero: 9.7, 14.3, .5, .0
     QString sROF();
 
-    void SaveOrThrow(QSqlDatabase& connection);
-    void InitOrThrow(const QSqlRecord* row);
     void LoadUserVarsOrThrow(QSqlDatabase& connection);
 
     // The statements, in the library's Jet dialect.
     QString InsertStatement() const;
     QString UpdateStatement() const;
-    QString SelectStatement() const;
-    QString DeleteStatement() const;
 
 private:
-    void readOrThrow(QSqlDatabase& connection);
-    void deleteOrThrow(QSqlDatabase& connection);
-    void createOrThrow(QSqlDatabase& connection);
-    void updateOrThrow(QSqlDatabase& connection);
+    friend class cLibraryRecord<cSetsTemplate>;
+    void initFieldsOrThrow(const QSqlRecord* row);
+    // Deleting the setting leaves its variables' rows: they are never loaded again.
+    void saveChildrenOrThrow(QSqlDatabase& connection) { colUserVar().SaveOrThrow(connection); }
+    void loadChildrenOrThrow(QSqlDatabase& connection) { LoadUserVarsOrThrow(connection); }
     float rofOrThrow() const;
-    void setValid(bool value) const;
-    template <typename V>
-    void change(V& field, const V& value);
 
-    QString m_ID;
-    QString m_parentID;
-    QString m_version;
     qint32 m_lShotTime = 0;
     qint32 m_lDwellTime = 0;
     qint32 m_lCycleTimeOpen = 0;
@@ -144,9 +112,4 @@ private:
     qint32 m_lHyperTime = 0;
     qint32 m_lHyperMode = 0;
     std::unique_ptr<cColUserVar> m_colUserVar;
-    bool m_isNew = false;
-    bool m_isDeleted = false;
-    bool m_changed = false;
-    mutable bool m_valid = false;
-    mutable bool m_revalidate = false;
 };

@@ -15,6 +15,7 @@
 #include <QSaveFile>
 #include <QVariant>
 #include <cmath>
+#include <cstddef>
 #include <functional>
 #include <optional>
 
@@ -47,13 +48,15 @@ struct Incoming {
     std::optional<UserVars> userVars;
 };
 
-struct LongField {
+// A stored field of a setting with its getter and setter.
+template <typename V>
+struct Accessor {
     const char* name;
-    qint32 (cSetsTemplate::*get)() const;
-    void (cSetsTemplate::*set)(qint32);
+    V (cSetsTemplate::*get)() const;
+    void (cSetsTemplate::*set)(V);
 };
 
-const LongField kLongFields[] = {
+const Accessor<qint32> kLongFields[] = {
     {"lShotTime", &cSetsTemplate::lShotTime, &cSetsTemplate::setlShotTime},
     {"lDwellTime", &cSetsTemplate::lDwellTime, &cSetsTemplate::setlDwellTime},
     {"lCycleTimeOpen", &cSetsTemplate::lCycleTimeOpen, &cSetsTemplate::setlCycleTimeOpen},
@@ -65,13 +68,7 @@ const LongField kLongFields[] = {
     {"lAlertTwo", &cSetsTemplate::lAlertTwo, &cSetsTemplate::setlAlertTwo},
 };
 
-struct BoolField {
-    const char* name;
-    bool (cSetsTemplate::*get)() const;
-    void (cSetsTemplate::*set)(bool);
-};
-
-const BoolField kBoolFields[] = {
+const Accessor<bool> kBoolFields[] = {
     {"bCTCLikeCTO", &cSetsTemplate::bCTCLikeCTO, &cSetsTemplate::setbCTCLikeCTO},
     {"bExpertMode", &cSetsTemplate::bExpertMode, &cSetsTemplate::setbExpertMode},
     {"bAlertOne", &cSetsTemplate::bAlertOne, &cSetsTemplate::setbAlertOne},
@@ -230,23 +227,26 @@ bool applyUserVars(cSetsTemplate& record, const UserVars& vars)
     return changed;
 }
 
-bool applyFields(cSetsTemplate& record, const Incoming& incoming)
+// Sets each of the fields that the document gives and that differs; answers whether any did.
+template <typename V, std::size_t N>
+bool applyValues(cSetsTemplate& record, const Incoming& incoming, const Accessor<V> (&fields)[N])
 {
     bool changed = false;
-    for (const LongField& field : kLongFields) {
+    for (const Accessor<V>& field : fields) {
         const auto it = incoming.values.constFind(QLatin1String(field.name));
-        if (it != incoming.values.cend() && (record.*field.get)() != it->toInt()) {
-            (record.*field.set)(it->toInt());
+        if (it != incoming.values.cend() && (record.*field.get)() != it->template value<V>()) {
+            (record.*field.set)(it->template value<V>());
             changed = true;
         }
     }
-    for (const BoolField& field : kBoolFields) {
-        const auto it = incoming.values.constFind(QLatin1String(field.name));
-        if (it != incoming.values.cend() && (record.*field.get)() != it->toBool()) {
-            (record.*field.set)(it->toBool());
-            changed = true;
-        }
-    }
+    return changed;
+}
+
+bool applyFields(cSetsTemplate& record, const Incoming& incoming)
+{
+    bool changed = applyValues(record, incoming, kLongFields);
+    if (applyValues(record, incoming, kBoolFields))
+        changed = true;
     const auto name = incoming.values.constFind(QStringLiteral("sName"));
     if (name != incoming.values.cend() && record.sName() != name->toString()) {
         record.setsName(name->toString());
@@ -271,11 +271,11 @@ QJsonObject TemplateToJson(cSetsTemplate& record)
     object.insert(QStringLiteral("ID"), record.ID());
     object.insert(QStringLiteral("ParentID"), record.ParentID());
     object.insert(QStringLiteral("Version"), record.Version());
-    for (const LongField& field : kLongFields)
+    for (const auto& field : kLongFields)
         object.insert(QLatin1String(field.name), (record.*field.get)());
     object.insert(QStringLiteral("sName"), record.sName());
     object.insert(QStringLiteral("dtDate"), record.dtDate().date().toString(QStringLiteral("yyyy-MM-dd")));
-    for (const BoolField& field : kBoolFields)
+    for (const auto& field : kBoolFields)
         object.insert(QLatin1String(field.name), (record.*field.get)());
     QJsonArray vars;
     for (const auto& variable : record.colUserVar()) {
