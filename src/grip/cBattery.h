@@ -1,5 +1,7 @@
 #pragma once
 // The grip's battery reading and the voltage it stands for.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cBattery {
@@ -17,6 +19,6 @@ private:
     quint8 m_high = 0;
 };
 
-// The global battery record, created on first use and kept for the run.
-cBattery& BatteryRecord();
-void ResetBatteryRecord();
+// The global battery record (see GlobalRecord).
+inline cBattery& BatteryRecord() { return GlobalRecord<cBattery>::Get(); }
+inline void ResetBatteryRecord() { GlobalRecord<cBattery>::Reset(); }

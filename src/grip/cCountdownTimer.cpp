@@ -1,45 +1,11 @@
 #include "grip/cCountdownTimer.h"
 
-#include "grip/cGunInfo.h"
 #include "grip/mGripReport.h"
-#include "link/cError.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
-#include <memory>
-
 using namespace mAppFunc;
-
-namespace {
-
-std::unique_ptr<cCountdownTimer>& instance()
-{
-    static std::unique_ptr<cCountdownTimer> record;
-    return record;
-}
-
-// Low byte then high byte; the masking cuts the value to 16 bits, so it never fails.
-QString word(qint32 value)
-{
-    return HexByte(value & 255) + HexByte((value / 256) & 255);
-}
-
-} // namespace
-
-cCountdownTimer& CountdownTimerRecord()
-{
-    auto& record = instance();
-    if (!record)
-        record = std::make_unique<cCountdownTimer>();
-    return *record;
-}
-
-void ResetCountdownTimerRecord()
-{
-    instance().reset();
-}
 
 cCountdownTimer::cCountdownTimer()
 {
@@ -77,7 +43,8 @@ QString cCountdownTimer::Obj2Comm() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
         return HexByte(CMD_UL_COUNTDOWN) + HexByte(m_countDownTimer) + HexByte(m_preAlert1On ? 1 : 0) +
-               word(m_preAlert1Time) + HexByte(m_preAlert2On ? 1 : 0) + word(m_preAlert2Time);
+               mGripReport::HexWord(m_preAlert1Time) + HexByte(m_preAlert2On ? 1 : 0) +
+               mGripReport::HexWord(m_preAlert2Time);
     });
 }
 
@@ -97,27 +64,14 @@ void cCountdownTimer::Comm2Obj(const QString& report)
 void cCountdownTimer::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        const QString report = mGripReport::RequestReport(CMD_DL_COUNTDOWN);
-        switch (mGripReport::ReportType(report)) {
-        case REP_COUNTDOWN: Comm2Obj(report); break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_DL_COUNTDOWN, QString(), mErrCodes::MSG_DL_COUNTDOWN);
-        }
+        mGripReport::RecordDownload(CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QString& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_COUNTDOWN, mErrCodes::MSG_DL_COUNTDOWN);
     });
 }
 
 void cCountdownTimer::Upload()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        const QString report = mCommBasic::CommHexData(Obj2Comm(), true);
-        switch (mGripReport::ReportType(report)) {
-        case REP_ACK: break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_UL_COUNTDOWN, QString(), mErrCodes::MSG_UL_COUNTDOWN);
-        }
+        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_COUNTDOWN, mErrCodes::MSG_UL_COUNTDOWN);
     });
 }

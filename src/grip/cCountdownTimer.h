@@ -1,5 +1,7 @@
 #pragma once
 // The grip's game (countdown) timer and its two pre-alerts, held in the object itself.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cCountdownTimer {
@@ -43,6 +45,6 @@ private:
     qint32 m_preAlert2Time = 0;
 };
 
-// The global game-timer record, created on first use and kept for the run.
-cCountdownTimer& CountdownTimerRecord();
-void ResetCountdownTimerRecord();
+// The global game-timer record (see GlobalRecord).
+inline cCountdownTimer& CountdownTimerRecord() { return GlobalRecord<cCountdownTimer>::Get(); }
+inline void ResetCountdownTimerRecord() { GlobalRecord<cCountdownTimer>::Reset(); }

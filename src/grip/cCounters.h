@@ -1,5 +1,7 @@
 #pragma once
 // The grip's shot counters: two that the user can reset and a total that cannot be reset.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cCounters {
@@ -26,6 +28,6 @@ private:
     qint32 m_total = 0;
 };
 
-// The global counters record, created on first use and kept for the run.
-cCounters& CountersRecord();
-void ResetCountersRecord();
+// The global counters record (see GlobalRecord).
+inline cCounters& CountersRecord() { return GlobalRecord<cCounters>::Get(); }
+inline void ResetCountersRecord() { GlobalRecord<cCounters>::Reset(); }

@@ -1,71 +1,31 @@
 #include "grip/cHyper.h"
 
-#include "grip/cGunInfo.h"
+#include "grip/cStoredValues.h"
 #include "grip/mGripReport.h"
-#include "link/cError.h"
 #include "link/cSupports.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
-#include "shell/cRegistrySettings.h"
 #include "shell/mMain.h"
 
-#include <memory>
+#include <limits>
 
 using namespace mAppFunc;
 
 namespace {
 
-std::unique_ptr<cHyper>& instance()
+const cStoredValues& store()
 {
-    static std::unique_ptr<cHyper> record;
-    return record;
+    static const cStoredValues values(cHyper::kClass, cHyper::kRevision, cHyper::kSection);
+    return values;
 }
 
-// Writes a value to the store only when it differs from what is stored: the same text again
-// changes nothing, and every write costs the store a write to disk.
-void saveIfChanged(const QString& section, const QString& key, const QString& text)
-{
-    const QVariant current = cRegistrySettings::GetSetting(section, key, QVariant());
-    if (current.isValid() && cRegistrySettings::StoredText(current) == text)
-        return;
-    cRegistrySettings::SaveSetting(section, key, text);
-}
-
-qint32 inRange(qint32 value, qint32 min, qint32 max, qint32 replacement)
-{
-    return value < min || value > max ? replacement : value;
-}
-
-qint32 readValue(const QString& key, qint32 def)
-{
-    return PassErrors(cHyper::kClass, cHyper::kRevision, key, [&] {
-        return cRegistrySettings::TextToLong(cRegistrySettings::GetSetting(cHyper::kSection, key, QString::number(def)));
-    });
-}
-
-qint32 writeValue(const QString& key, qint32 value)
-{
-    return PassErrors(cHyper::kClass, cHyper::kRevision, key, [&] {
-        saveIfChanged(cHyper::kSection, key, QString::number(value));
-        return value;
-    });
-}
+constexpr cStoredValues::tRange kShotsRange{cHyper::ShotsMin, cHyper::ShotsMax, cHyper::ShotsDefault};
+constexpr cStoredValues::tRange kHyperTimeRange{cHyper::HyperTimeMin, cHyper::HyperTimeMax, cHyper::HyperTimeDefault};
+// The mode is not checked: every number stands.
+constexpr cStoredValues::tRange kHyperModeRange{std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max(),
+                                                cHyper::HyperModeDefault};
 
 } // namespace
-
-cHyper& HyperRecord()
-{
-    auto& record = instance();
-    if (!record)
-        record = std::make_unique<cHyper>();
-    return *record;
-}
-
-void ResetHyperRecord()
-{
-    instance().reset();
-}
 
 cHyper::cHyper()
 {
@@ -93,36 +53,12 @@ void cHyper::AssignDefaults()
     Assign(3, 100, 255);
 }
 
-qint32 cHyper::Shots() const
-{
-    return inRange(readValue(QStringLiteral("Shots"), ShotsDefault), ShotsMin, ShotsMax, ShotsDefault);
-}
-
-qint32 cHyper::setShots(qint32 value)
-{
-    return writeValue(QStringLiteral("Shots"), inRange(value, ShotsMin, ShotsMax, ShotsDefault));
-}
-
-qint32 cHyper::HyperTime() const
-{
-    return inRange(readValue(QStringLiteral("HyperTime"), HyperTimeDefault), HyperTimeMin, HyperTimeMax,
-                   HyperTimeDefault);
-}
-
-qint32 cHyper::setHyperTime(qint32 value)
-{
-    return writeValue(QStringLiteral("HyperTime"), inRange(value, HyperTimeMin, HyperTimeMax, HyperTimeDefault));
-}
-
-qint32 cHyper::HyperMode() const
-{
-    return readValue(QStringLiteral("HyperMode"), HyperModeDefault);
-}
-
-qint32 cHyper::setHyperMode(qint32 value)
-{
-    return writeValue(QStringLiteral("HyperMode"), value);
-}
+qint32 cHyper::Shots() const { return store().Number(QStringLiteral("Shots"), kShotsRange); }
+qint32 cHyper::setShots(qint32 value) { return store().setNumber(QStringLiteral("Shots"), value, kShotsRange); }
+qint32 cHyper::HyperTime() const { return store().Number(QStringLiteral("HyperTime"), kHyperTimeRange); }
+qint32 cHyper::setHyperTime(qint32 value) { return store().setNumber(QStringLiteral("HyperTime"), value, kHyperTimeRange); }
+qint32 cHyper::HyperMode() const { return store().Number(QStringLiteral("HyperMode"), kHyperModeRange); }
+qint32 cHyper::setHyperMode(qint32 value) { return store().setNumber(QStringLiteral("HyperMode"), value, kHyperModeRange); }
 
 QString cHyper::Obj2Comm() const
 {
@@ -145,31 +81,15 @@ void cHyper::Comm2Obj(const QString& report)
 void cHyper::Upload()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        if (!Supports().Hyper())
-            return;
-        const QString report = mCommBasic::CommHexData(Obj2Comm(), true);
-        switch (mGripReport::ReportType(report)) {
-        case REP_ACK: break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_UL_HYPER, QString(), mErrCodes::MSG_UL_HYPER);
-        }
+        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_HYPER, mErrCodes::MSG_UL_HYPER,
+                                  [] { return Supports().Hyper(); });
     });
 }
 
 void cHyper::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        if (!Supports().Hyper())
-            return;
-        const QString report = mGripReport::RequestReport(CMD_DL_HYPER);
-        switch (mGripReport::ReportType(report)) {
-        case REP_HYPER: Comm2Obj(report); break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_DL_HYPER, QString(), mErrCodes::MSG_DL_HYPER);
-        }
+        mGripReport::RecordDownload(CMD_DL_HYPER, REP_HYPER, [&](const QString& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_HYPER, mErrCodes::MSG_DL_HYPER, [] { return Supports().Hyper(); });
     });
 }

@@ -2,6 +2,8 @@
 // The grip's ramping values: shots and time before ramping starts, and the ramping mode.
 // Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
 // between runs.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cHyper {
@@ -44,6 +46,6 @@ private:
     void Comm2Obj(const QString& report);
 };
 
-// The global ramping record, created on first use and kept for the run.
-cHyper& HyperRecord();
-void ResetHyperRecord();
+// The global ramping record (see GlobalRecord).
+inline cHyper& HyperRecord() { return GlobalRecord<cHyper>::Get(); }
+inline void ResetHyperRecord() { GlobalRecord<cHyper>::Reset(); }

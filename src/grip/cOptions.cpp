@@ -1,26 +1,15 @@
 #include "grip/cOptions.h"
 
-#include "grip/cGunInfo.h"
+#include "grip/cStoredValues.h"
 #include "grip/mGripReport.h"
-#include "link/cError.h"
 #include "link/cSupports.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
-#include "shell/cRegistrySettings.h"
 #include "shell/mMain.h"
-
-#include <memory>
 
 using namespace mAppFunc;
 
 namespace {
-
-std::unique_ptr<cOptions>& instance()
-{
-    static std::unique_ptr<cOptions> record;
-    return record;
-}
 
 // The bits of the options byte.
 constexpr quint8 kEyeMounted = 0x01;
@@ -32,69 +21,20 @@ constexpr quint8 kEyeCheckOKTimeOn = 0x20;
 constexpr quint8 kUseEye = 0x40;
 constexpr quint8 kCTOAdjust = 0x80;
 
-// Writes a value to the store only when it differs from what is stored: the same text again
-// changes nothing, and every write costs the store a write to disk.
-void saveIfChanged(const QString& section, const QString& key, const QString& text)
+const cStoredValues& store()
 {
-    const QVariant current = cRegistrySettings::GetSetting(section, key, QVariant());
-    if (current.isValid() && cRegistrySettings::StoredText(current) == text)
-        return;
-    cRegistrySettings::SaveSetting(section, key, text);
+    static const cStoredValues values(cOptions::kClass, cOptions::kRevision, cOptions::kSection);
+    return values;
 }
 
-// The store keys differ from the property names in places; they are the program's keys.
-bool readSwitch(const QString& property, const QString& key)
-{
-    return PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
-        return cRegistrySettings::TextToBool(
-            cRegistrySettings::GetSetting(cOptions::kSection, key, cRegistrySettings::BoolText(false)));
-    });
-}
-
-void writeSwitch(const QString& property, const QString& key, bool value)
-{
-    PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
-        saveIfChanged(cOptions::kSection, key, cRegistrySettings::BoolText(value));
-    });
-}
-
-qint32 inRange(qint32 value, qint32 min, qint32 max, qint32 replacement)
-{
-    return value < min || value > max ? replacement : value;
-}
-
-qint32 readTime(const QString& property, const QString& key, qint32 min, qint32 max, qint32 def)
-{
-    return PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
-        const qint32 stored = cRegistrySettings::TextToLong(
-            cRegistrySettings::GetSetting(cOptions::kSection, key, QString::number(def)));
-        return inRange(stored, min, max, def);
-    });
-}
-
-qint32 writeTime(const QString& property, const QString& key, qint32 value, qint32 min, qint32 max, qint32 def)
-{
-    return PassErrors(cOptions::kClass, cOptions::kRevision, property, [&] {
-        const qint32 kept = inRange(value, min, max, def);
-        saveIfChanged(cOptions::kSection, key, QString::number(kept));
-        return kept;
-    });
-}
+constexpr cStoredValues::tRange kEyeCheckMaxTimeRange{cOptions::EyeCheckMaxTimeMin, cOptions::EyeCheckMaxTimeMax,
+                                                      cOptions::EyeCheckMaxTimeDefault};
+constexpr cStoredValues::tRange kDefaultLoadTimeRange{cOptions::DefaultLoadTimeMin, cOptions::DefaultLoadTimeMax,
+                                                      cOptions::DefaultLoadTimeDefault};
+constexpr cStoredValues::tRange kEyeCheckOKTimeRange{cOptions::EyeCheckOKTimeMin, cOptions::EyeCheckOKTimeMax,
+                                                     cOptions::EyeCheckOKTimeDefault};
 
 } // namespace
-
-cOptions& OptionsRecord()
-{
-    auto& record = instance();
-    if (!record)
-        record = std::make_unique<cOptions>();
-    return *record;
-}
-
-void ResetOptionsRecord()
-{
-    instance().reset();
-}
 
 cOptions::cOptions()
 {
@@ -122,60 +62,29 @@ void cOptions::AssignDefaults()
     Assign(false, false, false, false, 0, 45, false, false, false, 0, false);
 }
 
-bool cOptions::EyeMounted() const { return readSwitch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted")); }
-void cOptions::setEyeMounted(bool value) { writeSwitch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted"), value); }
-bool cOptions::TriggerFilterOn() const { return readSwitch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter")); }
-void cOptions::setTriggerFilterOn(bool value) { writeSwitch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter"), value); }
-bool cOptions::EyeCheckMaxTimeOn() const { return readSwitch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax")); }
-void cOptions::setEyeCheckMaxTimeOn(bool value) { writeSwitch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax"), value); }
-bool cOptions::UseEye() const { return readSwitch(QStringLiteral("UseEye"), QStringLiteral("UseEye")); }
-void cOptions::setUseEye(bool value) { writeSwitch(QStringLiteral("UseEye"), QStringLiteral("UseEye"), value); }
-
-qint32 cOptions::EyeCheckMaxTime() const
-{
-    return readTime(QStringLiteral("EyeCheckMaxTime"), QStringLiteral("EyeCheckMaxTime"),
-                    EyeCheckMaxTimeMin, EyeCheckMaxTimeMax, EyeCheckMaxTimeDefault);
-}
-
-qint32 cOptions::setEyeCheckMaxTime(qint32 value)
-{
-    return writeTime(QStringLiteral("EyeCheckMaxTime"), QStringLiteral("EyeCheckMaxTime"), value,
-                     EyeCheckMaxTimeMin, EyeCheckMaxTimeMax, EyeCheckMaxTimeDefault);
-}
-
-qint32 cOptions::DefaultLoadTime() const
-{
-    return readTime(QStringLiteral("DefaultLoadTime"), QStringLiteral("DefaultLoadTime"),
-                    DefaultLoadTimeMin, DefaultLoadTimeMax, DefaultLoadTimeDefault);
-}
-
-qint32 cOptions::setDefaultLoadTime(qint32 value)
-{
-    return writeTime(QStringLiteral("DefaultLoadTime"), QStringLiteral("DefaultLoadTime"), value,
-                     DefaultLoadTimeMin, DefaultLoadTimeMax, DefaultLoadTimeDefault);
-}
-
-bool cOptions::LoaderOn() const { return readSwitch(QStringLiteral("LoaderOn"), QStringLiteral("Loader")); }
-void cOptions::setLoaderOn(bool value) { writeSwitch(QStringLiteral("LoaderOn"), QStringLiteral("Loader"), value); }
-bool cOptions::LedOn() const { return readSwitch(QStringLiteral("LedOn"), QStringLiteral("LED")); }
-void cOptions::setLedOn(bool value) { writeSwitch(QStringLiteral("LedOn"), QStringLiteral("LED"), value); }
-bool cOptions::EyeCheckOKTimeOn() const { return readSwitch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK")); }
-void cOptions::setEyeCheckOKTimeOn(bool value) { writeSwitch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK"), value); }
-
-qint32 cOptions::EyeCheckOKTime() const
-{
-    return readTime(QStringLiteral("EyeCheckOKTime"), QStringLiteral("EyeCheckOKTime"),
-                    EyeCheckOKTimeMin, EyeCheckOKTimeMax, EyeCheckOKTimeDefault);
-}
-
-qint32 cOptions::setEyeCheckOKTime(qint32 value)
-{
-    return writeTime(QStringLiteral("EyeCheckOKTime"), QStringLiteral("EyeCheckOKTime"), value,
-                     EyeCheckOKTimeMin, EyeCheckOKTimeMax, EyeCheckOKTimeDefault);
-}
-
-bool cOptions::CTOAdjust() const { return readSwitch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust")); }
-void cOptions::setCTOAdjust(bool value) { writeSwitch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust"), value); }
+// The store keys differ from the property names in places; they are the program's keys.
+bool cOptions::EyeMounted() const { return store().Switch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted")); }
+void cOptions::setEyeMounted(bool value) { store().setSwitch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted"), value); }
+bool cOptions::TriggerFilterOn() const { return store().Switch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter")); }
+void cOptions::setTriggerFilterOn(bool value) { store().setSwitch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter"), value); }
+bool cOptions::EyeCheckMaxTimeOn() const { return store().Switch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax")); }
+void cOptions::setEyeCheckMaxTimeOn(bool value) { store().setSwitch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax"), value); }
+bool cOptions::UseEye() const { return store().Switch(QStringLiteral("UseEye"), QStringLiteral("UseEye")); }
+void cOptions::setUseEye(bool value) { store().setSwitch(QStringLiteral("UseEye"), QStringLiteral("UseEye"), value); }
+qint32 cOptions::EyeCheckMaxTime() const { return store().Number(QStringLiteral("EyeCheckMaxTime"), kEyeCheckMaxTimeRange); }
+qint32 cOptions::setEyeCheckMaxTime(qint32 value) { return store().setNumber(QStringLiteral("EyeCheckMaxTime"), value, kEyeCheckMaxTimeRange); }
+qint32 cOptions::DefaultLoadTime() const { return store().Number(QStringLiteral("DefaultLoadTime"), kDefaultLoadTimeRange); }
+qint32 cOptions::setDefaultLoadTime(qint32 value) { return store().setNumber(QStringLiteral("DefaultLoadTime"), value, kDefaultLoadTimeRange); }
+bool cOptions::LoaderOn() const { return store().Switch(QStringLiteral("LoaderOn"), QStringLiteral("Loader")); }
+void cOptions::setLoaderOn(bool value) { store().setSwitch(QStringLiteral("LoaderOn"), QStringLiteral("Loader"), value); }
+bool cOptions::LedOn() const { return store().Switch(QStringLiteral("LedOn"), QStringLiteral("LED")); }
+void cOptions::setLedOn(bool value) { store().setSwitch(QStringLiteral("LedOn"), QStringLiteral("LED"), value); }
+bool cOptions::EyeCheckOKTimeOn() const { return store().Switch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK")); }
+void cOptions::setEyeCheckOKTimeOn(bool value) { store().setSwitch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK"), value); }
+qint32 cOptions::EyeCheckOKTime() const { return store().Number(QStringLiteral("EyeCheckOKTime"), kEyeCheckOKTimeRange); }
+qint32 cOptions::setEyeCheckOKTime(qint32 value) { return store().setNumber(QStringLiteral("EyeCheckOKTime"), value, kEyeCheckOKTimeRange); }
+bool cOptions::CTOAdjust() const { return store().Switch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust")); }
+void cOptions::setCTOAdjust(bool value) { store().setSwitch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust"), value); }
 
 quint8 cOptions::OptionsByte() const
 {
@@ -224,31 +133,15 @@ void cOptions::Comm2Obj(const QString& report)
 void cOptions::Upload()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        if (!Supports().Options())
-            return;
-        const QString report = mCommBasic::CommHexData(Obj2Comm(), true);
-        switch (mGripReport::ReportType(report)) {
-        case REP_ACK: break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_UL_OPTIONS, QString(), mErrCodes::MSG_UL_OPTIONS);
-        }
+        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_OPTIONS, mErrCodes::MSG_UL_OPTIONS,
+                                  [] { return Supports().Options(); });
     });
 }
 
 void cOptions::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        if (!Supports().Options())
-            return;
-        const QString report = mGripReport::RequestReport(CMD_DL_OPTIONS);
-        switch (mGripReport::ReportType(report)) {
-        case REP_OPTIONS: Comm2Obj(report); break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_DL_OPTIONS, QString(), mErrCodes::MSG_DL_OPTIONS);
-        }
+        mGripReport::RecordDownload(CMD_DL_OPTIONS, REP_OPTIONS, [&](const QString& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_OPTIONS, mErrCodes::MSG_DL_OPTIONS, [] { return Supports().Options(); });
     });
 }

@@ -2,6 +2,8 @@
 // The grip's option switches and option times. The record keeps no values of its own: every
 // read and write goes to the preferences, section "Options", so all objects share them and
 // they survive between runs.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cOptions {
@@ -67,6 +69,6 @@ private:
     void Comm2Obj(const QString& report);
 };
 
-// The global options record, created on first use and kept for the run.
-cOptions& OptionsRecord();
-void ResetOptionsRecord();
+// The global options record (see GlobalRecord).
+inline cOptions& OptionsRecord() { return GlobalRecord<cOptions>::Get(); }
+inline void ResetOptionsRecord() { GlobalRecord<cOptions>::Reset(); }

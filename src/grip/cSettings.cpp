@@ -1,26 +1,16 @@
 #include "grip/cSettings.h"
 
-#include "grip/cGunInfo.h"
 #include "grip/mGripReport.h"
-#include "link/cError.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <cmath>
 #include <limits>
-#include <memory>
 
 using namespace mAppFunc;
 
 namespace {
-
-std::unique_ptr<cSettings>& instance()
-{
-    static std::unique_ptr<cSettings> record;
-    return record;
-}
 
 // A whole number as a 16-bit one; what does not fit is the run-time overflow.
 qint32 to16Bit(qint32 value)
@@ -31,19 +21,6 @@ qint32 to16Bit(qint32 value)
 }
 
 } // namespace
-
-cSettings& TimingRecord()
-{
-    auto& record = instance();
-    if (!record)
-        record = std::make_unique<cSettings>();
-    return *record;
-}
-
-void ResetTimingRecord()
-{
-    instance().reset();
-}
 
 cSettings::cSettings()
 {
@@ -63,28 +40,15 @@ void cSettings::Load()
 void cSettings::Upload()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        const QString report = mCommBasic::CommHexData(Obj2Comm(), true);
-        switch (mGripReport::ReportType(report)) {
-        case REP_ACK: break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_UL_TIMING, QString(), mErrCodes::MSG_UL_TIMING);
-        }
+        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_TIMING, mErrCodes::MSG_UL_TIMING);
     });
 }
 
 void cSettings::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        WaitPointerScope wait;
-        RefreshGunInfo(true);
-        const QString report = mGripReport::RequestReport(CMD_DL_TIMING);
-        switch (mGripReport::ReportType(report)) {
-        case REP_TIMING: Comm2Obj(report); break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_DL_TIMING, QString(), mErrCodes::MSG_DL_TIMING);
-        }
+        mGripReport::RecordDownload(CMD_DL_TIMING, REP_TIMING, [&](const QString& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_TIMING, mErrCodes::MSG_DL_TIMING);
     });
 }
 

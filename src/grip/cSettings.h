@@ -1,6 +1,8 @@
 #pragma once
 // The grip's timing values: the solenoid and valve times of one firing cycle and the firing
 // mode, with the limits and defaults the timing editor works within.
+#include "grip/GlobalRecord.h"
+
 #include <QString>
 
 class cSettings {
@@ -63,7 +65,6 @@ private:
     qint32 m_firingMode = 0;
 };
 
-// The global timing record, created on first use and kept for the run.
-cSettings& TimingRecord();
-// Drops the global record (tests, and a fresh start against another grip).
-void ResetTimingRecord();
+// The global timing record (see GlobalRecord).
+inline cSettings& TimingRecord() { return GlobalRecord<cSettings>::Get(); }
+inline void ResetTimingRecord() { GlobalRecord<cSettings>::Reset(); }

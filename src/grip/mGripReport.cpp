@@ -1,5 +1,7 @@
 #include "grip/mGripReport.h"
 
+#include "grip/cGunInfo.h"
+#include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "shell/mMain.h"
@@ -7,6 +9,30 @@
 using namespace mAppFunc;
 
 namespace mGripReport {
+
+namespace {
+
+void recordExchange(const std::function<QString()>& send, qint32 expected, const std::function<void(const QString&)>& read,
+                    qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported)
+{
+    WaitPointerScope wait;
+    RefreshGunInfo(true);
+    // The gun information was just refreshed, so the flags follow the grip at hand.
+    if (supported && !supported())
+        return;
+    const QString report = send();
+    const qint32 type = ReportType(report);
+    if (type == expected) {
+        if (read)
+            read(report);
+    } else if (type == REP_NEGATIVE) {
+        GripError().RecordNegativeAnswer(report);
+    } else {
+        RaiseError(errorNumber, QString(), errorMessage);
+    }
+}
+
+} // namespace
 
 QString RequestReport(qint32 command)
 {
@@ -31,6 +57,24 @@ qint32 ReportType(const QString& report)
             return NotAReport;
         return code;
     });
+}
+
+void RecordDownload(qint32 command, qint32 expected, const std::function<void(const QString&)>& read,
+                    qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported)
+{
+    recordExchange([&] { return RequestReport(command); }, expected, read, errorNumber, errorMessage, supported);
+}
+
+void RecordUpload(const std::function<QString()>& command, qint32 errorNumber, const QString& errorMessage,
+                  const std::function<bool()>& supported)
+{
+    recordExchange([&] { return mCommBasic::CommHexData(command(), true); }, REP_ACK, {}, errorNumber, errorMessage,
+                   supported);
+}
+
+QString HexWord(qint32 value)
+{
+    return HexByte(value & 255) + HexByte((value / 256) & 255);
 }
 
 } // namespace mGripReport

@@ -1,6 +1,8 @@
 #pragma once
-// What the grip records share on the link: asking for a report and telling which report came.
+// What the grip records share on the link: the exchange every record makes, asking for a report,
+// telling which report came, and the 16-bit values of the payloads.
 #include <QString>
+#include <functional>
 
 namespace mGripReport {
 
@@ -17,5 +19,22 @@ QString RequestReport(qint32 command);
 // its shape. Anything else (nothing, a cut-off frame, a spoiled one) is NotAReport, which the
 // records treat like any other unexpected report.
 qint32 ReportType(const QString& report);
+
+// The exchange of every record, run inside the record's own error frame so that errors name the
+// record: the wait pointer, a fresh gun information, then (only when `supported` is empty or
+// says yes) the command. The expected report goes to `read`; a negative answer is recorded in
+// the grip's error record, not raised; anything else raises the record's own error, with an
+// empty source.
+void RecordDownload(qint32 command, qint32 expected, const std::function<void(const QString&)>& read,
+                    qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported = {});
+// The same for a command with parameters, answered by the acknowledgement. The command is built
+// after the gun information is refreshed, as it may depend on the grip's firmware; a value that
+// does not fit its byte fails there, and nothing is sent.
+void RecordUpload(const std::function<QString()>& command, qint32 errorNumber, const QString& errorMessage,
+                  const std::function<bool()>& supported = {});
+
+// A 16-bit value as two hex bytes, low byte first; the masking cuts the value to 16 bits, so it
+// never fails.
+QString HexWord(qint32 value);
 
 } // namespace mGripReport

@@ -1,0 +1,57 @@
+#include "grip/cStoredValues.h"
+
+#include "shell/cRegistrySettings.h"
+#include "shell/mMain.h"
+
+namespace {
+
+qint32 inRange(qint32 value, const cStoredValues::tRange& range)
+{
+    return value < range.min || value > range.max ? range.def : value;
+}
+
+// Writes a value to the store only when it differs from what is stored: the same text again
+// changes nothing, and every write costs the store a write to disk.
+void saveIfChanged(const QString& section, const QString& key, const QString& text)
+{
+    const QVariant current = cRegistrySettings::GetSetting(section, key, QVariant());
+    if (current.isValid() && cRegistrySettings::StoredText(current) == text)
+        return;
+    cRegistrySettings::SaveSetting(section, key, text);
+}
+
+} // namespace
+
+cStoredValues::cStoredValues(const QString& recordClass, const QString& revision, const QString& section)
+    : m_class(recordClass), m_revision(revision), m_section(section)
+{
+}
+
+bool cStoredValues::Switch(const QString& property, const QString& key) const
+{
+    return PassErrors(m_class, m_revision, property, [&] {
+        return cRegistrySettings::TextToBool(cRegistrySettings::GetSetting(m_section, key, cRegistrySettings::BoolText(false)));
+    });
+}
+
+void cStoredValues::setSwitch(const QString& property, const QString& key, bool value) const
+{
+    PassErrors(m_class, m_revision, property, [&] { saveIfChanged(m_section, key, cRegistrySettings::BoolText(value)); });
+}
+
+qint32 cStoredValues::Number(const QString& property, const tRange& range) const
+{
+    return PassErrors(m_class, m_revision, property, [&] {
+        return inRange(cRegistrySettings::TextToLong(cRegistrySettings::GetSetting(m_section, property, QString::number(range.def))),
+                       range);
+    });
+}
+
+qint32 cStoredValues::setNumber(const QString& property, qint32 value, const tRange& range) const
+{
+    return PassErrors(m_class, m_revision, property, [&] {
+        const qint32 kept = inRange(value, range);
+        saveIfChanged(m_section, property, QString::number(kept));
+        return kept;
+    });
+}

@@ -1,0 +1,31 @@
+#pragma once
+// The values of a record that lives in the preferences rather than in the object (the options and
+// the ramping values): every read and write goes to the record's section of the store, so all
+// objects share them and they survive between runs. Errors are passed on in the record's name,
+// with the property as the procedure.
+#include <QString>
+
+class cStoredValues {
+public:
+    // The range of a number and the default that stands for a value outside it, stored or given.
+    struct tRange {
+        qint32 min;
+        qint32 max;
+        qint32 def;
+    };
+
+    cStoredValues(const QString& recordClass, const QString& revision, const QString& section);
+
+    // A switch, kept under a key of its own (the program's keys differ from the property names
+    // in places); false when nothing is stored.
+    bool Switch(const QString& property, const QString& key) const;
+    void setSwitch(const QString& property, const QString& key, bool value) const;
+    // A number, kept under the property's name; the setter answers the value it actually stored.
+    qint32 Number(const QString& property, const tRange& range) const;
+    qint32 setNumber(const QString& property, qint32 value, const tRange& range) const;
+
+private:
+    QString m_class;
+    QString m_revision;
+    QString m_section;
+};
