@@ -40,7 +40,7 @@ inline QByteArray refusal(int command)
     return framed(QStringLiteral("5001")) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
 }
 
-// The error that run raised, if any.
+// The error that run raised, if any (value() of none throws, which fails the test).
 inline std::optional<MarloError> errorOf(const std::function<void()>& run)
 {
     try { run(); } catch (const MarloError& e) { return e; }

@@ -81,13 +81,13 @@ private slots:
     {
         GripHarness h;
         h.replies[0x15] = framed(QStringLiteral("42")) + QByteArray(8, '\0'); // an acknowledgement, as long as the report
-        const auto e = errorOf([] { GetAll(); });
-        QCOMPARE(e->Number(), mErrCodes::ERR_DL_COUNTERS);
-        QCOMPARE(e->Trail().last().module + QLatin1Char('.') + e->Trail().last().procedure, QStringLiteral("mGripCommands.GetAll"));
+        const MarloError e = errorOf([] { GetAll(); }).value();
+        QCOMPARE(e.Number(), mErrCodes::ERR_DL_COUNTERS);
+        QCOMPARE(e.Trail().last().module + QLatin1Char('.') + e.Trail().last().procedure, QStringLiteral("mGripCommands.GetAll"));
         QVERIFY(!h.codes().contains(0x16));
         QCOMPARE(mMain::MousePointerDepth(), 0); // the wait pointer is back
         // Counters and battery are only read.
-        QCOMPARE(errorOf([] { PutRecord(GripRecord::Battery); })->Number(), mErrCodes::RT_INVALID_CALL);
+        QCOMPARE(errorOf([] { PutRecord(GripRecord::Battery); }).value().Number(), mErrCodes::RT_INVALID_CALL);
         QVERIFY(!h.codes().contains(0x17));
     }
 };

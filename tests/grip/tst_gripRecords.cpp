@@ -136,7 +136,7 @@ private slots:
         if (rof >= 0)
             QCOMPARE(TimingRecord().ROF(), rof);
         else
-            QCOMPARE(errorOf([] { TimingRecord().ROF(); })->Number(), mErrCodes::RT_OVERFLOW);
+            QCOMPARE(errorOf([] { TimingRecord().ROF(); }).value().Number(), mErrCodes::RT_OVERFLOW);
     }
 
     void resetCounter_data()
@@ -211,7 +211,7 @@ private slots:
         if (kept >= 0)
             QCOMPARE(rule.get(), kept);
         else
-            QCOMPARE(errorOf([&] { rule.get(); })->Number(), RT_TYPE_MISMATCH);
+            QCOMPARE(errorOf([&] { rule.get(); }).value().Number(), RT_TYPE_MISMATCH);
     }
 
     void keysInTheStore()
