@@ -63,7 +63,9 @@ void tst_link_pty::exchangeWithThePause()
     QVERIFY(!port->PortOpen());
     const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server->grip().traffic());
     QCOMPARE(pauses.size(), 1);
-    QVERIFY2(pauses.first() >= 99'000'000, qPrintable(QString::number(pauses.first())));
+    // The grip stamps bytes when its thread reads them, so a loaded machine can shorten the
+    // recorded pause by a few milliseconds; without the pause it would be well under 1 ms.
+    QVERIFY2(pauses.first() >= 90'000'000, qPrintable(QString::number(pauses.first())));
 }
 
 void tst_link_pty::programControl()
