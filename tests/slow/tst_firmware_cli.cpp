@@ -1,8 +1,8 @@
-// marlo-cli firmware read|write against its built-in virtual grip: exit statuses, the messages
-// on the terminal, and the file written. Each run takes the real 100 ms pause per exchange, so
-// the long runs go in parallel.
+// marlo-cli firmware write and read against its built-in virtual grip, in real time through the
+// real serial port on a pseudo-terminal: the whole write, read-back, verification and start of
+// the program, a read into a file, the exit statuses and the messages on the terminal. Each
+// exchange takes the real 100 ms pause, so the runs go in parallel.
 #include "../firmware/FirmwareTestSupport.h"
-#include "firmware/mFirmware.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -10,147 +10,60 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <memory>
-
-namespace {
-
-struct Run {
-    QStringList arguments;
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
-} // namespace
+using namespace fwtest;
 
 class tst_FirmwareCli : public QObject {
     Q_OBJECT
 
-private slots:
-    void initTestCase();
-    void usage_data();
-    void usage();
-    void readAndWrite();
-
-private:
-    std::unique_ptr<QProcess> start(const QStringList& arguments);
-    static void finish(QProcess& process, Run& run);
-    QString m_cli;
     QTemporaryDir m_dir;
-};
 
-void tst_FirmwareCli::initTestCase()
-{
-    m_cli = QCoreApplication::applicationDirPath() + QStringLiteral("/marlo-cli");
-    if (!QFileInfo::exists(m_cli))
-        QSKIP("marlo-cli is not built beside the tests");
-}
-
-std::unique_ptr<QProcess> tst_FirmwareCli::start(const QStringList& arguments)
-{
-    auto process = std::make_unique<QProcess>();
-    process->setWorkingDirectory(m_dir.path());
-    process->start(m_cli, arguments);
-    return process;
-}
-
-void tst_FirmwareCli::finish(QProcess& process, Run& run)
-{
-    QVERIFY(process.waitForFinished(300000));
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-}
-
-void tst_FirmwareCli::usage_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("no action") << QStringList{QStringLiteral("firmware")};
-    QTest::newRow("no file") << QStringList{QStringLiteral("firmware"), QStringLiteral("read")};
-    QTest::newRow("unknown action") << QStringList{QStringLiteral("firmware"), QStringLiteral("erase"), QStringLiteral("x.tvf")};
-    QTest::newRow("extra word")
-        << QStringList{QStringLiteral("firmware"), QStringLiteral("write"), QStringLiteral("a"), QStringLiteral("b")};
-}
-
-void tst_FirmwareCli::usage()
-{
-    QFETCH(QStringList, arguments);
-    auto process = start(QStringList{QStringLiteral("--device"), QStringLiteral("sim")} + arguments);
-    Run run;
-    finish(*process, run);
-    QCOMPARE(run.exitCode, 2);
-    QVERIFY(run.err.contains(QStringLiteral("firmware read FILE | firmware write FILE")));
-}
-
-void tst_FirmwareCli::readAndWrite()
-{
-    const QString fits = QStringLiteral("sim:firmware=4.0.0,boot=1.2.0,hardware=2.1.0");
-    FirmwareFile good;
-    good.Firmware = QStringLiteral("4.0.1");
-    good.Boot = QStringLiteral("1.0.0-1.2.0");
-    good.Protocol = QStringLiteral("1.1.1");
-    good.Hardware = QStringLiteral("2.1.0");
-    good.Segments = {fwtest::Line(0x40, fwtest::Pattern(1)), fwtest::Line(0, {}, 1, 0xFF)};
-    mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("good.tvf")), good);
-    FirmwareFile overwritten = good;
-    overwritten.Segments.insert(1, fwtest::Line(0x40, fwtest::Pattern(2)));
-    mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("overwritten.tvf")), overwritten);
-
-    const QList<QStringList> commands = {
-        {QStringLiteral("--device"), QStringLiteral("sim:boot=1.1.5,hardware=2.2.0"), QStringLiteral("firmware"),
-         QStringLiteral("write"), QStringLiteral("good.tvf")},
-        {QStringLiteral("--device"), QStringLiteral("sim:firmware=2.0.20,boot=1.2.1"), QStringLiteral("firmware"),
-         QStringLiteral("read"), QStringLiteral("fetched.tvf")},
-        {QStringLiteral("--device"), fits, QStringLiteral("firmware"), QStringLiteral("write"), QStringLiteral("good.tvf")},
-        {QStringLiteral("--device"), fits, QStringLiteral("firmware"), QStringLiteral("write"),
-         QStringLiteral("overwritten.tvf")},
-        {QStringLiteral("--device"), fits, QStringLiteral("firmware"), QStringLiteral("read"),
-         QStringLiteral("no/such/folder/x.tvf")},
-    };
-    std::vector<std::unique_ptr<QProcess>> processes;
-    for (const QStringList& arguments : commands)
-        processes.push_back(start(arguments));
-    QList<Run> runs(commands.size());
-    for (qsizetype i = 0; i < commands.size(); ++i) {
-        finish(*processes[static_cast<size_t>(i)], runs[i]);
-        runs[i].arguments = commands[i];
+private slots:
+    void writeAndRead()
+    {
+        const QString cli = QCoreApplication::applicationDirPath() + QStringLiteral("/marlo-cli");
+        if (!QFileInfo::exists(cli))
+            QSKIP("marlo-cli is not built beside the tests");
+        // Old firmware has its program restarted at 0xF50 of the write and at 0x200 of the read-back.
+        const QList<HexLine> lines{Line(0x40, Pattern(1)), Line(0xF50, Pattern(2)), Line(0, {}, 1, 0xFF)};
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("good.tvf")), Image(lines));
+        // The second line overwrites the first: the read-back differs.
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("bad.tvf")), Image({lines[0], Line(0x40, Pattern(3)), lines[2]}));
+        // The device and the words after "firmware"; the exit status; what stdout (1) or stderr (2) says.
+        const QList<std::tuple<QString, int, int, QString>> runs{
+            {"sim:firmware=1.1.70,boot=1.2.0,hardware=2.1.4,pace=1,baud=115200 write good.tvf", 0, 1,
+             "Firmware uploaded successfully!\nPress OK to start using the newly uploaded firmware."},
+            {"sim:firmware=2.0.20,boot=1.2.1 read fetched.tvf", 0, 1, "Firmware was fetched."},
+            {"sim:firmware=4.0.0,boot=1.2.0,hardware=2.1.0 write bad.tvf", 1, 1, "Firmware uploaded failed!\n"},
+            {"sim:boot=1.1.5,hardware=2.2.0 write good.tvf", 1, 2,
+             "Firmwarefile version does not match the current version of the grip.\n"
+             "It is not possible to upload this firmwarefile to the grip."},
+            {"sim read no/such/folder/x.tvf", 1, 2, "error 75: "}, // refused before the grip is stopped
+            {"sim erase x.tvf", 2, 2, "usage: marlo-cli firmware read FILE | firmware write FILE"},
+        };
+        std::vector<std::unique_ptr<QProcess>> processes;
+        for (const auto& [command, status, stream, text] : runs) {
+            const QStringList words = command.split(QLatin1Char(' '));
+            processes.push_back(std::make_unique<QProcess>());
+            processes.back()->setWorkingDirectory(m_dir.path());
+            processes.back()->start(cli, QStringList{QStringLiteral("--device"), words[0], QStringLiteral("firmware")} + words.mid(1));
+        }
+        for (qsizetype i = 0; i < runs.size(); ++i) {
+            const auto& [command, status, stream, text] = runs[i];
+            QProcess& process = *processes[static_cast<size_t>(i)];
+            QVERIFY(process.waitForFinished(300000));
+            const QString out = QString::fromLocal8Bit(process.readAllStandardOutput());
+            const QString err = QString::fromLocal8Bit(process.readAllStandardError());
+            const QByteArray what = (command + QStringLiteral(":\n") + out + err).toLocal8Bit();
+            QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == status, what);
+            QVERIFY2((stream == 2 ? err : out).contains(text), what);
+        }
+        // The read saved the grip's program with its builds.
+        FirmwareFile fetched;
+        mFirmware::LoadFirmwareFile(fetched, m_dir.filePath(QStringLiteral("fetched.tvf")));
+        QCOMPARE(fetched.Firmware + fetched.Boot, QStringLiteral(" 2.0.20     1.2.1"));
+        QCOMPARE(fetched.Segments.size(), 252);
     }
-
-    // A file that does not fit: the two lines, status 1, nothing written.
-    const Run& refused = runs[0];
-    QCOMPARE(refused.exitCode, 1);
-    QVERIFY(refused.err.contains(QStringLiteral("Firmwarefile version does not match the current version of the grip.\n"
-                                                "It is not possible to upload this firmwarefile to the grip.")));
-    QVERIFY(!refused.out.contains(QStringLiteral("Firmware uploaded")));
-
-    // A read: status 0, the confirmation, and the grip's program in the file.
-    const Run& read = runs[1];
-    QCOMPARE(read.exitCode, 0);
-    QVERIFY(read.out.contains(QStringLiteral("Firmware was fetched.")));
-    FirmwareFile fetched;
-    mFirmware::LoadFirmwareFile(fetched, m_dir.filePath(QStringLiteral("fetched.tvf")));
-    QCOMPARE(fetched.Firmware, QStringLiteral(" 2.0.20"));
-    QCOMPARE(fetched.Boot, QStringLiteral("     1.2.1"));
-    QCOMPARE(fetched.Segments.size(), 252);
-
-    // A write that verifies: status 0 and the success lines.
-    const Run& written = runs[2];
-    QCOMPARE(written.exitCode, 0);
-    QVERIFY2(written.out.contains(QStringLiteral("Firmware uploaded successfully!\n"
-                                                 "Press OK to start using the newly uploaded firmware.")),
-             qPrintable(written.out + written.err));
-
-    // A write whose read-back differs: status 1 and the failure lines.
-    const Run& failed = runs[3];
-    QCOMPARE(failed.exitCode, 1);
-    QVERIFY(failed.out.contains(QStringLiteral("Firmware uploaded failed!\n")));
-    QVERIFY(failed.out.contains(QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.")));
-
-    // A read into a folder that does not exist is refused before the grip is touched.
-    const Run& nowhere = runs[4];
-    QCOMPARE(nowhere.exitCode, 1);
-    QVERIFY(nowhere.err.contains(QStringLiteral("error 75: ")));
-}
+};
 
 QTEST_GUILESS_MAIN(tst_FirmwareCli)
 #include "tst_firmware_cli.moc"
