@@ -1,33 +1,33 @@
-// Cutting the host's byte stream into command frames, as the bytes arrive.
+// The byte stream in time: the host's bytes cut into command frames as they arrive,
+// the grip's answers sent in time, and the measurements taken from the traffic record.
+
+#include "SimTestSupport.h"
 
 #include "sim/FrameAssembler.h"
-#include "sim/VirtualGrip.h"
+#include "sim/ReplyScheduler.h"
+#include "sim/TrafficLog.h"
 
 #include <QtTest>
 
 using gripsim::FrameAssembler;
-using gripsim::ReceivedFrame;
+using gripsim::kNsPerMs;
+using gripsim::Reply;
+using gripsim::ReplyScheduler;
 using gripsim::TrafficEvent;
-using gripsim::VirtualGrip;
 
 namespace {
 
-constexpr qint64 kMs = 1'000'000;
-
-QByteArray hex(const char* text)
+struct Step
 {
-    return QByteArray::fromHex(text);
-}
-
-struct Piece
-{
-    qint64 atMs;
-    QByteArray bytes;
+    qint64 nowMs;        // when the server looks
+    QByteArray expected; // the piece due then; empty: nothing due
+    qint64 writeTakesMs; // how long writing it takes
 };
 
 } // namespace
 
-Q_DECLARE_METATYPE(QList<Piece>)
+Q_DECLARE_METATYPE(QList<Step>)
+Q_DECLARE_METATYPE(QList<Reply>)
 
 class TestSimFraming : public QObject
 {
@@ -36,123 +36,129 @@ class TestSimFraming : public QObject
 private slots:
     void frames_data();
     void frames();
-    void incompleteFrameDroppedAfterSilence_data();
-    void incompleteFrameDroppedAfterSilence();
-    void gripAnswersFedBytes();
-    void gripRecordsDroppedInput();
+    void schedule_data();
+    void schedule();
+    void measurements_data();
+    void measurements();
 };
 
 void TestSimFraming::frames_data()
 {
-    QTest::addColumn<QList<Piece>>("pieces");
-    QTest::addColumn<QStringList>("frames");
-    QTest::addColumn<QList<qint64>>("pausesMs");
+    // "MS:HEX" is a read at MS milliseconds; "MS:" only looks for a stale frame then.
+    QTest::addColumn<QString>("reads");
+    // Each frame as "HEX/PAUSE", the pause after its code byte in ms; "~" marks a dropped frame.
+    QTest::addColumn<QString>("frames");
 
-    QTest::newRow("code, pause, rest") << QList<Piece>{{0, hex("14")}, {100, hex("EC")}} << QStringList{"14EC"}
-                                       << QList<qint64>{100};
-    QTest::newRow("all at once") << QList<Piece>{{5, hex("14EC")}} << QStringList{"14EC"} << QList<qint64>{0};
-    QTest::newRow("two frames in one read") << QList<Piece>{{0, hex("14EC15EB")}} << QStringList{"14EC", "15EB"}
-                                            << QList<qint64>{0, 0};
-    QTest::newRow("upload in three reads") << QList<Piece>{{0, hex("24")}, {100, hex("0A0A1E23")},
-                                                           {101, hex("1C000A0A1E231C00FA")}}
-                                           << QStringList{"240A0A1E231C000A0A1E231C00FA"} << QList<qint64>{100};
-    QTest::newRow("block write, size from its count")
-        << QList<Piece>{{0, hex("82")}, {100, hex("0020041122334432")}} << QStringList{"820020041122334432"}
-        << QList<qint64>{100};
-    QTest::newRow("block write split before the count")
-        << QList<Piece>{{0, hex("8A")}, {100, hex("0020")}, {102, hex("0411")}, {103, hex("223344A8")}}
-        << QStringList{"8A00200411223344A8"} << QList<qint64>{100};
-    QTest::newRow("block write of 16 then a query")
-        << QList<Piece>{{0, hex("82")}, {100, hex("00201000112233445566778899AABBCCDDEEFFD8")}, {200, hex("11EF")}}
-        << QStringList{"82002010" "00112233445566778899AABBCCDDEEFF" "D8", "11EF"} << QList<qint64>{100, 0};
-    QTest::newRow("empty block write") << QList<Piece>{{0, hex("8A00200056")}} << QStringList{"8A00200056"}
-                                       << QList<qint64>{0};
-    QTest::newRow("unknown byte stands alone") << QList<Piece>{{0, hex("FF14EC")}} << QStringList{"FF", "14EC"}
-                                               << QList<qint64>{0, 0};
-    QTest::newRow("read block") << QList<Piece>{{0, hex("85")}, {100, hex("00205B")}} << QStringList{"8500205B"}
-                                << QList<qint64>{100};
+    QTest::newRow("code, pause, rest") << "0:14 100:EC" << "14EC/100";
+    QTest::newRow("two in one read") << "5:14EC15EB" << "14EC/0 15EB/0";
+    QTest::newRow("upload in three reads") << "0:24 100:0A0A1E23 101:1C000A0A1E231C00FA"
+                                           << "240A0A1E231C000A0A1E231C00FA/100";
+    QTest::newRow("block write, size from count") << "0:82 100:0020041122334432" << "820020041122334432/100";
+    QTest::newRow("split before the count") << "0:8A 100:0020 102:0411 103:223344A8" << "8A00200411223344A8/100";
+    QTest::newRow("16 bytes, then a query") << "0:82 100:00201000112233445566778899AABBCCDDEEFFD8 200:11EF"
+                                            << "8200201000112233445566778899AABBCCDDEEFFD8/100 11EF/0";
+    QTest::newRow("empty block write") << "0:8A00200056" << "8A00200056/0";
+    QTest::newRow("unknown byte alone") << "0:FF14EC" << "FF/0 14EC/0";
+    QTest::newRow("read block") << "0:85 100:00205B" << "8500205B/100";
+    // Silence counts from the last byte.
+    QTest::newRow("dropped after silence") << "0:24 50:0A 1050: 1051:14EC" << "~240A/50 14EC/0";
+    QTest::newRow("kept until then") << "0:24 50:0A 1049: 1049:0A1E231C000A0A1E231C00FA"
+                                     << "240A0A1E231C000A0A1E231C00FA/50";
 }
 
 void TestSimFraming::frames()
 {
-    QFETCH(QList<Piece>, pieces);
-    QFETCH(QStringList, frames);
-    QFETCH(QList<qint64>, pausesMs);
+    QFETCH(QString, reads);
 
     FrameAssembler assembler;
-    QList<ReceivedFrame> got;
-    for (const auto& piece : pieces)
-        got += assembler.push(piece.bytes, piece.atMs * kMs);
-    QStringList gotHex;
-    QList<qint64> gotPauses;
-    for (const auto& frame : got) {
-        gotHex.append(QString::fromLatin1(frame.bytes.toHex().toUpper()));
-        gotPauses.append(frame.pauseAfterCodeNs() / kMs);
+    QStringList frames;
+    const auto note = [&](const gripsim::ReceivedFrame& frame, const char* mark) {
+        frames << QStringLiteral("%1%2/%3").arg(QLatin1String(mark), QString::fromLatin1(frame.bytes.toHex().toUpper()))
+                      .arg(frame.pauseAfterCodeNs() / kNsPerMs);
+    };
+    for (const QString& read : reads.split(QLatin1Char(' '))) {
+        const qint64 nowNs = read.section(QLatin1Char(':'), 0, 0).toLongLong() * kNsPerMs;
+        const QByteArray bytes = simtest::bytes(read.section(QLatin1Char(':'), 1));
+        if (bytes.isEmpty()) {
+            if (const auto dropped = assembler.dropIfStale(nowNs))
+                note(*dropped, "~");
+        }
+        for (const auto& frame : assembler.push(bytes, nowNs))
+            note(frame, "");
     }
-    QCOMPARE(gotHex, frames);
-    QCOMPARE(gotPauses, pausesMs);
+    QTEST(frames.join(QLatin1Char(' ')), "frames");
     QVERIFY(!assembler.hasPartialFrame());
     QVERIFY(!assembler.staleDeadlineNs().has_value());
 }
 
-void TestSimFraming::incompleteFrameDroppedAfterSilence_data()
+void TestSimFraming::schedule_data()
 {
-    QTest::addColumn<qint64>("checkAtMs");
-    QTest::addColumn<bool>("dropped");
+    QTest::addColumn<QList<Reply>>("replies"); // all to commands that arrived at 0 ms
+    QTest::addColumn<QList<Step>>("steps");
+    QTest::addColumn<qint64>("lastFirstMs"); // when the last answer's first and last byte went out
+    QTest::addColumn<qint64>("lastLastMs");
 
-    // "24 0A" arrives at 0 and 50 ms; silence counts from the last byte.
-    QTest::newRow("before the silence") << qint64(1049) << false;
-    QTest::newRow("after the silence") << qint64(1050) << true;
+    QTest::newRow("at once") << QList<Reply>{Reply{{{0, "AB"}}}} << QList<Step>{{0, "AB", 2}} << qint64(0) << qint64(2);
+    QTest::newRow("latency") << QList<Reply>{Reply{{{40, "AB"}}}} << QList<Step>{{39, "", 0}, {40, "AB", 1}}
+                             << qint64(40) << qint64(41);
+    QTest::newRow("pieces, each after the previous one")
+        << QList<Reply>{Reply{{{0, "A"}, {150, "B"}, {150, "C"}}}}
+        << QList<Step>{{0, "A", 10}, {159, "", 0}, {160, "B", 10}, {319, "", 0}, {320, "C", 5}} << qint64(0)
+        << qint64(325);
+    QTest::newRow("one answer after another, silence skipped")
+        << QList<Reply>{Reply{{{100, "A"}}}, Reply{}, Reply{{{0, "B"}}}}
+        << QList<Step>{{0, "", 0}, {100, "A", 5}, {105, "B", 5}} << qint64(105) << qint64(110);
 }
 
-void TestSimFraming::incompleteFrameDroppedAfterSilence()
+void TestSimFraming::schedule()
 {
-    QFETCH(qint64, checkAtMs);
-    QFETCH(bool, dropped);
+    QFETCH(QList<Reply>, replies);
+    QFETCH(QList<Step>, steps);
 
-    FrameAssembler assembler;
-    QVERIFY(assembler.push(hex("24"), 0).isEmpty());
-    QVERIFY(assembler.push(hex("0A"), 50 * kMs).isEmpty());
-    QCOMPARE(assembler.staleDeadlineNs(), std::optional<qint64>(1050 * kMs));
-    const auto gone = assembler.dropIfStale(checkAtMs * kMs);
-    QCOMPARE(gone.has_value(), dropped);
-    if (dropped)
-        QCOMPARE(gone->bytes, hex("240A"));
-    // What comes next is a new frame only when the old one was dropped.
-    const auto next = assembler.push(hex("14EC"), (checkAtMs + 1) * kMs);
-    QCOMPARE(next.isEmpty(), !dropped);
+    ReplyScheduler scheduler;
+    for (const auto& reply : replies)
+        scheduler.add(reply, 0);
+    std::optional<ReplyScheduler::SentReport> last;
+    for (const auto& step : steps) {
+        const auto chunk = scheduler.dueChunk(step.nowMs * kNsPerMs);
+        QCOMPARE(chunk.value_or(QByteArray()), step.expected);
+        if (!chunk)
+            QVERIFY(scheduler.nextDueNs().value() > step.nowMs * kNsPerMs);
+        else if (auto sent = scheduler.chunkWritten(step.nowMs * kNsPerMs, (step.nowMs + step.writeTakesMs) * kNsPerMs))
+            last = sent;
+    }
+    QVERIFY(scheduler.isEmpty());
+    QVERIFY(last.has_value());
+    QCOMPARE(last->bytes, replies.last().bytes());
+    QTEST(last->firstNs / kNsPerMs, "lastFirstMs");
+    QTEST(last->lastNs / kNsPerMs, "lastLastMs");
 }
 
-void TestSimFraming::gripAnswersFedBytes()
+void TestSimFraming::measurements_data()
 {
-    VirtualGrip grip;
-    QVERIFY(grip.feed(hex("14"), 0).isEmpty());
-    const auto replies = grip.feed(hex("EC11"), 100 * kMs);
-    QCOMPARE(replies.size(), 1);
-    QCOMPARE(replies.first().bytes(), hex("440A0A1E231C000A0A1E231C00DA"));
-    QCOMPARE(grip.feed(hex("EF"), 101 * kMs).first().bytes(), hex("4100BF"));
+    using K = TrafficEvent::Kind;
+    QTest::addColumn<QList<TrafficEvent>>("events");
+    QTest::addColumn<QList<qint64>>("pauses");
+    QTest::addColumn<QList<qint64>>("turnarounds");
 
-    const auto traffic = grip.traffic();
-    QCOMPARE(traffic.size(), 2);
-    QCOMPARE(traffic.at(0).kind, TrafficEvent::Kind::Command);
-    QCOMPARE(traffic.at(0).firstNs, 0);
-    QCOMPARE(traffic.at(0).pauseAfterCodeNs(), 100 * kMs);
-    QCOMPARE(traffic.at(1).firstNs, 100 * kMs);
-    QCOMPARE(traffic.at(1).lastNs, 101 * kMs);
+    QTest::newRow("two exchanges") << QList<TrafficEvent>{{K::Command, "ab", 0, 100, 100},
+                                                          {K::Report, "xyz", 110, 110, 120},
+                                                          {K::Command, "cd", 150, 251, 251},
+                                                          {K::Report, "xyz", 260, 260, 270}}
+                                   << QList<qint64>{100, 101} << QList<qint64>{30};
+    QTest::newRow("one byte, silence, dropped") << QList<TrafficEvent>{{K::Command, "ab", 0, 100, 100},
+                                                                       {K::Report, "xy", 110, 110, 120},
+                                                                       {K::Command, "q", 500, 500, 500},
+                                                                       {K::Dropped, "c", 600, 0, 600},
+                                                                       {K::Command, "cd", 1700, 1800, 1800}}
+                                                << QList<qint64>{100, 100} << QList<qint64>{380};
 }
 
-void TestSimFraming::gripRecordsDroppedInput()
+void TestSimFraming::measurements()
 {
-    VirtualGrip grip;
-    grip.feed(hex("2601"), 0);
-    QCOMPARE(grip.staleInputDeadlineNs(), std::optional<qint64>(FrameAssembler::kDefaultSilenceNs));
-    QVERIFY(!grip.dropStaleInput(999 * kMs));
-    QVERIFY(grip.dropStaleInput(1000 * kMs));
-    const auto traffic = grip.traffic();
-    QCOMPARE(traffic.size(), 1);
-    QCOMPARE(traffic.first().kind, TrafficEvent::Kind::Dropped);
-    QCOMPARE(traffic.first().bytes, hex("2601"));
-    QCOMPARE(grip.feed(hex("11EF"), 1001 * kMs).size(), 1);
+    QFETCH(QList<TrafficEvent>, events);
+    QTEST(gripsim::pausesAfterCodeNs(events), "pauses");
+    QTEST(gripsim::turnaroundsNs(events), "turnarounds");
 }
 
 QTEST_GUILESS_MAIN(TestSimFraming)
