@@ -1,22 +1,15 @@
 #include "grip/cGunInfo.h"
 
+#include "grip/GlobalRecord.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
-#include <memory>
-
 using namespace mAppFunc;
 
 namespace {
-
-std::unique_ptr<cGunInfo>& instance()
-{
-    static std::unique_ptr<cGunInfo> record;
-    return record;
-}
 
 QString buildText(quint8 major, quint8 minor, qint32 revision)
 {
@@ -32,15 +25,12 @@ qint32 word(const QString& hex, qint32 low)
 
 cGunInfo& GunInfo()
 {
-    auto& record = instance();
-    if (!record)
-        record = std::make_unique<cGunInfo>();
-    return *record;
+    return GlobalRecord<cGunInfo>::Get();
 }
 
 void ResetGunInfo()
 {
-    instance().reset();
+    GlobalRecord<cGunInfo>::Reset();
 }
 
 QString cGunInfo::FirmwareBuild() const { return buildText(m_firmwareMajor, m_firmwareMinor, m_firmwareRevision); }
