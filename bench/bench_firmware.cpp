@@ -96,14 +96,22 @@ FirmwareFile fullImage()
     return image;
 }
 
+// How long a piece of work takes, in milliseconds.
+template <typename Work>
+double millisecondsOf(Work work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
 template <typename Work>
 void measureTransfer(QTextStream& out, const QString& name, gripsim::PtyServer& server, Work work)
 {
     server.grip().clearTraffic();
-    QElapsedTimer timer;
-    timer.start();
-    const QString outcome = work();
-    const double elapsed = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    QString outcome;
+    const double elapsed = millisecondsOf([&] { outcome = work(); });
     int exchanges = 0;
     int retries = 0;
     double paced = 0.0;
@@ -168,24 +176,19 @@ void parsing(QTextStream& out, const QString& folder)
     image.Segments.append(end);
     const QString path = folder + QStringLiteral("/big.tvf");
 
-    QElapsedTimer timer;
-    timer.start();
-    mFirmware::SaveFirmwareFile(path, image);
-    const double saveMs = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    const double saveMs = millisecondsOf([&] { mFirmware::SaveFirmwareFile(path, image); });
     const double megabytes = static_cast<double>(QFile(path).size()) / 1e6;
 
     // The floor: reading the same bytes from the file, without looking at them.
-    timer.restart();
-    QFile raw(path);
-    raw.open(QIODevice::ReadOnly);
-    const QByteArray bytes = raw.readAll();
-    raw.close();
-    const double rawMs = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    QByteArray bytes;
+    const double rawMs = millisecondsOf([&] {
+        QFile raw(path);
+        raw.open(QIODevice::ReadOnly);
+        bytes = raw.readAll();
+    });
 
     FirmwareFile loaded;
-    timer.restart();
-    mFirmware::LoadFirmwareFile(loaded, path);
-    const double loadMs = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    const double loadMs = millisecondsOf([&] { mFirmware::LoadFirmwareFile(loaded, path); });
 
     out << QStringLiteral("bench_firmware: parse %1 MB firmware file (%2 lines) in %3 ms = %4 MB/s, floor %5 ms "
                           "(plain read of the bytes); save %6 ms = %7 MB/s%8\n")

@@ -17,6 +17,34 @@ QString hexOf(qint32 value)
     return QString::number(static_cast<quint32>(value), 16).toUpper();
 }
 
+// Data bytes are indexed from 1 to 16; other indexes are "Subscript out of range".
+size_t dataSlot(qint32 index)
+{
+    if (index < 1 || index > cProgramSegment::kBlockSize)
+        RaiseRuntimeError(mErrCodes::RT_SUBSCRIPT);
+    return static_cast<size_t>(index - 1);
+}
+
+// The error-log name of a block exchange: "Upload (0x200)".
+QString exchangeName(const QString& exchange, qint32 address)
+{
+    return exchange + QStringLiteral(" (0x") + hexOf(address) + QLatin1Char(')');
+}
+
+// Byte 1 of a block exchange's report: the expected report code answers true; a negative answer
+// is recorded in cError and answers false; anything else raises the exchange's error.
+bool expectedAnswer(const QString& report, qint32 expected, qint32 number, const QString& message)
+{
+    const qint32 code = GetByteFromHexstring(report, 1);
+    if (code == REP_NEGATIVE) {
+        GripError().RecordNegativeAnswer(report);
+        return false;
+    }
+    if (code != expected)
+        RaiseError(number, QString(), message);
+    return true;
+}
+
 // The block write supplies its own check byte as the frame's last byte: the link must not
 // append another one for that single exchange.
 class NoChecksumOutScope {
@@ -53,16 +81,12 @@ void cProgramSegment::setAddress(qint32 address)
 
 quint8 cProgramSegment::Data(qint32 index) const
 {
-    if (index < 1 || index > kBlockSize)
-        RaiseRuntimeError(mErrCodes::RT_SUBSCRIPT);
-    return m_data[static_cast<size_t>(index - 1)];
+    return m_data[dataSlot(index)];
 }
 
 void cProgramSegment::setData(qint32 index, quint8 value)
 {
-    if (index < 1 || index > kBlockSize)
-        RaiseRuntimeError(mErrCodes::RT_SUBSCRIPT);
-    m_data[static_cast<size_t>(index - 1)] = value;
+    m_data[dataSlot(index)] = value;
 }
 
 quint8 cProgramSegment::addrHi() const
@@ -100,38 +124,30 @@ quint8 cProgramSegment::Checksum() const
 
 bool cProgramSegment::Upload()
 {
-    return PassErrors(kClass, kRevision, QStringLiteral("Upload (0x") + hexOf(m_address) + QLatin1Char(')'), [&] {
+    return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Upload"), m_address), [&] {
         const QString frame = payloadWithoutChecksum(true) + HexByte(Checksum());
         QString report;
         {
             NoChecksumOutScope noChecksumOut;
             report = mCommBasic::CommHexData(frame, true);
         }
-        switch (GetByteFromHexstring(report, 1)) {
-        case REP_ACK: return true;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); return false;
-        default: RaiseError(mErrCodes::ERR_UL_FIRMWAREDATA, QString(), mErrCodes::MSG_UL_FIRMWAREDATA);
-        }
+        return expectedAnswer(report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MSG_UL_FIRMWAREDATA);
     });
 }
 
 bool cProgramSegment::Download()
 {
-    return PassErrors(kClass, kRevision, QStringLiteral("Download (0x") + hexOf(m_address) + QLatin1Char(')'), [&] {
+    return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Download"), m_address), [&] {
         const QString report = mCommBasic::CommHexData(HexByte(CMD_READ_BLOCK) + m_addressText, true);
-        switch (GetByteFromHexstring(report, 1)) {
-        case REP_BLOCK: {
-            // A memory report that lost bytes or was spoiled on the way must not become program
-            // data: it counts as a failed read, and the transfer reads the block again.
-            const qsizetype reportChars = 2 * GetReportReturnSize(REP_BLOCK);
-            if (report.size() != reportChars || (!mCommBasic::bNoCRCIn && !mCommBasic::CheckCRC(report)))
-                RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MSG_DL_FIRMWAREDATA);
-            for (qint32 i = 1; i <= kBlockSize; ++i)
-                m_data[static_cast<size_t>(i - 1)] = GetByteFromHexstring(report, i + 1);
-            return true;
-        }
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); return false;
-        default: RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MSG_DL_FIRMWAREDATA);
-        }
+        if (!expectedAnswer(report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MSG_DL_FIRMWAREDATA))
+            return false;
+        // A memory report that lost bytes or was spoiled on the way must not become program
+        // data: it counts as a failed read, and the transfer reads the block again.
+        const qsizetype reportChars = 2 * GetReportReturnSize(REP_BLOCK);
+        if (report.size() != reportChars || (!mCommBasic::bNoCRCIn && !mCommBasic::CheckCRC(report)))
+            RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MSG_DL_FIRMWAREDATA);
+        for (qint32 i = 1; i <= kBlockSize; ++i)
+            m_data[dataSlot(i)] = GetByteFromHexstring(report, i + 1);
+        return true;
     });
 }

@@ -33,9 +33,12 @@ bool backwardCompatible()
     return mMain::Application().RegistrySettings().BackwardCompatibleUpload();
 }
 
-// Old firmware wants its program started and stopped again in the middle of a transfer.
-void restartProgram()
+// Old firmware wants its program started and stopped again in the middle of a transfer, when
+// the transfer reaches the block at restartAddress.
+void restartProgramAt(qint32 address, qint32 restartAddress)
 {
+    if (address != restartAddress || !backwardCompatible())
+        return;
     mCommSupportHex::GRIPStartProgram();
     mCommSupportHex::GRIPStopProgram();
 }
@@ -46,12 +49,15 @@ void advanceProgress()
     ui.setProgress(ui.progress() + 1);
 }
 
-// Runs one block exchange up to three times. The error record is cleared before each attempt
-// and read after it: a negative answer fails the attempt like an error does. Answers true on
-// success; otherwise failure holds "(number) message" of the last attempt.
+// Runs one block exchange up to three times, then advances the progress display. The error
+// record is cleared before each attempt and read after it: a negative answer fails the attempt
+// like an error does. The third failure raises the error number with the source, described by
+// failedText and "(number) message" of the last attempt.
 template <typename Exchange>
-bool attemptBlock(Exchange exchange, qint32 retryPauseMs, QString& failure)
+void transferBlock(Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, const QString& source,
+                   const QString& failedText)
 {
+    QString failure;
     for (qint32 attempt = 1; attempt <= kAttempts; ++attempt) {
         GripError().Clear();
         bool acknowledged = false;
@@ -69,13 +75,14 @@ bool attemptBlock(Exchange exchange, qint32 retryPauseMs, QString& failure)
             number = GripError().ErrorCode();
             message = GripError().Description();
         } else if (acknowledged) {
-            return true;
+            advanceProgress();
+            return;
         }
         failure = QStringLiteral("(%1) %2").arg(number).arg(message);
         if (attempt < kAttempts && retryPauseMs > 0)
             mCommBasic::DoWait(retryPauseMs);
     }
-    return false;
+    RaiseError(errorNumber, source, failedText + QLatin1Char(' ') + failure);
 }
 
 } // namespace
@@ -92,14 +99,11 @@ void DLFirmware(FirmwareFile& image)
         for (qint32 address = kFirstAddress; address < kEndAddress; address += kBlockSize) {
             proc.setName(QStringLiteral("DLFirmware - read PIC-memory [$") + mAppFunc::LZ(4, hexOf(address)) +
                          QLatin1Char(']'));
-            if (address == kReadRestartAddress && backwardCompatible())
-                restartProgram();
+            restartProgramAt(address, kReadRestartAddress);
             segment.setAddress(address);
             segment.setByteCount(static_cast<quint8>(kBlockSize));
-            QString failure;
-            if (!attemptBlock([&] { return segment.Download(); }, 0, failure))
-                RaiseError(mErrCodes::ERR_DL_FIRMWARE, QStringLiteral("DLFirmware"),
-                           mErrCodes::DownloadFailedText(address) + QLatin1Char(' ') + failure);
+            transferBlock([&] { return segment.Download(); }, 0, mErrCodes::ERR_DL_FIRMWARE, QStringLiteral("DLFirmware"),
+                          mErrCodes::DownloadFailedText(address));
             HexLine line;
             line.ByteCount = static_cast<quint8>(kBlockSize);
             line.AddrHi = segment.addrHi();
@@ -109,7 +113,6 @@ void DLFirmware(FirmwareFile& image)
                 line.Data.append(segment.Data(i));
             line.Checksum = segment.Checksum();
             lines.append(std::move(line));
-            advanceProgress();
         }
         image.Segments = std::move(lines);
     });
@@ -130,13 +133,9 @@ void ULFirmware(const FirmwareFile& image)
             for (qsizetype i = 0; i < line.Data.size(); ++i)
                 segment.setData(static_cast<qint32>(i + 1), line.Data.at(i));
             // The write restarts at 0xF50 where the read does at 0x200: both are intended.
-            if (address == kWriteRestartAddress && backwardCompatible())
-                restartProgram();
-            QString failure;
-            if (!attemptBlock([&] { return segment.Upload(); }, kWriteRetryPauseMs, failure))
-                RaiseError(mErrCodes::ERR_UL_FIRMWARE, QStringLiteral("ULFirmware"),
-                           mErrCodes::UploadFailedText(address) + QLatin1Char(' ') + failure);
-            advanceProgress();
+            restartProgramAt(address, kWriteRestartAddress);
+            transferBlock([&] { return segment.Upload(); }, kWriteRetryPauseMs, mErrCodes::ERR_UL_FIRMWARE,
+                          QStringLiteral("ULFirmware"), mErrCodes::UploadFailedText(address));
         }
     });
 }

@@ -8,6 +8,7 @@
 #include "shell/mMain.h"
 
 #include <exception>
+#include <optional>
 
 namespace mFirmwareWorkflows {
 namespace {
@@ -58,14 +59,34 @@ private:
     int m_exceptions;
 };
 
-FileDialogRequest firmwareDialog(const QString& title)
+// The file a workflow works on: the one given, else the one chosen in the firmware file dialog
+// (an open dialog for a write, a save dialog for a read). Nothing when the dialog is cancelled.
+std::optional<QString> firmwareFile(const QString& file, bool save)
 {
+    if (!file.isEmpty())
+        return file;
     FileDialogRequest request;
-    request.title = title;
+    request.title = save ? QStringLiteral("Save firmware file") : QStringLiteral("Open firmware file");
     request.filter = mFirmware::kFileFilter;
     request.filterIndex = mFirmware::kFileFilterIndex;
     request.overwritePrompt = true;
-    return request;
+    request.pathMustExist = true;
+    request.hideReadOnly = save;
+    const std::optional<QString> chosen = save ? mMain::UI().saveFileName(request) : mMain::UI().openFileName(request);
+    if (!chosen || chosen->isEmpty())
+        return std::nullopt;
+    return chosen;
+}
+
+// Puts the grip into its boot code unless it is there already; the steps are named after the
+// workflow ("UploadFirmware - Check bootmode", "... - stop program for upload").
+void stopProgramUnlessInBootCode(Procedure& proc, const QString& workflow, const QString& transfer)
+{
+    proc.setName(workflow + QStringLiteral(" - Check bootmode"));
+    if (!mCommSupportHex::GRIPIsBootmode()) {
+        proc.setName(workflow + QStringLiteral(" - stop program for ") + transfer);
+        mCommSupportHex::GRIPStopProgram();
+    }
 }
 
 bool confirmationsOn()
@@ -100,15 +121,10 @@ FirmwareResult UploadFirmware(const QString& file)
     return PassErrors(kModule, kRevision, QStringLiteral("UploadFirmware"), [&](Procedure& proc) {
         WaitPointerScope wait;
         cUserInterface& ui = mMain::UI();
-        QString path = file;
-        if (path.isEmpty()) {
-            FileDialogRequest request = firmwareDialog(QStringLiteral("Open firmware file"));
-            request.pathMustExist = true;
-            const std::optional<QString> chosen = ui.openFileName(request);
-            if (!chosen || chosen->isEmpty())
-                return FirmwareResult::Cancelled;
-            path = *chosen;
-        }
+        const std::optional<QString> chosen = firmwareFile(file, false);
+        if (!chosen)
+            return FirmwareResult::Cancelled;
+        const QString path = *chosen;
 
         const QString previousStep = ui.statusText(kStepPanel);
         ui.setStatusText(kStepPanel, kStatusLoading);
@@ -122,11 +138,7 @@ FirmwareResult UploadFirmware(const QString& file)
             ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
         } else {
             ui.setStatusText(kStepPanel, kStatusPreparing);
-            proc.setName(QStringLiteral("UploadFirmware - Check bootmode"));
-            if (!mCommSupportHex::GRIPIsBootmode()) {
-                proc.setName(QStringLiteral("UploadFirmware - stop program for upload"));
-                mCommSupportHex::GRIPStopProgram();
-            }
+            stopProgramUnlessInBootCode(proc, QStringLiteral("UploadFirmware"), QStringLiteral("upload"));
             ProgressScope progress;
             progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
             ui.setStatusText(kStepPanel, kStatusUploading);
@@ -171,22 +183,10 @@ FirmwareResult DownloadFirmware(const QString& file)
     return PassErrors(kModule, kRevision, QStringLiteral("mnuDLFirmware_Click"), [&](Procedure& proc) {
         {
             WaitPointerScope wait;
-            QString path = file;
-            if (path.isEmpty()) {
-                FileDialogRequest request = firmwareDialog(QStringLiteral("Save firmware file"));
-                request.pathMustExist = true;
-                request.hideReadOnly = true;
-                const std::optional<QString> chosen = mMain::UI().saveFileName(request);
-                if (!chosen || chosen->isEmpty())
-                    return FirmwareResult::Cancelled;
-                path = *chosen;
-            }
-
-            proc.setName(QStringLiteral("mnuDLFirmware_Click - Check bootmode"));
-            if (!mCommSupportHex::GRIPIsBootmode()) {
-                proc.setName(QStringLiteral("mnuDLFirmware_Click - stop program for download"));
-                mCommSupportHex::GRIPStopProgram();
-            }
+            const std::optional<QString> chosen = firmwareFile(file, true);
+            if (!chosen)
+                return FirmwareResult::Cancelled;
+            stopProgramUnlessInBootCode(proc, QStringLiteral("mnuDLFirmware_Click"), QStringLiteral("download"));
             FirmwareFile image;
             {
                 ProgressScope progress;
@@ -198,7 +198,7 @@ FirmwareResult DownloadFirmware(const QString& file)
             image.Boot = GunInfo().BootBuild();
             image.Protocol = GunInfo().ProtocolBuild();
             image.Hardware = GunInfo().HardwareBuild();
-            mFirmware::SaveFirmwareFile(path, image);
+            mFirmware::SaveFirmwareFile(*chosen, image);
             mCommSupportHex::GRIPStartProgram();
         }
         if (confirmationsOn())

@@ -128,6 +128,7 @@ private slots:
         mCommSupport::ULFirmware(image);
         // Every line in file order, the end record (without data) included.
         QCOMPARE(codes(link.port.frames), "13 " + Repeated(write, 241) + restart + ' ' + Repeated(write, 12));
+        QCOMPARE(link.ui.progressValues.size(), 253); // a step a line
 
         link.port.frames.clear();
         GripError().setErrorCode(cError::ChecksumError); // left over from an earlier request
