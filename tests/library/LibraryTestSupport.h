@@ -1,6 +1,6 @@
 #pragma once
 // Shared by the library's tests: a fresh library file made from the built template, a scripted
-// user, and a second connection that looks at the file directly, past the record classes.
+// user, a second connection that looks at the file past the record classes, and record helpers.
 #include "ScriptedUi.h"
 #include "library/cApplication.h"
 #include "library/mDatabase.h"
@@ -9,21 +9,15 @@
 #include <QDir>
 #include <QFile>
 #include <QSqlDatabase>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <memory>
 
 namespace LibraryTest {
 
 // The template the build made (CTest gives its folder).
-inline QString builtTemplate()
-{
-    const QString dir = qEnvironmentVariable("MARLO_TEMPLATE_DIR");
-    return dir.isEmpty() ? QString() : QDir(dir).filePath(QStringLiteral("instdbxx.tmp"));
-}
+inline QString builtTemplate() { return QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("instdbxx.tmp")); }
 
 inline QByteArray fileBytes(const QString& path)
 {
@@ -34,54 +28,79 @@ inline QByteArray fileBytes(const QString& path)
 inline void writeFile(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly | QIODevice::Truncate), qPrintable(path));
-    file.write(bytes);
+    QVERIFY2(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), qPrintable(path));
 }
 
-// The first error the scripted user was shown, for failure messages.
-inline QString firstError(const ScriptedUi& ui)
+// The row a library made elsewhere might hold: shot time 11, firing mode 3, dated 2003-04-05.
+inline QString templateRow(const QString& id, const QString& parent = QString())
 {
-    return ui.errors.isEmpty() ? QString() : ui.errors.first().Description();
+    return QStringLiteral("INSERT INTO ta_SetsTemplate VALUES ('%1', '%2', 'v', 11, 12, 13, 14, 15, 16, 3, 'row', "
+                          "'2003-04-05', 1, 0, 1, 0, 17, 18)").arg(id, parent);
+}
+
+// Every stored field: the whole numbers in the insert's order (shot, dwell, open, load, close,
+// game time, firing mode, alert one, alert two), then CTC like CTO, expert mode and the alerts.
+inline void fill(cSetsTemplate& r, const QList<qint32>& l, const QString& name, const QDateTime& date, const QList<bool>& b)
+{
+    using R = cSetsTemplate;
+    const QList<void (R::*)(qint32)> longs = {&R::setlShotTime, &R::setlDwellTime, &R::setlCycleTimeOpen, &R::setlLoadTime,
+                                              &R::setlCycleTimeClose, &R::setlGameTime, &R::setlFiringMode, &R::setlAlertOne, &R::setlAlertTwo};
+    const QList<void (R::*)(bool)> flags = {&R::setbCTCLikeCTO, &R::setbExpertMode, &R::setbAlertOne, &R::setbAlertTwo};
+    for (qsizetype i = 0; i < longs.size(); ++i)
+        (r.*longs[i])(l[i]);
+    for (qsizetype i = 0; i < flags.size(); ++i)
+        (r.*flags[i])(b[i]);
+    r.setsName(name);
+    r.setdtDate(date);
+}
+
+// The names of the members not marked deleted, in order.
+template <typename Collection>
+QStringList liveNames(const Collection& members)
+{
+    QStringList names;
+    for (const auto& member : members) {
+        if (!member->IsDeleted())
+            names.append(member->sName());
+    }
+    return names;
 }
 
 // Forgets the shared connection and the application object, so the next use starts afresh.
 inline void resetLibraryState()
 {
+    if (QSqlDatabase::contains(QStringLiteral("inspect")))
+        QSqlDatabase::removeDatabase(QStringLiteral("inspect"));
     mDatabase::DisconnectDB();
     mMain::ReleaseApplication();
-    mDatabase::SetPathOverride(QString());
 }
 
-// A library file of its own for one test, the scripted user, and a clean slate on both ends.
+// A library file of its own for one test and the scripted user.
 class Fixture {
 public:
     Fixture()
     {
         resetLibraryState();
         mMain::SetUserInterface(&ui);
-        path = dir.filePath(QStringLiteral("Marlo.mdb"));
-        const QString source = builtTemplate();
-        ok = !source.isEmpty() && QFile::copy(source, path);
+        ok = QFile::copy(builtTemplate(), path);
         QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner);
         mDatabase::SetPathOverride(path);
     }
     ~Fixture()
     {
-        closeInspector();
         resetLibraryState();
+        mDatabase::SetPathOverride(QString());
         mMain::SetUserInterface(nullptr);
     }
-    Fixture(const Fixture&) = delete;
-    Fixture& operator=(const Fixture&) = delete;
 
     // Reopens the library as the program would at its next start.
-    void restart()
+    void restart() { resetLibraryState(); }
+    cColSetsTemplate& library() { return mMain::Application().colSetsTemplate(); }
+    void save()
     {
-        closeInspector();
-        mDatabase::DisconnectDB();
-        mMain::ReleaseApplication();
+        QSqlDatabase connection;
+        library().Save(connection);
     }
-
     // A separate connection on the same file, for looking at the rows themselves.
     QSqlDatabase inspector()
     {
@@ -92,41 +111,23 @@ public:
         }
         return QSqlDatabase::database(QStringLiteral("inspect"));
     }
-    void closeInspector()
-    {
-        if (QSqlDatabase::contains(QStringLiteral("inspect"))) {
-            QSqlDatabase::database(QStringLiteral("inspect"), false).close();
-            QSqlDatabase::removeDatabase(QStringLiteral("inspect"));
-        }
-    }
-    qint64 count(const QString& sql, const QVariantList& bindings = {})
-    {
-        QSqlQuery query(inspector());
-        query.prepare(sql);
-        for (const QVariant& value : bindings)
-            query.addBindValue(value);
-        if (!query.exec() || !query.next())
-            return -1;
-        return query.value(0).toLongLong();
-    }
-    // The first row of a query as a record (empty when there is none).
+    bool exec(const QString& sql) { return QSqlQuery(inspector()).exec(sql); }
+    // The first row of a query (empty when there is none), or its first value as a number.
     QSqlRecord row(const QString& sql)
     {
         QSqlQuery query(inspector());
-        if (!query.exec(sql) || !query.next())
-            return QSqlRecord();
-        return query.record();
+        return query.exec(sql) && query.next() ? query.record() : QSqlRecord();
     }
-    bool exec(const QString& sql)
-    {
-        QSqlQuery query(inspector());
-        return query.exec(sql);
-    }
+    qint64 count(const QString& sql) { const QVariant v = row(sql).value(0); return v.isValid() ? v.toLongLong() : -1; }
+    QString firstError() const { return ui.errors.isEmpty() ? QString() : ui.errors.first().Description(); }
 
     QTemporaryDir dir;
-    QString path;
+    QString path = dir.filePath(QStringLiteral("Marlo.mdb"));
     bool ok = false;
     ScriptedUi ui;
 };
 
 } // namespace LibraryTest
+
+// A library file of its own for the rest of the test function, named f.
+#define LIBRARY_FIXTURE(f) LibraryTest::Fixture f; QVERIFY2(f.ok, "the built template instdbxx.tmp is missing")

@@ -1,27 +1,17 @@
-// Any text goes into the library and comes back exactly, and no statement reaches a row other
-// than its own, whatever a library made elsewhere holds in its keys.
+// The statements the records write, whole, in the Jet dialect; the rules of their translation
+// into SQLite's; any text stored and loaded exactly; and no statement reaching a row other than
+// its own, whatever a library made elsewhere holds in its keys.
 #include "LibraryTestSupport.h"
 
-#include "library/cColSetsTemplate.h"
-#include "library/cSetsTemplate.h"
-#include "library/mGUIDTools.h"
+#include "link/MarloError.h"
 
 #include <QtTest>
 
-using LibraryTest::Fixture;
-
 namespace {
 
-const QString kNeighbour = QStringLiteral("{00000000-0000-0000-0000-000000000001}");
-
-void addNeighbour(Fixture& f)
-{
-    QVERIFY(f.exec(QStringLiteral(
-        "INSERT INTO ta_SetsTemplate VALUES ('%1', '', '%1', 1, 2, 3, 4, 5, 6, 7, 'neighbour', '2001-08-01', 0, 0, 0, 0, 1, 1)")
-                       .arg(kNeighbour)));
-    QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('{00000000-0000-0000-0000-0000000000AA}', '%1', 'v', 'n', 'neighbour value')")
-                       .arg(kNeighbour)));
-}
+const QString kId = QStringLiteral("{11111111-2222-3333-4444-555555555555}");
+const QString kVersion = QStringLiteral("{AAAAAAAA-BBBB-CCCC-DDDD-EEEEEEEEEEEE}");
+const QString kParent = QStringLiteral("{99999999-8888-7777-6666-000000000000}");
 
 } // namespace
 
@@ -29,216 +19,136 @@ class tst_libraryDialect : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void textRoundTrip_data();
-    void textRoundTrip();
-    void hostileIds_data();
-    void hostileIds();
-    void hostileIdsLoadedFromFile_data();
-    void hostileIdsLoadedFromFile();
-    void storedForms();
-};
-
-void tst_libraryDialect::initTestCase()
-{
-    QVERIFY2(QFile::exists(LibraryTest::builtTemplate()), "the built template instdbxx.tmp is missing (MARLO_TEMPLATE_DIR)");
-}
-
-void tst_libraryDialect::textRoundTrip_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("double quote") << QStringLiteral("12\" barrel");
-    QTest::newRow("only double quotes") << QStringLiteral("\"\"\"");
-    QTest::newRow("single quote") << QStringLiteral("it's");
-    QTest::newRow("both quotes") << QStringLiteral("'\"'\"");
-    QTest::newRow("hash date") << QStringLiteral("#08-01-2001#");
-    QTest::newRow("lone hash") << QStringLiteral("#");
-    QTest::newRow("star") << QStringLiteral("DELETE * FROM ta_SetsTemplate");
-    QTest::newRow("keywords") << QStringLiteral("True False true NULL");
-    QTest::newRow("column names") << QStringLiteral("sName = \"x\", lShotTime = 5 WHERE ID = '1'");
-    QTest::newRow("injection") << QStringLiteral("\"; DELETE FROM ta_UserVar; --");
-    QTest::newRow("comment marks") << QStringLiteral("-- /* */");
-    QTest::newRow("backslashes") << QStringLiteral("C:\\paint\\\\lot\\");
-    QTest::newRow("non-Latin") << QStringLiteral("Ölfarbe, 東京, Ελλάδα, עברית, 🎯");
-    QTest::newRow("line breaks and tabs") << QStringLiteral("a\r\nb\tc\n");
-    QTest::newRow("NUL inside") << QStringLiteral("a") + QChar(0) + QStringLiteral("b");
-    QTest::newRow("blanks kept") << QStringLiteral("  padded  ");
-    QTest::newRow("long") << QString(5000, QLatin1Char('"'));
-}
-
-void tst_libraryDialect::textRoundTrip()
-{
-    QFETCH(QString, text);
-    Fixture f;
-    QVERIFY(f.ok);
-    QString id;
+    void statements_data()
     {
-        cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-        auto record = library.Add();
+        QTest::addColumn<QString>("statement");
+        QTest::addColumn<QString>("expected");
+        const QString insert = QStringLiteral(
+            "INSERT INTO ta_SetsTemplate (  ID, ParentID, Version, lShotTime, lDwellTime, lCycleTimeOpen, lLoadTime, "
+            "lCycleTimeClose, lGameTime, lFiringMode, sName, dtDate, bCTCLikeCTO, bExpertMode, bAlertOne, bAlertTwo, "
+            "lAlertOne, lAlertTwo) VALUES (  '%1', '', '%2', ").arg(kId, kVersion);
+        cSetsTemplate r;
+        r.setID(kId);
+        r.setVersion(kVersion);
+        // The worked example: empty name, 1 August 2001, all zero but the game time and the alerts.
+        LibraryTest::fill(r, {0, 0, 0, 0, 0, 10, 0, 1, 1}, QString(), QDateTime(QDate(2001, 8, 1), QTime(17, 45)), {false, false, false, false});
+        QTest::newRow("insert, worked example") << r.InsertStatement() << insert + QStringLiteral(
+            "0 , 0 , 0 , 0 , 0 , 10 , 0 , \"\" , #08-01-2001# , False , False , False , False , 1 , 1 );");
+        r.setParentID(kParent);
+        LibraryTest::fill(r, {1, 2, 3, 4, 5, 6, -7, 8, INT32_MIN}, QStringLiteral("say \"hi\""), QDateTime(QDate(2024, 2, 29), QTime()), {true, false, false, true});
+        // The version identifier is never part of an update.
+        QTest::newRow("update") << r.UpdateStatement() << QStringLiteral(
+            "UPDATE ta_SetsTemplate SET   ParentID = '%1' , lShotTime = 1 , lDwellTime = 2 , lCycleTimeOpen = 3 , lLoadTime = 4 , "
+            "lCycleTimeClose = 5 , lGameTime = 6 , lFiringMode = -7 , sName = \"say \"\"hi\"\"\" , dtDate = #02-29-2024# , "
+            "bCTCLikeCTO = True , bExpertMode = False , bAlertOne = False , bAlertTwo = True , lAlertOne = 8 , lAlertTwo = -2147483648 "
+            "WHERE ID = '%2';").arg(kParent, kId);
+        QTest::newRow("select") << r.SelectStatement() << QStringLiteral("SELECT * FROM ta_SetsTemplate WHERE ID = '%1';").arg(kId);
+        QTest::newRow("delete") << r.DeleteStatement() << QStringLiteral("DELETE * FROM ta_SetsTemplate WHERE ID = '%1';").arg(kId);
+        cUserVar variable;
+        variable.setID(kId);
+        variable.setParentID(kParent);
+        variable.setVersion(kVersion);
+        variable.setsName(QStringLiteral("Barrel"));
+        variable.setsValue(QStringLiteral("14\""));
+        QTest::newRow("variable insert") << variable.InsertStatement() << QStringLiteral(
+            "INSERT INTO ta_UserVar (  ID, ParentID, Version, sName, sValue) VALUES (  '%1', '%2', '%3', \"Barrel\" , \"14\"\"\" );")
+            .arg(kId, kParent, kVersion);
+        QTest::newRow("variable update") << variable.UpdateStatement() << QStringLiteral(
+            "UPDATE ta_UserVar SET   ParentID = '%1' , sName = \"Barrel\" , sValue = \"14\"\"\" WHERE ID = '%2';").arg(kParent, kId);
+        QTest::newRow("variable delete") << variable.DeleteStatement() << QStringLiteral("DELETE * FROM ta_UserVar WHERE ID = '%1';").arg(kId);
+        cColUserVar vars;
+        vars.setParentID(QStringLiteral("x"));
+        QTest::newRow("load a parent's variables") << vars.LoadStatement() << QStringLiteral("SELECT * FROM ta_UserVar WHERE ParentID = 'x'");
+    }
+    void statements()
+    {
+        QFETCH(QString, statement);
+        QFETCH(QString, expected);
+        QCOMPARE(statement, expected);
+    }
+
+    // Whatever made the text, a second statement, a comment or an open literal is refused.
+    void translationRefuses()
+    {
+        for (const char* jet : {"ID = 'x'; DROP TABLE ta_UserVar;", "SELECT 1 -- rest", "SELECT /* x */ 1", "ID = 'abc", "d = #02-30-2001#"})
+            QVERIFY_THROWS_EXCEPTION(MarloError, mDatabase::TranslateJetSql(QString::fromUtf8(jet)));
+    }
+
+    void textRoundTrip_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("empty") << QString();
+        QTest::newRow("quotes") << QStringLiteral("12\" barrel, it's '\"'\"\"");
+        QTest::newRow("Jet syntax") << QStringLiteral("#08-01-2001# # DELETE * FROM True False NULL sName = \"x\" WHERE ID = '1'");
+        QTest::newRow("injection, comments") << QStringLiteral("\"; DELETE FROM ta_UserVar; -- /* */");
+        QTest::newRow("backslashes, non-Latin") << QStringLiteral("C:\\paint\\\\lot\\ Ölfarbe, 東京, Ελλάδα, עברית, 🎯");
+        QTest::newRow("blanks, control characters") << QStringLiteral("  a\r\nb\tc\n") + QChar(0) + QStringLiteral("d  ");
+        QTest::newRow("long") << QString(5000, QLatin1Char('"'));
+    }
+    // As a setting's name, a variable's name and a variable's value: stored and loaded exactly.
+    void textRoundTrip()
+    {
+        QFETCH(QString, text);
+        LIBRARY_FIXTURE(f);
+        auto record = f.library().Add();
         record->setsName(text);
+        record->colUserVar().Clear();
         record->AddUserVar(text, text);
-        record->AddUserVar(QStringLiteral("plain"), text);
-        id = record->ID();
+        f.save();
+        QCOMPARE(f.row(QStringLiteral("SELECT sName FROM ta_SetsTemplate")).value(0).toString(), text);
+        f.restart();
+        record = f.library().Item(record->ID());
+        QVERIFY(record && record->colUserVar().Count() == 1);
+        const auto variable = record->colUserVar().Item(1);
+        QCOMPARE((QStringList{record->sName(), variable->sName(), variable->sValue()}), QStringList(3, text));
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+    }
+
+    void hostileIds_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
+        QTest::newRow("second statement") << QStringLiteral("x'; DELETE FROM ta_SetsTemplate; --");
+        QTest::newRow("doubled, double") << QStringLiteral("a''b\"x\" OR \"1\"=\"1\"");
+        QTest::newRow("Jet words, backslash") << QStringLiteral("#01-01-2001# True * x\\' OR 1=1 OR '");
+        QTest::newRow("empty") << QString();
+    }
+    // A record whose key is hostile is written, loaded again, changed, read and deleted; the
+    // neighbour's rows are never touched.
+    void hostileIds()
+    {
+        QFETCH(QString, id);
+        LIBRARY_FIXTURE(f);
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("{N}"))));
+        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('{NV}', '{N}', 'v', 'n', 'neighbour value')")));
+        auto record = std::make_shared<cSetsTemplate>();
+        record->colUserVar().Clear();
+        record->setID(id);
+        record->AddUserVar(QStringLiteral("a"), QStringLiteral("1"));
+        QVERIFY(f.library().AddByObject(record));
+        f.save();
+        f.restart();
+        record = f.library().Item(id);
+        QVERIFY(record);
+        // Its own variables only: an empty key owns none (it would otherwise gather every variable).
+        QCOMPARE(record->colUserVar().Count(), id.isEmpty() ? 0 : 1);
+        QCOMPARE(f.library().Item(QStringLiteral("{N}"))->colUserVar().Count(), 1);
+        record->setlShotTime(99);
+        if (!id.isEmpty())
+            record->colUserVar().Item(1)->setsValue(QStringLiteral("16"));
+        f.save();
         QSqlDatabase connection;
-        library.Save(connection);
+        record->setlShotTime(1);
+        record->Read(connection);
+        QCOMPARE(record->lShotTime(), 99);
+        record->setIsDeleted(true);
+        f.save();
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
+        QCOMPARE(f.count(QStringLiteral("SELECT lShotTime FROM ta_SetsTemplate WHERE ID = '{N}'")), 11);
+        QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ID = '{NV}'")).value(0).toString(), QStringLiteral("neighbour value"));
     }
-    QVERIFY2(f.ui.errors.isEmpty(), qPrintable(LibraryTest::firstError(f.ui)));
-    // Stored exactly: as the database itself holds it.
-    QCOMPARE(f.row(QStringLiteral("SELECT sName FROM ta_SetsTemplate WHERE ID = '%1'").arg(id)).value(0).toString(), text);
-
-    f.restart();
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    QCOMPARE(library.Count(), 1);
-    auto record = library.Item(id);
-    QVERIFY(record);
-    QCOMPARE(record->sName(), text);
-    QCOMPARE(record->colUserVar().Count(), 9);
-    bool found = false;
-    for (const auto& variable : record->colUserVar()) {
-        if (variable->sName() == QLatin1String("plain")) {
-            QCOMPARE(variable->sValue(), text);
-            found = true;
-        }
-    }
-    QVERIFY(found);
-    QVERIFY(!record->IsDirty());
-    QVERIFY(f.ui.errors.isEmpty());
-}
-
-void tst_libraryDialect::hostileIds_data()
-{
-    QTest::addColumn<QString>("id");
-    QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
-    QTest::newRow("second statement") << QStringLiteral("x'; DELETE FROM ta_SetsTemplate; --");
-    QTest::newRow("doubled already") << QStringLiteral("a''b");
-    QTest::newRow("only a quote") << QStringLiteral("'");
-    QTest::newRow("double quotes") << QStringLiteral("\"x\" OR \"1\"=\"1\"");
-    QTest::newRow("date and words") << QStringLiteral("#01-01-2001# True *");
-    QTest::newRow("lower-case GUID") << QStringLiteral("{00000000-0000-0000-0000-000000000001}").toLower() + QStringLiteral("x");
-    QTest::newRow("backslash") << QStringLiteral("x\\' OR 1=1 OR '");
-}
-
-// A record whose key is hostile is written, changed, read and deleted; the neighbour's rows are
-// never touched.
-void tst_libraryDialect::hostileIds()
-{
-    QFETCH(QString, id);
-    Fixture f;
-    QVERIFY(f.ok);
-    addNeighbour(f);
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    QCOMPARE(library.Count(), 1);
-
-    auto record = std::make_shared<cSetsTemplate>();
-    record->colUserVar().Clear();
-    record->setID(id);
-    record->setsName(QStringLiteral("hostile"));
-    record->AddUserVar(QStringLiteral("a"), QStringLiteral("1"));
-    record->AddUserVar(QStringLiteral("b"), QStringLiteral("2"));
-    library.AddByObject(record);
-    QSqlDatabase connection;
-    library.Save(connection);
-    QVERIFY2(f.ui.errors.isEmpty(), qPrintable(LibraryTest::firstError(f.ui)));
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 2);
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar WHERE ParentID = ?"), {id}), 2);
-
-    record->setlShotTime(99);
-    record->setsName(QStringLiteral("changed"));
-    library.Save(connection);
-    record->Read(connection);
-    QCOMPARE(record->lShotTime(), 99);
-    QCOMPARE(record->ID(), id);
-
-    record->setIsDeleted(true);
-    library.Save(connection);
-    QVERIFY(f.ui.errors.isEmpty());
-    QCOMPARE(library.Count(), 1);
-
-    // The neighbour is exactly as it was.
-    const QSqlRecord row = f.row(QStringLiteral("SELECT * FROM ta_SetsTemplate"));
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
-    QCOMPARE(row.value(QStringLiteral("ID")).toString(), kNeighbour);
-    QCOMPARE(row.value(QStringLiteral("sName")).toString(), QStringLiteral("neighbour"));
-    QCOMPARE(row.value(QStringLiteral("lShotTime")).toInt(), 1);
-    QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ParentID = '%1'").arg(kNeighbour)).value(0).toString(),
-             QStringLiteral("neighbour value"));
-}
-
-void tst_libraryDialect::hostileIdsLoadedFromFile_data()
-{
-    hostileIds_data();
-    QTest::newRow("empty key") << QStringLiteral("");
-}
-
-// Rows with hostile keys, put there by another program: loaded, updated and deleted one by one.
-void tst_libraryDialect::hostileIdsLoadedFromFile()
-{
-    QFETCH(QString, id);
-    Fixture f;
-    QVERIFY(f.ok);
-    addNeighbour(f);
-    QSqlQuery insert(f.inspector());
-    insert.prepare(QStringLiteral("INSERT INTO ta_SetsTemplate VALUES (?, '', 'v', 0, 0, 0, 0, 0, 10, 0, 'foreign', '2002-03-04', 0, 0, 0, 0, 1, 1)"));
-    insert.addBindValue(id);
-    QVERIFY(insert.exec());
-    insert.prepare(QStringLiteral("INSERT INTO ta_UserVar VALUES (?, ?, 'v', 'Barrel', '14')"));
-    insert.addBindValue(id + QStringLiteral("-var"));
-    insert.addBindValue(id);
-    QVERIFY(insert.exec());
-    insert = QSqlQuery();
-
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    QVERIFY2(f.ui.errors.isEmpty(), qPrintable(LibraryTest::firstError(f.ui)));
-    QCOMPARE(library.Count(), 2);
-    auto record = library.Item(id);
-    QVERIFY(record);
-    QCOMPARE(record->sName(), QStringLiteral("foreign"));
-    // Its own variable only (an empty key owns none: it would otherwise gather every variable).
-    QCOMPARE(record->colUserVar().Count(), id.isEmpty() ? 0 : 1);
-    QCOMPARE(library.Item(kNeighbour)->colUserVar().Count(), 1);
-
-    if (!id.isEmpty()) {
-        record->colUserVar().Item(1)->setsValue(QStringLiteral("16"));
-    }
-    record->setlLoadTime(44);
-    QSqlDatabase connection;
-    library.Save(connection);
-    QVERIFY(f.ui.errors.isEmpty());
-    record->setIsDeleted(true);
-    library.Save(connection);
-    QVERIFY(f.ui.errors.isEmpty());
-
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
-    const QSqlRecord neighbour = f.row(QStringLiteral("SELECT * FROM ta_SetsTemplate"));
-    QCOMPARE(neighbour.value(QStringLiteral("ID")).toString(), kNeighbour);
-    QCOMPARE(neighbour.value(QStringLiteral("lLoadTime")).toInt(), 4);
-    QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ParentID = '%1'").arg(kNeighbour)).value(0).toString(),
-             QStringLiteral("neighbour value"));
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar")), 2);
-}
-
-// Dates as ISO dates, yes/no as 0/1, through the record classes.
-void tst_libraryDialect::storedForms()
-{
-    Fixture f;
-    QVERIFY(f.ok);
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    auto record = library.Add();
-    record->setdtDate(QDateTime(QDate(2001, 8, 1), QTime(23, 59, 59)));
-    record->setbExpertMode(true);
-    record->setbAlertTwo(true);
-    QSqlDatabase connection;
-    library.Save(connection);
-    const QSqlRecord row = f.row(QStringLiteral("SELECT dtDate, typeof(dtDate), bExpertMode, bAlertOne, bAlertTwo, typeof(bExpertMode) FROM ta_SetsTemplate"));
-    QCOMPARE(row.value(0).toString(), QStringLiteral("2001-08-01"));
-    QCOMPARE(row.value(1).toString(), QStringLiteral("text"));
-    QCOMPARE(row.value(2).toInt(), 1);
-    QCOMPARE(row.value(3).toInt(), 0);
-    QCOMPARE(row.value(4).toInt(), 1);
-    QCOMPARE(row.value(5).toString(), QStringLiteral("integer"));
-    QVERIFY(mGUIDTools::IsGUIDString(record->ID()));
-}
+};
 
 QTEST_GUILESS_MAIN(tst_libraryDialect)
 #include "tst_libraryDialect.moc"

@@ -3,10 +3,8 @@
 // is intact, with its user variables.
 #include "LibraryTestSupport.h"
 
-#include "library/cColSetsTemplate.h"
-
 #include <QCoreApplication>
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 #include <QProcess>
 #include <QThread>
 #include <QtTest>
@@ -16,7 +14,6 @@ namespace {
 
 constexpr int kRecords = 1000;
 
-QString nameOf(int n) { return QStringLiteral("Record %1").arg(n, 4, 10, QLatin1Char('0')); }
 QString valueOf(int n, int v) { return QStringLiteral("value %1/%2 \"quoted\"").arg(n).arg(v); }
 
 // The child: one library save of kRecords new settings, each with its seven variables filled.
@@ -24,26 +21,17 @@ int saveChild(const QString& path)
 {
     mDatabase::SetPathOverride(path);
     cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    if (!mMain::ConnectDB().isOpen())
-        return 2;
     for (int n = 0; n < kRecords; ++n) {
         auto r = library.Add();
-        r->setsName(nameOf(n));
-        r->setlShotTime(n % 20 + 1);
-        r->setlLoadTime(n);
-        r->setlGameTime(n * 3);
-        r->setbExpertMode(n % 2 == 1);
-        r->setdtDate(QDateTime(QDate(2001, 8, 1).addDays(n), QTime(12, 0)));
-        int v = 0;
-        for (const auto& variable : r->colUserVar())
-            variable->setsValue(valueOf(n, v++));
+        LibraryTest::fill(*r, {n % 20 + 1, 10, 30, n, 28, n * 3, 0, 1, 1}, QString::number(n),
+                          QDateTime(QDate(2001, 8, 1).addDays(n), QTime(12, 0)), {false, n % 2 == 1, false, false});
+        for (int v = 1; v <= 7; ++v)
+            r->colUserVar().Item(v)->setsValue(valueOf(n, v));
     }
     std::puts("ready");
     std::fflush(stdout);
     QSqlDatabase connection;
     library.Save(connection);
-    std::puts("done");
-    std::fflush(stdout);
     return 0;
 }
 
@@ -53,81 +41,43 @@ class tst_librarySaveKilled : public QObject {
     Q_OBJECT
 
 private slots:
-    void killedHalfway();
+    void killedHalfway()
+    {
+        LIBRARY_FIXTURE(f);
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--save-child"), f.path});
+        QVERIFY(child.waitForReadyRead(60000) && child.readLine().trimmed() == "ready");
+        // Kill it once a good part, but not all, of the library is written.
+        qint64 seen = 0;
+        for (QDeadlineTimer limit(120000); seen < 200 && child.state() == QProcess::Running && !limit.hasExpired(); QThread::msleep(1))
+            seen = f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate"));
+        child.kill();
+        QVERIFY(child.waitForFinished(10000) && child.exitStatus() == QProcess::CrashExit);
+        QVERIFY2(seen >= 200 && seen < kRecords, qPrintable(QStringLiteral("settings written before the kill: %1").arg(seen)));
+
+        // The file is still a library, undamaged.
+        QCOMPARE(f.row(QStringLiteral("PRAGMA integrity_check")).value(0).toString(), QStringLiteral("ok"));
+        f.restart();
+        QCOMPARE(mDatabase::LibraryFileProblem(f.path), QString());
+        const qint32 count = f.library().Count();
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+        QVERIFY(count >= seen && count < kRecords);
+        // Saved in collection order: exactly the first settings are there, each complete. The last
+        // one may have been killed between its variables.
+        for (int n = 0; n < count; ++n) {
+            const auto r = f.library().Item(n + 1);
+            QCOMPARE((QStringList{r->sName(), r->dtDate().date().toString(Qt::ISODate)}),
+                     (QStringList{QString::number(n), QDate(2001, 8, 1).addDays(n).toString(Qt::ISODate)}));
+            QCOMPARE((QList<qint32>{r->lShotTime(), r->lLoadTime(), r->lGameTime(), r->bExpertMode()}), (QList<qint32>{n % 20 + 1, n, n * 3, n % 2}));
+            const qint32 vars = r->colUserVar().Count();
+            QVERIFY(vars == 7 || (n == count - 1 && vars < 7));
+            for (int v = 1; v <= vars; ++v)
+                QCOMPARE(r->colUserVar().Item(v)->sValue(), valueOf(n, v));
+        }
+        // Nothing of the settings after the kill.
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar WHERE sValue LIKE 'value %1/%'").arg(count)), 0);
+    }
 };
-
-void tst_librarySaveKilled::killedHalfway()
-{
-    QVERIFY2(QFile::exists(LibraryTest::builtTemplate()), "the built template instdbxx.tmp is missing (MARLO_TEMPLATE_DIR)");
-    LibraryTest::Fixture f;
-    QVERIFY(f.ok);
-
-    QProcess child;
-    child.setProgram(QCoreApplication::applicationFilePath());
-    child.setArguments({QStringLiteral("--save-child"), f.path});
-    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start();
-    QVERIFY(child.waitForStarted());
-    QElapsedTimer clock;
-    clock.start();
-    while (!child.canReadLine() && clock.elapsed() < 60000)
-        child.waitForReadyRead(100);
-    QCOMPARE(child.readLine().trimmed(), QByteArray("ready"));
-
-    // Kill it once a good part, but not all, of the library is written.
-    qint64 seen = 0;
-    while (clock.elapsed() < 120000 && child.state() == QProcess::Running) {
-        seen = f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate"));
-        if (seen >= 200)
-            break;
-        QThread::msleep(1);
-    }
-    child.kill();
-    QVERIFY(child.waitForFinished(10000));
-    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
-    QVERIFY2(seen >= 200 && seen < kRecords, qPrintable(QStringLiteral("settings written before the kill: %1").arg(seen)));
-    f.closeInspector();
-
-    // The file is still a library, undamaged.
-    QCOMPARE(mDatabase::LibraryFileProblem(f.path), QString());
-    QCOMPARE(f.row(QStringLiteral("PRAGMA integrity_check")).value(0).toString(), QStringLiteral("ok"));
-    f.closeInspector();
-
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-    QVERIFY2(f.ui.errors.isEmpty(), qPrintable(LibraryTest::firstError(f.ui)));
-    QVERIFY(library.Count() >= seen);
-    QVERIFY(library.Count() < kRecords);
-    // Saved in collection order: exactly the first settings are there, each complete. The last
-    // one may have been killed between its variables.
-    const qint32 count = library.Count();
-    for (int n = 0; n < count; ++n) {
-        auto r = library.Item(n + 1);
-        QVERIFY(r);
-        QCOMPARE(r->sName(), nameOf(n));
-        QCOMPARE(r->lShotTime(), n % 20 + 1);
-        QCOMPARE(r->lLoadTime(), n);
-        QCOMPARE(r->lGameTime(), n * 3);
-        QCOMPARE(r->bExpertMode(), n % 2 == 1);
-        QCOMPARE(r->dtDate().date(), QDate(2001, 8, 1).addDays(n));
-        const qint32 vars = r->colUserVar().Count();
-        if (n < count - 1)
-            QCOMPARE(vars, 7);
-        else
-            QVERIFY(vars <= 7);
-        for (int v = 0; v < vars; ++v)
-            QCOMPARE(r->colUserVar().Item(v + 1)->sValue(), valueOf(n, v));
-    }
-    // Nothing of the records after the kill.
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar WHERE sValue LIKE ?"),
-                     {QStringLiteral("value %1/%").arg(count)}), 0);
-
-    // And it takes the rest of the work: a new save adds to it.
-    library.Add()->setsName(QStringLiteral("after the crash"));
-    QSqlDatabase connection;
-    library.Save(connection);
-    QVERIFY(f.ui.errors.isEmpty());
-    QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), count + 1);
-}
 
 int main(int argc, char* argv[])
 {
