@@ -93,7 +93,7 @@ void CliUserInterface::showMessage(const QString& text, const QString& title, Ms
     stream.flush();
 }
 
-bool CliUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon)
+bool CliUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon, bool)
 {
     m_err << title << ": " << plain(text) << "\n(marlo-cli does not ask: the answer taken is No)\n";
     m_err.flush();

@@ -23,7 +23,7 @@ public:
     QString statusText(int panel) const override { return m_panels.value(panel); }
     void setStatusText(int panel, const QString& text) override;
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
-    bool askYesNo(const QString& text, const QString& title, MsgIcon icon) override;
+    bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
     std::optional<QString> openFileName(const FileDialogRequest& request) override;
     std::optional<QString> saveFileName(const FileDialogRequest& request) override;

@@ -32,9 +32,9 @@ public:
     {
         m_inner.showMessage(text, title, icon);
     }
-    bool askYesNo(const QString& text, const QString& title, MsgIcon icon) override
+    bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override
     {
-        return m_inner.askYesNo(text, title, icon);
+        return m_inner.askYesNo(text, title, icon, defaultNo);
     }
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override
     {

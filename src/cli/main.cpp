@@ -1,14 +1,14 @@
 // marlo-cli: the command-line front end of Marlo, for scripts and headless use.
 #include "cli/CliContext.h"
 #include "cli/CliUserInterface.h"
-#include "cli/SimDevice.h"
 #include "cli/StderrConsole.h"
 
 #include "library/cApplication.h"
 #include "link/MarloError.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
+#include "link/mLinkHelp.h"
+#include "sim/SimDevice.h"
 #include "shell/mMain.h"
 
 #include <QCommandLineParser>
@@ -52,26 +52,6 @@ int dispatch(CliContext& ctx, const QString& command)
     throw CliUsageError(QStringLiteral("unknown command '%1'").arg(command));
 }
 
-// The help text that goes with an error the link could explain.
-void printLinkHelp(QTextStream& err)
-{
-    switch (mCommBasic::LastOutcome()) {
-    case mCommBasic::Outcome::PortFailed:
-        err << "The port could not be opened: " << mCommBasic::LastOpenError() << '\n';
-        if (mCommBasic::LastOpenError().contains(QLatin1String("in use")))
-            err << mErrCodes::HELP_PORT_IN_USE.join(QLatin1Char('\n')) << '\n';
-        break;
-    case mCommBasic::Outcome::Timeout:
-        err << mErrCodes::HELP_TIMEOUT.join(QLatin1Char('\n')) << '\n';
-        break;
-    case mCommBasic::Outcome::BadChecksum:
-        err << mErrCodes::HELP_CHECKSUM.join(QLatin1Char('\n')) << '\n';
-        break;
-    default:
-        break;
-    }
-}
-
 int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
 {
     try {
@@ -83,10 +63,9 @@ int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
         return ExitUsage;
     } catch (const MarloError& e) {
         *ctx.err << CliUserInterface::ErrorLine(e) << '\n';
-        if (e.Number() == mErrCodes::RT_PORT_OPEN_FAILED)
-            *ctx.err << mErrCodes::HELP_PORT_IN_USE.join(QLatin1Char('\n')) << '\n';
-        else
-            printLinkHelp(*ctx.err);
+        const QStringList help = mLinkHelp::WhatToDo(e);
+        if (!help.isEmpty())
+            *ctx.err << help.join(QLatin1Char('\n')) << '\n';
         return ExitError;
     } catch (const std::exception& e) {
         *ctx.err << "error: " << e.what() << '\n';
@@ -136,7 +115,7 @@ int main(int argc, char* argv[])
     mMain::SetUserInterface(&ui);
     mMain::CheckErrorComponent();
     mCommBasic::SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
-    SimDevice::InstallResolver();
+    cSerialPort::SetDeviceResolver(SimDevice::Resolve);
     cSerialPort port;
     mCommBasic::objComm = &port;
 

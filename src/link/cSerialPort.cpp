@@ -41,7 +41,12 @@ QString cSerialPort::devicePath() const
         if (!resolver())
             RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
                        QStringLiteral("The virtual grip (%1) is not available in this program.").arg(device()));
-        return resolver()(device());
+        QString problem;
+        const QString path = resolver()(device(), &problem);
+        if (path.isEmpty())
+            RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
+                       QStringLiteral("The virtual grip cannot start: %1").arg(problem));
+        return path;
     }
     return device();
 }

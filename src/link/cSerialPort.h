@@ -9,8 +9,9 @@
 
 class cSerialPort : public cCommControl {
 public:
-    // Turns a device text such as "sim:firmware=1.1.70" into a device path; may raise an error.
-    using DeviceResolver = std::function<QString(const QString& device)>;
+    // Turns a device text such as "sim:firmware=1.1.70" into a device path; an empty path, with
+    // the reason in *error, when it cannot.
+    using DeviceResolver = std::function<QString(const QString& device, QString* error)>;
     static void SetDeviceResolver(DeviceResolver resolver);
 
     cSerialPort();

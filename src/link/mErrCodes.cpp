@@ -25,6 +25,7 @@ QString RuntimeErrorText(qint32 number)
     case RT_OVERFLOW: return QStringLiteral("Overflow");
     case RT_SUBSCRIPT: return QStringLiteral("Subscript out of range");
     case RT_TYPE_MISMATCH: return QStringLiteral("Type mismatch");
+    case RT_OBJECT_NOT_SET: return QStringLiteral("Object variable or With block variable not set");
     case RT_FILE_NOT_FOUND: return QStringLiteral("File not found");
     case RT_FILE_ACCESS: return QStringLiteral("Path/File access error");
     case RT_INVALID_PROPERTY: return QStringLiteral("Invalid property value");

@@ -88,6 +88,7 @@ constexpr qint32 RT_INVALID_CALL = 5;       // invalid procedure call or argumen
 constexpr qint32 RT_OVERFLOW = 6;
 constexpr qint32 RT_SUBSCRIPT = 9;          // subscript out of range
 constexpr qint32 RT_TYPE_MISMATCH = 13;
+constexpr qint32 RT_OBJECT_NOT_SET = 91;   // object variable not set
 constexpr qint32 RT_FILE_NOT_FOUND = 53;
 constexpr qint32 RT_FILE_ACCESS = 75;       // path/file access error
 constexpr qint32 RT_INVALID_PROPERTY = 380;

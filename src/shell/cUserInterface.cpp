@@ -28,7 +28,7 @@ void cHeadlessUserInterface::showMessage(const QString& text, const QString& tit
     std::fprintf(stderr, "%s: %s\n", qPrintable(title), qPrintable(QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"))));
 }
 
-bool cHeadlessUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon icon)
+bool cHeadlessUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon icon, bool)
 {
     showMessage(text + QLatin1String("\r\n(answered No)"), title, icon);
     return false;

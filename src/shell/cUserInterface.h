@@ -36,7 +36,8 @@ public:
 
     // Message boxes. Lines of a multi-line message are joined with "\r\n" by the caller.
     virtual void showMessage(const QString& text, const QString& title, MsgIcon icon) = 0;
-    virtual bool askYesNo(const QString& text, const QString& title, MsgIcon icon) = 0;
+    // defaultNo: No is the default button (Enter answers No).
+    virtual bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo = false) = 0;
     // A one-line input box; a cancelled box answers an empty text, as the toolkit did.
     virtual QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) = 0;
     // File dialogs: no value when the user cancels.
@@ -63,7 +64,7 @@ public:
     QString statusText(int panel) const override;
     void setStatusText(int panel, const QString& text) override;
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
-    bool askYesNo(const QString& text, const QString& title, MsgIcon icon) override;
+    bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
     std::optional<QString> openFileName(const FileDialogRequest& request) override;
     std::optional<QString> saveFileName(const FileDialogRequest& request) override;

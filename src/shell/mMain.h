@@ -4,6 +4,8 @@
 #include "link/MarloError.h"
 #include "shell/cUserInterface.h"
 
+#include "MarloVersion.h"
+
 #include <QString>
 #include <exception>
 #include <type_traits>
@@ -17,7 +19,7 @@ inline const QString kModule = QStringLiteral("mMain");
 inline const QString kRevision = QStringLiteral("$Revision: 20 $");
 
 // The program version text, set by the entry procedure before anything else.
-inline const QString kProgramVersion = QStringLiteral("4.0.0");
+inline const QString kProgramVersion = QStringLiteral(MARLO_VERSION);
 inline const QString kProgramTitle = QStringLiteral("Marlo");
 
 QString ProgramVersion();

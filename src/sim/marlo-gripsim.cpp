@@ -1,6 +1,7 @@
 // marlo-gripsim: serves a virtual grip on a pseudo-terminal until SIGINT or
 // SIGTERM. The first line on stdout is the device to open.
 
+#include "MarloVersion.h"
 #include "sim/PtyServer.h"
 #include "sim/SimOptions.h"
 
@@ -58,7 +59,7 @@ int main(int argc, char* argv[])
     const sigset_t stopSignals = blockStopSignals();
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("marlo-gripsim"));
-    QCoreApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(MARLO_VERSION));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(

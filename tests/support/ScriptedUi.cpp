@@ -27,9 +27,9 @@ void ScriptedUi::showMessage(const QString& text, const QString& title, MsgIcon 
     messages.append({text, title, icon});
 }
 
-bool ScriptedUi::askYesNo(const QString& text, const QString& title, MsgIcon icon)
+bool ScriptedUi::askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo)
 {
-    questions.append({text, title, icon});
+    questions.append({text, title, icon, defaultNo});
     if (yesNoAnswers.isEmpty()) {
         QTest::qFail("unexpected yes/no question", __FILE__, __LINE__);
         return false;

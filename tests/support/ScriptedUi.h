@@ -15,6 +15,7 @@ public:
         QString text;
         QString title;
         MsgIcon icon;
+        bool defaultNo = false; // questions: No was the default button
     };
 
     // Prepared answers, used in order. A question without a prepared answer fails the test.
@@ -46,7 +47,7 @@ public:
     QString statusText(int panel) const override { return m_panels.value(panel); }
     void setStatusText(int panel, const QString& text) override;
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
-    bool askYesNo(const QString& text, const QString& title, MsgIcon icon) override;
+    bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
     std::optional<QString> openFileName(const FileDialogRequest& request) override;
     std::optional<QString> saveFileName(const FileDialogRequest& request) override;
