@@ -1,0 +1,251 @@
+#include "gui/library/cifSetsTemplate.h"
+
+#include "grip/cCountdownTimer.h"
+#include "grip/cSettings.h"
+#include "library/cSetsTemplate.h"
+#include "shell/mConvert.h"
+#include "shell/mMain.h"
+
+#include <QAbstractSlider>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QLabel>
+#include <QLineEdit>
+#include <functional>
+
+using Controls = cifSetsTemplate::Controls;
+using Event = void (cifSetsTemplate::*)();
+
+namespace {
+
+// A whole-number field of the record: its text box, slider and display label (any may be
+// absent), where an edit also goes in the grip's shared records, and its two events.
+struct LongField {
+    const char* property;
+    QLineEdit* Controls::*text;
+    QAbstractSlider* Controls::*slider;
+    QLabel* Controls::*label;
+    qint32 (cSetsTemplate::*get)() const;
+    void (cSetsTemplate::*set)(qint32);
+    std::function<void(qint32)> grip;
+    Event textEvent;
+    Event scrollEvent;
+};
+
+const QList<LongField>& longFields()
+{
+    static const QList<LongField> fields = {
+        {"lShotTime", &Controls::txtlShotTime, &Controls::sldlShotTime, &Controls::lblShotTime,
+         &cSetsTemplate::lShotTime, &cSetsTemplate::setlShotTime, [](qint32 v) { TimingRecord().setShotTime(v); },
+         &cifSetsTemplate::txtlShotTimeChange, &cifSetsTemplate::sldlShotTimeScroll},
+        {"lDwellTime", &Controls::txtlDwellTime, &Controls::sldlDwellTime, &Controls::lblDwellTime,
+         &cSetsTemplate::lDwellTime, &cSetsTemplate::setlDwellTime, [](qint32 v) { TimingRecord().setDwelltime(v); },
+         &cifSetsTemplate::txtlDwellTimeChange, &cifSetsTemplate::sldlDwellTimeScroll},
+        {"lCycleTimeOpen", &Controls::txtlCycleTimeOpen, &Controls::sldlCycleTimeOpen, &Controls::lblCycleTimeOpen,
+         &cSetsTemplate::lCycleTimeOpen, &cSetsTemplate::setlCycleTimeOpen, [](qint32 v) { TimingRecord().setCycleTimeOpen(v); },
+         &cifSetsTemplate::txtlCycleTimeOpenChange, &cifSetsTemplate::sldlCycleTimeOpenScroll},
+        {"lLoadTime", &Controls::txtlLoadTime, &Controls::sldlLoadTime, &Controls::lblLoadTime,
+         &cSetsTemplate::lLoadTime, &cSetsTemplate::setlLoadTime, [](qint32 v) { TimingRecord().setLoadTime(v); },
+         &cifSetsTemplate::txtlLoadTimeChange, &cifSetsTemplate::sldlLoadTimeScroll},
+        {"lCycleTimeClose", &Controls::txtlCycleTimeClose, &Controls::sldlCycleTimeClose, &Controls::lblCycleTimeClose,
+         &cSetsTemplate::lCycleTimeClose, &cSetsTemplate::setlCycleTimeClose, [](qint32 v) { TimingRecord().setCycleTimeClose(v); },
+         &cifSetsTemplate::txtlCycleTimeCloseChange, &cifSetsTemplate::sldlCycleTimeCloseScroll},
+        {"lGameTime", &Controls::txtlGameTime, nullptr, nullptr, &cSetsTemplate::lGameTime, &cSetsTemplate::setlGameTime,
+         [](qint32 v) { CountdownTimerRecord().setCountDownTimer(v); }, &cifSetsTemplate::txtlGameTimeChange, nullptr},
+        {"lAlertOne", &Controls::txtlAlertOne, nullptr, nullptr, &cSetsTemplate::lAlertOne, &cSetsTemplate::setlAlertOne,
+         [](qint32 v) { CountdownTimerRecord().setPreAlert1Time(v); }, &cifSetsTemplate::txtlAlertOneChange, nullptr},
+        {"lAlertTwo", &Controls::txtlAlertTwo, nullptr, nullptr, &cSetsTemplate::lAlertTwo, &cSetsTemplate::setlAlertTwo,
+         [](qint32 v) { CountdownTimerRecord().setPreAlert2Time(v); }, &cifSetsTemplate::txtlAlertTwoChange, nullptr},
+    };
+    return fields;
+}
+
+struct BoolField {
+    const char* property;
+    QCheckBox* Controls::*box;
+    bool (cSetsTemplate::*get)() const;
+    void (cSetsTemplate::*set)(bool);
+    std::function<void(bool)> grip; // empty: the grip's records do not carry it
+    Event event;
+};
+
+const QList<BoolField>& boolFields()
+{
+    static const QList<BoolField> fields = {
+        {"bCTCLikeCTO", &Controls::chkbCTCLikeCTO, &cSetsTemplate::bCTCLikeCTO, &cSetsTemplate::setbCTCLikeCTO, {},
+         &cifSetsTemplate::chkbCTCLikeCTOClick},
+        {"bExpertMode", &Controls::chkbExpertMode, &cSetsTemplate::bExpertMode, &cSetsTemplate::setbExpertMode, {},
+         &cifSetsTemplate::chkbExpertModeClick},
+        {"bAlertOne", &Controls::chkbAlertOne, &cSetsTemplate::bAlertOne, &cSetsTemplate::setbAlertOne,
+         [](bool v) { CountdownTimerRecord().setPreAlert1On(v); }, &cifSetsTemplate::chkbAlertOneClick},
+        {"bAlertTwo", &Controls::chkbAlertTwo, &cSetsTemplate::bAlertTwo, &cSetsTemplate::setbAlertTwo,
+         [](bool v) { CountdownTimerRecord().setPreAlert2On(v); }, &cifSetsTemplate::chkbAlertTwoClick},
+    };
+    return fields;
+}
+
+// The mode lists: the item data is the mode's code. The ramping mode edits only the record:
+// the grip's ramping record keeps the mode it holds (deliberately).
+struct ModeField {
+    const char* property;
+    QComboBox* Controls::*box;
+    qint32 (cSetsTemplate::*get)() const;
+    void (cSetsTemplate::*set)(qint32);
+    std::function<void(qint32)> grip;
+    Event event;
+};
+
+const QList<ModeField>& modeFields()
+{
+    static const QList<ModeField> fields = {
+        {"lFiringMode", &Controls::cbolFiringMode, &cSetsTemplate::lFiringMode, &cSetsTemplate::setlFiringMode,
+         [](qint32 v) { TimingRecord().setFiringMode(v); }, &cifSetsTemplate::cbolFiringModeClick},
+        {"lHyperMode", &Controls::cbolHyperMode, &cSetsTemplate::lHyperMode, &cSetsTemplate::setlHyperMode, {},
+         &cifSetsTemplate::cbolHyperModeClick},
+    };
+    return fields;
+}
+
+QString controlName(const char* prefix, const char* property, const char* event)
+{
+    return QStringLiteral("%1%2_%3").arg(QLatin1String(prefix), QLatin1String(property), QLatin1String(event));
+}
+
+} // namespace
+
+cifSetsTemplate::cifSetsTemplate(const Controls& controls, QObject* parent) : QObject(parent), m_controls(controls)
+{
+    connectControls();
+}
+
+void cifSetsTemplate::connectControls()
+{
+    for (const LongField& f : longFields()) {
+        if (QLineEdit* text = m_controls.*(f.text)) {
+            connect(text, &QLineEdit::textChanged, this, [this, &f](const QString& value) {
+                ShowErrors(kClass, kRevision, controlName("txt", f.property, "Change"), [&] {
+                    if (!m_record)
+                        return;
+                    const qint32 number = mConvert::CLng(value);
+                    (m_record.get()->*f.set)(number);
+                    f.grip(number);
+                    emit(this->*f.textEvent)();
+                });
+            });
+        }
+        if (f.slider && m_controls.*(f.slider)) {
+            QAbstractSlider* slider = m_controls.*(f.slider);
+            // The slider's scroll: a move by the user, not a value set by the program.
+            connect(slider, &QAbstractSlider::actionTriggered, this, [this, &f, slider] {
+                ShowErrors(kClass, kRevision, controlName("sld", f.property, "Scroll"), [&] {
+                    if (!m_record)
+                        return;
+                    const qint32 position = slider->sliderPosition();
+                    (m_record.get()->*f.set)(position);
+                    f.grip(position);
+                    emit(this->*f.scrollEvent)();
+                });
+            });
+        }
+    }
+    for (const BoolField& f : boolFields()) {
+        if (QCheckBox* box = m_controls.*(f.box)) {
+            connect(box, &QCheckBox::toggled, this, [this, &f](bool checked) {
+                ShowErrors(kClass, kRevision, controlName("chk", f.property, "Click"), [&] {
+                    if (!m_record)
+                        return;
+                    (m_record.get()->*f.set)(checked);
+                    if (f.grip)
+                        f.grip(checked);
+                    emit(this->*f.event)();
+                });
+            });
+        }
+    }
+    for (const ModeField& f : modeFields()) {
+        if (QComboBox* box = m_controls.*(f.box)) {
+            // A mode chosen by the user or selected by the program; a list being refilled is
+            // silent (its owner blocks its signals) and "nothing selected" changes nothing.
+            connect(box, &QComboBox::currentIndexChanged, this, [this, &f, box](int index) {
+                ShowErrors(kClass, kRevision, controlName("cbo", f.property, "Click"), [&] {
+                    if (!m_record || index < 0)
+                        return;
+                    const qint32 code = box->itemData(index).toInt();
+                    (m_record.get()->*f.set)(code);
+                    if (f.grip)
+                        f.grip(code);
+                    emit(this->*f.event)();
+                });
+            });
+        }
+    }
+    if (QLineEdit* name = m_controls.txtsName) {
+        connect(name, &QLineEdit::textChanged, this, [this](const QString& text) {
+            ShowErrors(kClass, kRevision, QStringLiteral("txtsName_Change"), [&] {
+                if (!m_record)
+                    return;
+                m_record->setsName(text);
+                emit txtsNameChange();
+            });
+        });
+    }
+    if (QDateEdit* date = m_controls.dtpdtDate) {
+        connect(date, &QDateEdit::dateChanged, this, [this](const QDate& day) {
+            ShowErrors(kClass, kRevision, QStringLiteral("dtpdtDate_Change"), [&] {
+                if (!m_record)
+                    return;
+                m_record->setdtDate(QDateTime(day, m_record->dtDate().time()));
+                emit dtpdtDateChange();
+            });
+        });
+    }
+}
+
+void cifSetsTemplate::setSetsTemplate(const std::shared_ptr<cSetsTemplate>& record)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("SetsTemplate"), [&] {
+        m_record = record;
+        fill();
+    });
+}
+
+void cifSetsTemplate::Refresh()
+{
+    PassErrors(kClass, kRevision, QStringLiteral("Refresh"), [&] { fill(); });
+}
+
+void cifSetsTemplate::fill()
+{
+    if (!m_record)
+        return;
+    cSetsTemplate& record = *m_record;
+    for (const LongField& f : longFields()) {
+        const qint32 value = (record.*f.get)();
+        if (QLineEdit* text = m_controls.*(f.text))
+            text->setText(QString::number(value));
+        // A stored value outside the slider's range leaves the slider at its nearest end; only a
+        // typed one is refused.
+        if (f.slider && m_controls.*(f.slider))
+            (m_controls.*(f.slider))->setValue(value);
+        if (f.label && m_controls.*(f.label))
+            (m_controls.*(f.label))->setText(QString::number(value));
+    }
+    for (const BoolField& f : boolFields()) {
+        if (QCheckBox* box = m_controls.*(f.box))
+            box->setChecked((record.*f.get)());
+    }
+    for (const ModeField& f : modeFields()) {
+        if (QComboBox* box = m_controls.*(f.box)) {
+            const int index = box->findData((record.*f.get)());
+            if (index >= 0)
+                box->setCurrentIndex(index);
+        }
+    }
+    if (m_controls.dtpdtDate)
+        m_controls.dtpdtDate->setDate(record.dtDate().date());
+    if (m_controls.txtsName)
+        m_controls.txtsName->setText(record.sName());
+    if (m_controls.lblROF)
+        m_controls.lblROF->setText(record.sROF());
+}

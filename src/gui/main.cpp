@@ -1,0 +1,28 @@
+// marlo: the desktop program.
+#include "gui/shell/Main.h"
+#include "gui/shell/QtUserInterface.h"
+#include "library/cApplication.h"
+#include "link/cSerialPort.h"
+#include "shell/mMain.h"
+#include "sim/SimDevice.h"
+
+#include <QApplication>
+
+int main(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Marlo"));
+    QApplication::setOrganizationName(QStringLiteral("Marlo"));
+    QApplication::setApplicationVersion(mMain::kProgramVersion);
+
+    QtUserInterface ui;
+    mMain::SetUserInterface(&ui);
+    cSerialPort::SetDeviceResolver(SimDevice::Resolve);
+
+    const int status = mMain::Main();
+
+    mMain::ReleaseApplication();
+    SimDevice::Stop();
+    mMain::SetUserInterface(nullptr);
+    return status;
+}

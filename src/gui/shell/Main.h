@@ -1,0 +1,19 @@
+#pragma once
+// The desktop program's entry procedure.
+#include <memory>
+
+class fTolvaneMan;
+
+namespace mMain {
+
+// Starts the program: the version, the error reporter, the preferences, the splash screen, the
+// library file (asking for one when it is missing), the mode tables and the main window, which
+// is answered shown. Without a library it says that the program cannot continue and answers
+// nothing. Errors are shown.
+std::unique_ptr<fTolvaneMan> StartUp();
+
+// StartUp, then the window's event loop until it closes. The exit status: 0, or 1 when the
+// program could not start.
+int Main();
+
+} // namespace mMain

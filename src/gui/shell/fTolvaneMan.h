@@ -1,0 +1,261 @@
+#pragma once
+// The main window: the active setting in its panes (timing, options, ramping, counters, game
+// timer, battery), the grip commands as tool buttons and menu items, and every control's state
+// kept in step with one flag, whether the active setting is an editable template or a setting
+// read from a grip. Its implementation is split by concern: the form and its state
+// (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp) and the timing editor
+// (fTolvaneMan_TimingEditor.cpp).
+#include "link/cSerialPort.h"
+
+#include <QList>
+#include <QMainWindow>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+class cifSetsTemplate;
+class cSetsTemplate;
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QProgressBar;
+class QPushButton;
+class QSlider;
+class UpDown;
+class ucIProgress;
+
+class fTolvaneMan : public QMainWindow {
+    Q_OBJECT
+    friend struct fTolvaneManOptionTables;
+
+public:
+    static inline const QString kForm = QStringLiteral("fTolvaneMan");
+    static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+    static inline const QString kDesignCaption = QStringLiteral("Tolvane Interface Programme");
+
+    // Builds the form and loads it (Form_Load).
+    explicit fTolvaneMan(QWidget* parent = nullptr);
+    ~fTolvaneMan() override;
+
+    // The words of the command line read at the first activation (default: the program's
+    // arguments). Tests give their own.
+    void setCommandLine(const QStringList& words) { m_commandLine = words; }
+
+    // ---- state ---------------------------------------------------------------------------
+    bool IsTemplate() const { return m_isTemplate; }
+    void setIsTemplate(bool value);
+    // The setting shown and edited: the record bound to the timing editor.
+    std::shared_ptr<cSetsTemplate> ActiveSetting() const;
+    void ChangeTemplate(const std::shared_ptr<cSetsTemplate>& setting, bool isTemplate);
+    void NewTemplate();
+    void SetCaption();
+    void UpdateState();
+    void SetVersionStatus();
+    void LoadProgramSettings();
+    void SaveProgramSettings();
+    void ActivateTools(int index);
+
+    // ---- timing editor -------------------------------------------------------------------
+    void SetupSettingsBoundaries();
+    void SetupOptionsBoundaries();
+    void SetupOptionsData();
+    void SetOptionsState();
+    void SetupFiringMode();
+    void SetupHyperMode();
+    void SetDefaultSettings();
+    void RecalculateRPS();
+    void MoveControlsToOptions();
+    void MoveControlsToHyper();
+
+    // ---- transfers (get a record and show it; put a record) -------------------------------
+    void InitDLTiming();
+    void InitCounters();
+    void InitDLCountDownTimers();
+    void InitBatteryIndicator();
+    void InitDLOptions();
+    void InitDLHyper();
+    void InitULOptions();
+    void InitULHyper();
+
+    // ---- the status bar, for the user-interface services ------------------------------------
+    // Panels from 1: the library file, the grip's firmware version, the current step, and the
+    // panel the progress bar covers.
+    static constexpr int kPanelDatabase = 1;
+    static constexpr int kPanelFirmware = 2;
+    static constexpr int kPanelStep = 3;
+    static constexpr int kPanelProgress = 4;
+    QString PanelText(int panel) const;
+    void SetPanelText(int panel, const QString& text);
+    void StartProgressBar(int maximum);
+    void SetProgressValue(int value);
+    int ProgressValue() const;
+    void EndProgressBar();
+
+public slots:
+    void cmdTools_Click(int index);
+    void cmdReset_Click(int index);
+    void mnuLibTemplates_Click();
+    void mnuLibStatistics_Click();
+    void mnuProperties_Click();
+    void mnuPromote_Click();
+    void mnuBurnFirmware_Click();
+    void mnuDefaultSettings_Click();
+    void mnuNew_Click();
+    void mnuSave_Click();
+    void mnuExit_Click();
+    void mnuAbout_Click();
+    void mnuDLTiming_Click();
+    void mnuULTiming_Click();
+    void mnuDLCounters_Click();
+    void mnuDLBattery_Click();
+    void mnuDLGunInfo_Click();
+    void mnuDLFirmware_Click();
+    void mnuULFirmware_Click();
+    // Beyond the classic form's handlers: the items a user expects to work.
+    void mnuDLGameTimers_Click();
+    void mnuULGameTimers_Click();
+    void mnuULAll_Click();
+    void mnuCut_Click();
+    void mnuCopy_Click();
+    void mnuPaste_Click();
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    // Building the form (fTolvaneMan.cpp).
+    void createPanes();
+    QGroupBox* createTimingPane();
+    QGroupBox* createOptionsPane();
+    QGroupBox* createRampingPane();
+    QGroupBox* createCountersPane();
+    QGroupBox* createGameTimerPane();
+    QGroupBox* createBatteryPane();
+    void createToolButtons();
+    void createMenus();
+    void createStatusBar();
+    void createBinding();
+    void connectHandlers();
+
+    void Form_Load();
+    void Form_Activate();
+    void Form_Unload(bool& cancel);
+    void LayoutToolButtons();
+    void ReadCommandLine();
+    void UploadFirmware(const QString& file);
+
+    // The common frame of a grip command: wait pointer, the boot-mode check, the transfers,
+    // then the confirmation when confirmations are on (fTolvaneMan_Commands.cpp).
+    void RunGripCommand(const QString& confirmation, const std::function<void()>& transfers);
+    // Runs a handler's body with its error trap.
+    void Handle(const QString& procedure, const std::function<void()>& body);
+
+    // Timing editor events (fTolvaneMan_TimingEditor.cpp).
+    void sldScroll(QSlider* slider, QLineEdit* text);
+    void timingTextChange(int timing);
+    void followText(QLineEdit* text, QSlider* slider);
+    void chkOption_Click(const QString& procedure);
+    void mIFSettings_sldlCycleTimeCloseScroll();
+    void mIFSettings_chkbCTCLikeCTOClick();
+    void mIFSettings_chkbExpertModeClick();
+    void mIFSettings_chkbAlertOneClick();
+    void mIFSettings_chkbAlertTwoClick();
+    void FillModeList(QComboBox* list, bool firing, qint32 code);
+    void SetMaxROF();
+
+public:
+    // ---- the controls, named as the form names them ---------------------------------------
+    // The five timings, in the order of the pane: ST, DT, CTO, LT, CTC.
+    enum Timing { ST, DT, CTO, LT, CTC };
+    struct TimingControls {
+        QLineEdit* text = nullptr;
+        UpDown* upDown = nullptr;
+        QSlider* slider = nullptr;
+        QLabel* caption = nullptr;
+        QLabel* unit = nullptr;
+    };
+    TimingControls timing(int index) const { return m_timing[index]; }
+
+private:
+    cSerialPort comGrip;
+    cifSetsTemplate* mIFSettings = nullptr;
+    bool m_isTemplate = false;
+    bool m_activated = false;
+    QStringList m_commandLine;
+
+    // Panes.
+    QGroupBox* fraTiming = nullptr;
+    QGroupBox* fraOptions = nullptr;
+    QGroupBox* fraRamping = nullptr;
+    QGroupBox* fraCounters = nullptr;
+    QGroupBox* fraGameTimer = nullptr;
+    QGroupBox* fraBettery = nullptr;
+
+    // Timing.
+    QComboBox* cboFiringModes = nullptr;
+    QLabel* lblFiringModes = nullptr;
+    QCheckBox* chkExpert = nullptr;
+    QCheckBox* chkCopyCTO = nullptr;
+    QCheckBox* chkCTOAdjust = nullptr;
+    TimingControls m_timing[5];
+    QLabel* lblROFtxt = nullptr;
+    QLabel* lblROFbps = nullptr;
+    QLabel* lblROFbpstxt = nullptr;
+
+    // Options.
+    QCheckBox* chkACE = nullptr;
+    QCheckBox* chkUseEye = nullptr;
+    QCheckBox* chkUseFeeder = nullptr;
+    QCheckBox* chkUseLED = nullptr;
+    QCheckBox* chkTriggerFilter = nullptr;
+    QCheckBox* chkEyeOKMax = nullptr;
+    QLineEdit* txtEyeOKMax = nullptr;
+    UpDown* updEyeOKMax = nullptr;
+    QCheckBox* chkEyeCheckMax = nullptr;
+    QLineEdit* txtEyeCheckMax = nullptr;
+    UpDown* updEyeCheckMax = nullptr;
+    QLabel* lblDefaultLoadTime = nullptr;
+    QLineEdit* txtDefaultLoadTime = nullptr;
+    UpDown* updDefaultLoadTime = nullptr;
+    QLabel* lblMaxROF = nullptr;
+    QLabel* lblBPStxt = nullptr;
+
+    // Ramping.
+    QLabel* lblHyperModes = nullptr;
+    QComboBox* cboHyperModes = nullptr;
+    QLabel* lblShots = nullptr;
+    QLineEdit* txtShots = nullptr;
+    UpDown* updShots = nullptr;
+    QLabel* lblHyperTime = nullptr;
+    QLineEdit* txtHyperTime = nullptr;
+    UpDown* updHyperTime = nullptr;
+
+    // Counters, game timer, battery.
+    QLineEdit* txtCounters[3] = {};
+    QLabel* lblCounter[3] = {};
+    QPushButton* cmdReset[2] = {};
+    QLineEdit* txtCntDown = nullptr;
+    UpDown* updGT = nullptr;
+    QLabel* lblGT = nullptr;
+    QLabel* lblGTmin = nullptr;
+    QCheckBox* chkAlertOne = nullptr;
+    ucIProgress* ucIProgress1 = nullptr;
+
+    // Tool buttons (the index is the command number), menus, status bar.
+    QWidget* m_toolRow = nullptr;
+    QList<QPushButton*> cmdTools; // indices 0..9; 7 and 8 are not on the form
+    QAction* mnuProperties = nullptr;
+    QAction* mnuPromote = nullptr;
+    QMenu* mnuUpload = nullptr;
+    QMenu* mnuView = nullptr;
+    QList<QLabel*> m_panels; // panels 1..3 at 0..2
+    QFrame* m_progressPanel = nullptr;
+    QProgressBar* pgbProgress = nullptr;
+};

@@ -1,0 +1,372 @@
+// The main window's grip commands: the tool buttons and menu items, the common frame of a grip
+// command, and the loaders that get a record from the grip and show it.
+#include "gui/shell/fTolvaneMan.h"
+
+#include "grip/cBattery.h"
+#include "grip/cCountdownTimer.h"
+#include "grip/cCounters.h"
+#include "grip/cGunInfo.h"
+#include "grip/cHyper.h"
+#include "grip/cSettings.h"
+#include "grip/mGripCommands.h"
+#include "gui/library/cifSetsTemplate.h"
+#include "gui/widgets/fAbout.h"
+#include "gui/widgets/ucIProgress.h"
+#include "firmware/mFirmwareWorkflows.h"
+#include "library/cApplication.h"
+#include "library/cSetsTemplate.h"
+#include "shell/mMain.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPushButton>
+
+using mGripCommands::Direction;
+using mGripCommands::GripRecord;
+using mMain::Application;
+
+namespace {
+
+void transfer(GripRecord record, Direction direction)
+{
+    // A negative answer of the grip ends the transfer quietly; the command goes on.
+    mGripCommands::TransferRecord(record, direction);
+}
+
+} // namespace
+
+// ---- the frame -------------------------------------------------------------------------------
+
+void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::function<void()>& transfers)
+{
+    {
+        WaitPointerScope wait;
+        mGripCommands::StartProgramIfInBootMode();
+        transfers();
+    }
+    if (Application().RegistrySettings().ShowConfirmComm())
+        mMain::ShowConfirm(confirmation);
+}
+
+// ---- tool buttons ----------------------------------------------------------------------------
+
+void fTolvaneMan::cmdTools_Click(int index)
+{
+    for (QPushButton* button : cmdTools)
+        if (button)
+            button->setEnabled(false);
+    Handle(QStringLiteral("cmdTools_Click(%1)").arg(index), [&] { ActivateTools(index); });
+    // Every button is enabled again, whatever UpdateState decided during the command: the
+    // program's behaviour, kept.
+    for (QPushButton* button : cmdTools)
+        if (button)
+            button->setEnabled(true);
+}
+
+void fTolvaneMan::ActivateTools(int index)
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ActivateTools(%1)").arg(index), [&] {
+        switch (index) {
+        case 0:
+            RunGripCommand(tr("Timinginformation, Countdowntimers, Counters and Batteryinformation were fetched."), [&] {
+                InitDLTiming();
+                InitCounters();
+                InitDLCountDownTimers();
+                InitBatteryIndicator();
+                InitDLOptions();
+                InitDLHyper();
+                UpdateState();
+                SetVersionStatus();
+                mIFSettings->Refresh();
+            });
+            break;
+        case 1:
+            RunGripCommand(tr("Timinginformation and Countdowntimers were put."), [&] {
+                transfer(GripRecord::Timing, Direction::Put);
+                transfer(GripRecord::GameTimer, Direction::Put);
+                InitULOptions();
+                InitULHyper();
+                SetVersionStatus();
+            });
+            break;
+        case 6:
+            SetDefaultSettings();
+            break;
+        default:
+            // 3 (library statistics), 5 (promote) and 9 (burn program) have no action: kept so.
+            break;
+        }
+    });
+}
+
+// ---- menu items --------------------------------------------------------------------------------
+
+void fTolvaneMan::mnuLibTemplates_Click()
+{
+    Handle(QStringLiteral("mnuLibTemplates_Click"), [&] { ActivateTools(2); });
+}
+
+void fTolvaneMan::mnuLibStatistics_Click()
+{
+    Handle(QStringLiteral("mnuLibStatistics_Click"), [&] { ActivateTools(3); });
+}
+
+void fTolvaneMan::mnuProperties_Click()
+{
+    Handle(QStringLiteral("mnuProperties_Click"), [&] { ActivateTools(4); });
+}
+
+void fTolvaneMan::mnuPromote_Click()
+{
+    Handle(QStringLiteral("mnuPromote_Click"), [&] { ActivateTools(5); });
+}
+
+void fTolvaneMan::mnuBurnFirmware_Click()
+{
+    Handle(QStringLiteral("mnuBurnFirmware_Click"), [&] { ActivateTools(9); });
+}
+
+void fTolvaneMan::mnuDefaultSettings_Click()
+{
+    Handle(QStringLiteral("mnuDefaultSettings_Click"), [&] { SetDefaultSettings(); });
+}
+
+void fTolvaneMan::mnuNew_Click()
+{
+    Handle(QStringLiteral("mnuNew_Click"), [&] { NewTemplate(); });
+}
+
+void fTolvaneMan::mnuSave_Click()
+{
+    Handle(QStringLiteral("mnuSave_Click"), [&] {
+        WaitPointerScope wait;
+        QSqlDatabase connection;
+        Application().colSetsTemplate().Save(connection);
+    });
+}
+
+void fTolvaneMan::mnuExit_Click()
+{
+    Handle(QStringLiteral("mnuExit_Click"), [&] { close(); });
+}
+
+void fTolvaneMan::mnuAbout_Click()
+{
+    Handle(QStringLiteral("mnuAbout_Click"), [&] {
+        fAbout about(this);
+        about.exec();
+    });
+}
+
+void fTolvaneMan::mnuDLTiming_Click()
+{
+    Handle(QStringLiteral("mnuDLTiming_Click"), [&] {
+        RunGripCommand(tr("Timinginformation was fetched."), [&] { InitDLTiming(); });
+    });
+}
+
+void fTolvaneMan::mnuULTiming_Click()
+{
+    Handle(QStringLiteral("mnuULTiming_Click"), [&] {
+        RunGripCommand(tr("Timinginformation was put."), [&] { transfer(GripRecord::Timing, Direction::Put); });
+    });
+}
+
+void fTolvaneMan::mnuDLCounters_Click()
+{
+    Handle(QStringLiteral("mnuDLCounters_Click"), [&] {
+        RunGripCommand(tr("Counters were fetched."), [&] { InitCounters(); });
+    });
+}
+
+void fTolvaneMan::mnuDLBattery_Click()
+{
+    Handle(QStringLiteral("mnuDLBattery_Click"), [&] {
+        RunGripCommand(tr("Batteryinformation was fetched."), [&] { InitBatteryIndicator(); });
+    });
+}
+
+void fTolvaneMan::mnuDLGunInfo_Click()
+{
+    Handle(QStringLiteral("mnuDLGunInfo_Click"), [&] {
+        {
+            WaitPointerScope wait;
+            GunInfo().Download();
+        }
+        SetVersionStatus();
+    });
+}
+
+void fTolvaneMan::mnuDLGameTimers_Click()
+{
+    Handle(QStringLiteral("mnuDLGameTimers_Click"), [&] {
+        RunGripCommand(tr("Countdowntimers were fetched."), [&] { InitDLCountDownTimers(); });
+    });
+}
+
+void fTolvaneMan::mnuULGameTimers_Click()
+{
+    Handle(QStringLiteral("mnuULGameTimers_Click"), [&] {
+        RunGripCommand(tr("Countdowntimers were put."), [&] { transfer(GripRecord::GameTimer, Direction::Put); });
+    });
+}
+
+void fTolvaneMan::mnuULAll_Click()
+{
+    Handle(QStringLiteral("mnuULAll_Click"), [&] { ActivateTools(1); });
+}
+
+void fTolvaneMan::mnuCut_Click()
+{
+    if (auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget()))
+        edit->cut();
+}
+
+void fTolvaneMan::mnuCopy_Click()
+{
+    if (auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget()))
+        edit->copy();
+}
+
+void fTolvaneMan::mnuPaste_Click()
+{
+    if (auto* edit = qobject_cast<QLineEdit*>(QApplication::focusWidget()))
+        edit->paste();
+}
+
+void fTolvaneMan::cmdReset_Click(int index)
+{
+    Handle(QStringLiteral("cmdReset_Click(%1)").arg(index), [&] {
+        {
+            WaitPointerScope wait;
+            txtCounters[index]->setText(QStringLiteral("0"));
+            mGripCommands::StartProgramIfInBootMode();
+            mGripCommands::ResetCounterTransfer(static_cast<quint8>(index + 1));
+        }
+        if (Application().RegistrySettings().ShowConfirmComm())
+            mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
+    });
+}
+
+// ---- firmware ----------------------------------------------------------------------------------
+
+void fTolvaneMan::UploadFirmware(const QString& file)
+{
+    PassErrors(kForm, kRevision, QStringLiteral("UploadFirmware"), [&] {
+        mFirmwareWorkflows::UploadFirmware(file);
+        SetVersionStatus();
+    });
+}
+
+void fTolvaneMan::mnuULFirmware_Click()
+{
+    Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
+        mFirmwareWorkflows::PutFirmwareProgram();
+        SetVersionStatus();
+    });
+}
+
+void fTolvaneMan::mnuDLFirmware_Click()
+{
+    Handle(QStringLiteral("mnuDLFirmware_Click"), [&] { mFirmwareWorkflows::DownloadFirmware(QString()); });
+}
+
+// ---- loaders -----------------------------------------------------------------------------------
+
+void fTolvaneMan::SetVersionStatus()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("SetVersionStatus"), [&] {
+        SetPanelText(kPanelFirmware, GunInfo().FirmwareBuild());
+    });
+}
+
+void fTolvaneMan::InitDLTiming()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitDLTiming"), [&] {
+        transfer(GripRecord::Timing, Direction::Get);
+        if (const auto setting = ActiveSetting()) {
+            const cSettings& timing = TimingRecord();
+            setting->setlShotTime(timing.ShotTime());
+            setting->setlDwellTime(timing.Dwelltime());
+            setting->setlCycleTimeOpen(timing.CycleTimeOpen());
+            setting->setlLoadTime(timing.LoadTime());
+            setting->setlCycleTimeClose(timing.CycleTimeClose());
+            setting->setlFiringMode(timing.FiringMode());
+        }
+        // What came from the grip is shown read-only.
+        mIFSettings->Refresh();
+        setIsTemplate(false);
+    });
+}
+
+void fTolvaneMan::InitCounters()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitCounters"), [&] {
+        transfer(GripRecord::Counters, Direction::Get);
+        const cCounters& counters = CountersRecord();
+        txtCounters[0]->setText(QString::number(counters.Counter1()));
+        txtCounters[1]->setText(QString::number(counters.Counter2()));
+        txtCounters[2]->setText(QString::number(counters.Total()));
+    });
+}
+
+void fTolvaneMan::InitDLCountDownTimers()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitDLCountDownTimers"), [&] {
+        transfer(GripRecord::GameTimer, Direction::Get);
+        if (const auto setting = ActiveSetting()) {
+            const cCountdownTimer& timer = CountdownTimerRecord();
+            setting->setlGameTime(timer.CountDownTimer());
+            setting->setbAlertOne(timer.PreAlert1On());
+            setting->setlAlertOne(timer.PreAlert1Time());
+            setting->setbAlertTwo(timer.PreAlert2On());
+            setting->setlAlertTwo(timer.PreAlert2Time());
+        }
+        mIFSettings->Refresh();
+    });
+}
+
+void fTolvaneMan::InitBatteryIndicator()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitBatteryIndicator"), [&] {
+        transfer(GripRecord::Battery, Direction::Get);
+        ucIProgress1->setValue(qRound(BatteryRecord().VoltageLevel() * 100.0));
+    });
+}
+
+void fTolvaneMan::InitDLOptions()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitDLOptions"), [&] {
+        transfer(GripRecord::Options, Direction::Get);
+        SetupOptionsData();
+    });
+}
+
+void fTolvaneMan::InitULOptions()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitULOptions"), [&] {
+        MoveControlsToOptions();
+        transfer(GripRecord::Options, Direction::Put);
+    });
+}
+
+void fTolvaneMan::InitDLHyper()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitDLHyper"), [&] {
+        transfer(GripRecord::Ramping, Direction::Get);
+        if (const auto setting = ActiveSetting()) {
+            cHyper& ramping = HyperRecord();
+            setting->setlShots(ramping.Shots());
+            setting->setlHyperTime(ramping.HyperTime());
+            setting->setlHyperMode(ramping.HyperMode());
+        }
+    });
+}
+
+void fTolvaneMan::InitULHyper()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("InitULHyper"), [&] {
+        MoveControlsToHyper();
+        transfer(GripRecord::Ramping, Direction::Put);
+    });
+}

@@ -1,0 +1,89 @@
+#include "gui/widgets/UpDown.h"
+
+#include <QEvent>
+#include <QLineEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace {
+
+QToolButton* arrowButton(Qt::ArrowType arrow, QWidget* parent)
+{
+    auto* button = new QToolButton(parent);
+    button->setArrowType(arrow);
+    button->setAutoRepeat(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    return button;
+}
+
+} // namespace
+
+UpDown::UpDown(QWidget* parent) : QAbstractSlider(parent)
+{
+    setOrientation(Qt::Vertical);
+    setFocusPolicy(Qt::StrongFocus);
+    setSingleStep(1);
+    setPageStep(10);
+    m_up = arrowButton(Qt::UpArrow, this);
+    m_down = arrowButton(Qt::DownArrow, this);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_up);
+    layout->addWidget(m_down);
+    connect(m_up, &QToolButton::clicked, this, [this] { triggerAction(SliderSingleStepAdd); });
+    connect(m_down, &QToolButton::clicked, this, [this] { triggerAction(SliderSingleStepSub); });
+    // A step by the user (arrows, keys, wheel) writes the new value into the text box; a change
+    // of the range or of the text box moves the value without writing back.
+    connect(this, &QAbstractSlider::actionTriggered, this, [this] {
+        if (m_buddy)
+            m_buddy->setText(QString::number(sliderPosition()));
+    });
+}
+
+void UpDown::setBuddy(QLineEdit* buddy)
+{
+    m_buddy = buddy;
+    if (m_buddy) {
+        connect(m_buddy, &QLineEdit::textChanged, this, &UpDown::followBuddy);
+        followBuddy(m_buddy->text());
+    }
+    const QString name = accessibleName();
+    m_up->setAccessibleName(name.isEmpty() ? tr("Up") : tr("%1 up").arg(name));
+    m_down->setAccessibleName(name.isEmpty() ? tr("Down") : tr("%1 down").arg(name));
+}
+
+QSize UpDown::sizeHint() const
+{
+    const int height = m_buddy ? m_buddy->sizeHint().height() : 24;
+    return {qMax(16, height * 2 / 3), height};
+}
+
+void UpDown::sliderChange(SliderChange change)
+{
+    QAbstractSlider::sliderChange(change);
+    updateArrows();
+}
+
+void UpDown::changeEvent(QEvent* event)
+{
+    QAbstractSlider::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
+        updateArrows();
+}
+
+void UpDown::followBuddy(const QString& text)
+{
+    bool ok = false;
+    const int number = text.trimmed().toInt(&ok);
+    if (!ok || number < minimum() || number > maximum())
+        return;
+    setValue(number);
+}
+
+void UpDown::updateArrows()
+{
+    m_up->setEnabled(isEnabled() && value() < maximum());
+    m_down->setEnabled(isEnabled() && value() > minimum());
+}

@@ -1,0 +1,32 @@
+#pragma once
+// The up-down control: two arrow buttons that step a value within its range and write it into
+// the text box they belong to (the buddy), and follow that text box when the user types a number
+// within the range. The arrow keys step it too.
+#include <QAbstractSlider>
+
+class QLineEdit;
+class QToolButton;
+
+class UpDown : public QAbstractSlider {
+    Q_OBJECT
+public:
+    explicit UpDown(QWidget* parent = nullptr);
+
+    void setBuddy(QLineEdit* buddy);
+    QLineEdit* buddy() const { return m_buddy; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void sliderChange(SliderChange change) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void followBuddy(const QString& text);
+    void updateArrows();
+
+    QLineEdit* m_buddy = nullptr;
+    QToolButton* m_up = nullptr;
+    QToolButton* m_down = nullptr;
+};
