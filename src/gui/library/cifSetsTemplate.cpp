@@ -165,9 +165,9 @@ void cifSetsTemplate::connectControls()
     }
     for (const ModeField& f : modeFields()) {
         if (QComboBox* box = m_controls.*(f.box)) {
-            // A mode chosen by the user or selected by the program; a list being refilled is
-            // silent (its owner blocks its signals) and "nothing selected" changes nothing.
-            connect(box, &QComboBox::currentIndexChanged, this, [this, &f, box](int index) {
+            // A mode chosen by the user; a selection made by the program (the owner showing the
+            // setting's mode) changes nothing.
+            connect(box, &QComboBox::activated, this, [this, &f, box](int index) {
                 ShowErrors(kClass, kRevision, controlName("cbo", f.property, "Click"), [&] {
                     if (!m_record || index < 0)
                         return;
@@ -220,10 +220,14 @@ void cifSetsTemplate::fill()
     if (!m_record)
         return;
     cSetsTemplate& record = *m_record;
+    // The grip's shared records take the values of every supplied control, so that a put sends
+    // what the controls show.
     for (const LongField& f : longFields()) {
         const qint32 value = (record.*f.get)();
-        if (QLineEdit* text = m_controls.*(f.text))
+        if (QLineEdit* text = m_controls.*(f.text)) {
             text->setText(QString::number(value));
+            f.grip(value);
+        }
         // A stored value outside the slider's range leaves the slider at its nearest end; only a
         // typed one is refused.
         if (f.slider && m_controls.*(f.slider))
@@ -232,14 +236,19 @@ void cifSetsTemplate::fill()
             (m_controls.*(f.label))->setText(QString::number(value));
     }
     for (const BoolField& f : boolFields()) {
-        if (QCheckBox* box = m_controls.*(f.box))
+        if (QCheckBox* box = m_controls.*(f.box)) {
             box->setChecked((record.*f.get)());
+            if (f.grip)
+                f.grip((record.*f.get)());
+        }
     }
     for (const ModeField& f : modeFields()) {
         if (QComboBox* box = m_controls.*(f.box)) {
             const int index = box->findData((record.*f.get)());
             if (index >= 0)
                 box->setCurrentIndex(index);
+            if (f.grip)
+                f.grip((record.*f.get)());
         }
     }
     if (m_controls.dtpdtDate)

@@ -178,7 +178,10 @@ UpDown* upDown(QWidget* parent, const QString& name, QLineEdit* buddy, const QSt
 // A control without a caption of its own is read by the caption it stands beside.
 void nameAfter(QWidget* control, const QString& caption)
 {
-    control->setAccessibleName(QString(caption).remove(QLatin1Char('&')).trimmed());
+    QString name = QString(caption).remove(QLatin1Char('&')).trimmed();
+    if (name.endsWith(QLatin1Char(':')))
+        name = name.chopped(1).trimmed();
+    control->setAccessibleName(name);
 }
 
 } // namespace
@@ -194,7 +197,6 @@ fTolvaneMan::fTolvaneMan(QWidget* parent) : QMainWindow(parent)
         ui->setMainWindow(this);
     m_commandLine = QCoreApplication::arguments().mid(1);
     createPanes();
-    createToolButtons();
     createMenus();
     createStatusBar();
     createBinding();
@@ -215,6 +217,8 @@ void fTolvaneMan::createPanes()
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("picMain"));
     m_toolRow = make<QWidget>(central, QStringLiteral("picTools"));
+    // The tool buttons come first in the tab order, then the panes.
+    createToolButtons();
     fraTiming = createTimingPane();
     fraOptions = createOptionsPane();
     fraRamping = createRampingPane();
@@ -254,6 +258,7 @@ QGroupBox* fTolvaneMan::createTimingPane()
     cboFiringModes = make<QComboBox>(pane, QStringLiteral("cboFiringModes"));
     cboFiringModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     lblFiringModes->setBuddy(cboFiringModes);
+    nameAfter(cboFiringModes, lblFiringModes->text());
     auto* modeRow = new QHBoxLayout;
     modeRow->addWidget(lblFiringModes);
     modeRow->addWidget(cboFiringModes);
@@ -369,6 +374,7 @@ QGroupBox* fTolvaneMan::createRampingPane()
     cboHyperModes = make<QComboBox>(pane, QStringLiteral("cboHyperModes"));
     cboHyperModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     lblHyperModes->setBuddy(cboHyperModes);
+    nameAfter(cboHyperModes, lblHyperModes->text());
     grid->addWidget(lblHyperModes, 0, 0);
     grid->addWidget(cboHyperModes, 0, 1, 1, 3);
     lblShots = label(pane, QStringLiteral("lblShots"), tr("Shots before ramping"));
@@ -680,11 +686,12 @@ void fTolvaneMan::Form_Unload(bool& cancel)
                     tr("Do you wish to save before exiting?"),
                 tr("Save settings"), MsgIcon::Question);
             if (save) {
-                WaitPointerScope wait;
-                QSqlDatabase connection;
-                Application().colSetsTemplate().Save(connection);
-                // A save that failed was shown; the window stays so that nothing is lost.
-                cancel = Application().AnythingNeedSave();
+                // A save that fails is shown, and the window stays open so that nothing is lost.
+                cancel = !ShowErrors(kForm, kRevision, QStringLiteral("Form_Unload"), [&] {
+                    WaitPointerScope wait;
+                    QSqlDatabase connection;
+                    Application().colSetsTemplate().SaveOrThrow(connection);
+                });
             }
         }
         if (!cancel) {

@@ -21,7 +21,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QSlider>
 
 using mGUISupport::SetControlState;
@@ -167,15 +166,10 @@ void fTolvaneMan::SetOptionsState()
 void fTolvaneMan::FillModeList(QComboBox* list, bool firing, qint32 code)
 {
     const QList<mModes::tModeEntry>& table = firing ? mModes::FiringModes() : mModes::HyperModes();
-    {
-        // Refilling says nothing to the binding; only the selection below does.
-        const QSignalBlocker quiet(list);
-        list->clear();
-        for (const mModes::tModeEntry& entry : table) {
-            if (entry.visible)
-                list->addItem(entry.caption, entry.code);
-        }
-        list->setCurrentIndex(-1);
+    list->clear();
+    for (const mModes::tModeEntry& entry : table) {
+        if (entry.visible)
+            list->addItem(entry.caption, entry.code);
     }
     // The first item with the code; none selects nothing.
     list->setCurrentIndex(list->findData(code));

@@ -36,17 +36,32 @@ WindowHarness::~WindowHarness()
     mMain::SetUserInterface(&grip.link.ui);
 }
 
-fTolvaneMan& WindowHarness::open(bool show)
+fTolvaneMan& WindowHarness::open(bool show, const QStringList& commandLine)
 {
     mMain::CheckForDB();
     window = std::make_unique<fTolvaneMan>();
-    window->setCommandLine({});
+    window->setCommandLine(commandLine);
     mCommBasic::objComm = &grip.link.port;
     if (show) {
         window->show();
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
     }
     return *window;
+}
+
+QList<int> WindowHarness::takeCodes()
+{
+    const QList<int> codes = grip.codes();
+    grip.link.port.frames.clear();
+    return codes;
+}
+
+QStringList messageTexts(const ScriptedUi& script)
+{
+    QStringList texts;
+    for (const ScriptedUi::Message& m : script.messages)
+        texts.append(m.text);
+    return texts;
 }
 
 } // namespace guitest

@@ -28,13 +28,19 @@ public:
     explicit WindowHarness(const QString& gripOptions = QString());
     ~WindowHarness();
 
-    // Makes (and shows) the main window; the link then uses the harness's port.
-    fTolvaneMan& open(bool show = true);
+    // Makes (and shows) the main window with the given command line; the link then uses the
+    // harness's port. Showing runs the first activation.
+    fTolvaneMan& open(bool show = true, const QStringList& commandLine = {});
+    // The command codes the grip received since the last call (gun-information refreshes too).
+    QList<int> takeCodes();
 
     griptest::GripHarness grip;
     ScriptedQtUi ui;
     std::unique_ptr<fTolvaneMan> window;
 };
+
+// The texts of the messages shown so far.
+QStringList messageTexts(const ScriptedUi& script);
 
 // Forgets the library, the application object and the preferences, and puts the template
 // library in place, so that each test starts as a first run.
