@@ -1,6 +1,7 @@
 // "get all" against the virtual grip over a pseudo-terminal, paced at 9600 baud, through the
 // real serial port: the total time compared with the floor the protocol sets (per exchange the
 // 100 ms pause after the code byte plus the wire time of command and report, 10 bits a byte).
+#include "GripFloor.h"
 #include "grip/mGripCommands.h"
 #include "library/cApplication.h"
 #include "link/cSerialPort.h"
@@ -20,58 +21,7 @@ namespace {
 
 constexpr int kBaud = 9600;
 constexpr int kRuns = 5;
-constexpr double kPauseMs = 100.0;
 constexpr double kGoal = 1.02;
-
-double wireMs(qsizetype bytes)
-{
-    return static_cast<double>(bytes) * 10.0 * 1000.0 / kBaud;
-}
-
-// The floor of the exchanges the grip saw: every command (the gun-information refreshes and
-// the boot-mode query included) with its pause, and every report.
-double floorMs(const QList<gripsim::TrafficEvent>& traffic, int& exchanges)
-{
-    double total = 0.0;
-    exchanges = 0;
-    for (const gripsim::TrafficEvent& event : traffic) {
-        if (event.kind == gripsim::TrafficEvent::Kind::Command) {
-            total += kPauseMs + wireMs(event.bytes.size());
-            ++exchanges;
-        } else if (event.kind == gripsim::TrafficEvent::Kind::Report) {
-            total += wireMs(event.bytes.size());
-        }
-    }
-    return total;
-}
-
-// Where the time above the floor went, from the grip's own time stamps: the host's pause after
-// the code byte beyond 100 ms, the grip's pacing beyond the wire time, and the host's turn-around
-// from the end of a report to the next command.
-struct Breakdown {
-    double pauseExcessMs = 0.0;
-    double gripExcessMs = 0.0;
-    double turnaroundMs = 0.0;
-};
-
-Breakdown breakdown(const QList<gripsim::TrafficEvent>& traffic)
-{
-    Breakdown b;
-    const gripsim::TrafficEvent* lastCommand = nullptr;
-    const gripsim::TrafficEvent* lastReport = nullptr;
-    for (const gripsim::TrafficEvent& event : traffic) {
-        if (event.kind == gripsim::TrafficEvent::Kind::Command) {
-            b.pauseExcessMs += static_cast<double>(event.pauseAfterCodeNs()) / 1e6 - kPauseMs - wireMs(1);
-            if (lastReport)
-                b.turnaroundMs += static_cast<double>(event.firstNs - lastReport->lastNs) / 1e6;
-            lastCommand = &event;
-        } else if (event.kind == gripsim::TrafficEvent::Kind::Report && lastCommand) {
-            b.gripExcessMs += static_cast<double>(event.lastNs - lastCommand->lastNs) / 1e6 - wireMs(event.bytes.size());
-            lastReport = &event;
-        }
-    }
-    return b;
-}
 
 } // namespace
 
@@ -98,7 +48,7 @@ int main(int argc, char* argv[])
     QList<double> times;
     double floor = 0.0;
     int exchanges = 0;
-    QList<Breakdown> parts;
+    QList<benchfloor::Breakdown> parts;
     try {
         mGripCommands::GetAll(); // warm-up: first opening of the port and the preferences
         for (int run = 0; run < kRuns; ++run) {
@@ -107,8 +57,8 @@ int main(int argc, char* argv[])
             timer.start();
             mGripCommands::GetAll();
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-            floor = floorMs(server.grip().traffic(), exchanges);
-            parts.append(breakdown(server.grip().traffic()));
+            floor = benchfloor::floorMs(server.grip().traffic(), kBaud, exchanges);
+            parts.append(benchfloor::breakdown(server.grip().traffic(), kBaud));
         }
     } catch (const std::exception& e) {
         out << "bench_get_all: get all failed: " << e.what() << '\n';
@@ -124,7 +74,7 @@ int main(int argc, char* argv[])
     const int mid = order.at(order.size() / 2);
     const double median = times.at(mid);
     const double best = times.at(order.first());
-    const Breakdown& part = parts.at(mid);
+    const benchfloor::Breakdown& part = parts.at(mid);
     const double ratio = median / floor;
     out << QStringLiteral("bench_get_all: get all %1 ms (median of %2, best %3 ms), floor %4 ms "
                           "(%5 exchanges at %6 baud), ratio %7 (goal <= %8)%9; above the floor: "

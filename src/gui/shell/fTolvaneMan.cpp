@@ -633,11 +633,11 @@ void fTolvaneMan::Form_Activate()
 void fTolvaneMan::LayoutToolButtons()
 {
     // From the left, each enabled button in the array's order takes the next place; a disabled
-    // button keeps the place it had.
+    // button keeps the place it had. A hidden button takes no room in the row.
     int left = TwipsToPixels(180, this);
     const int gap = TwipsToPixels(30, this);
     for (QPushButton* button : cmdTools) {
-        if (!button || !button->isEnabled())
+        if (!button || !button->isEnabled() || button->isHidden())
             continue;
         button->move(left, 2);
         left += button->width() + gap;

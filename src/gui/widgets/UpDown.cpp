@@ -22,6 +22,7 @@ QToolButton* arrowButton(Qt::ArrowType arrow, QWidget* parent)
 UpDown::UpDown(QWidget* parent) : QAbstractSlider(parent)
 {
     setOrientation(Qt::Vertical);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFocusPolicy(Qt::StrongFocus);
     setSingleStep(1);
     setPageStep(10);

@@ -1,0 +1,90 @@
+// "Get" through the main window's tool button, offscreen, against the virtual grip over a
+// pseudo-terminal paced at 9600 baud, through the real serial port: the total time compared with
+// the floor the protocol sets. The window's work (copying into the setting, refreshing the panes,
+// the state table) is inside the measured time.
+#include "GripFloor.h"
+#include "gui/shell/QtUserInterface.h"
+#include "gui/shell/fTolvaneMan.h"
+#include "library/cApplication.h"
+#include "library/mDatabase.h"
+#include "shell/mMain.h"
+#include "sim/PtyServer.h"
+#include "sim/SimOptions.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+namespace {
+
+constexpr int kBaud = 9600;
+constexpr int kRuns = 5;
+constexpr double kGoal = 1.02;
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QTemporaryDir home;
+    qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+    qputenv("MARLO_HOME", home.path().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    QTextStream out(stdout);
+    QFile::copy(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("instdbxx.tmp")),
+                QDir(home.path()).filePath(QStringLiteral("instdbxx.tmp")));
+
+    QString error;
+    const auto options = gripsim::SimOptions::parse(QStringLiteral("pace=1,baud=%1,firmware=4.0.5").arg(kBaud), &error);
+    gripsim::PtyServer server(*options);
+    if (!server.start(&error)) {
+        out << "bench_window_get_all: cannot start the virtual grip: " << error << '\n';
+        return 1;
+    }
+    QtUserInterface ui;
+    mMain::SetUserInterface(&ui);
+    cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+    prefs.overrideCommDevice(server.devicePath());
+    prefs.setShowConfirmComm(false);
+    if (!mMain::CheckForDB()) {
+        out << "bench_window_get_all: no library\n";
+        return 1;
+    }
+    QList<double> times;
+    double floor = 0.0;
+    int exchanges = 0;
+    QList<benchfloor::Breakdown> parts;
+    {
+        fTolvaneMan window;
+        window.setCommandLine({});
+        window.show();
+        QCoreApplication::processEvents();
+        window.cmdTools_Click(0); // warm-up: first opening of the port
+        for (int run = 0; run < kRuns; ++run) {
+            server.grip().clearTraffic();
+            QElapsedTimer timer;
+            timer.start();
+            window.cmdTools_Click(0);
+            times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+            floor = benchfloor::floorMs(server.grip().traffic(), kBaud, exchanges);
+            parts.append(benchfloor::breakdown(server.grip().traffic(), kBaud));
+        }
+    }
+    server.stop();
+    const double median = benchfloor::median(times);
+    const benchfloor::Breakdown part = parts.at(times.indexOf(median));
+    const double ratio = median / floor;
+    out << QStringLiteral("bench_window_get_all: get through the window %1 ms (median of %2), floor %3 ms "
+                          "(%4 exchanges at %5 baud), ratio %6 (goal <= %7)%8; above the floor: pauses +%9 ms, "
+                          "grip +%10 ms, host turn-around %11 ms\n")
+               .arg(median, 0, 'f', 1).arg(kRuns).arg(floor, 0, 'f', 1).arg(exchanges).arg(kBaud)
+               .arg(ratio, 0, 'f', 3).arg(kGoal, 0, 'f', 2).arg(ratio <= kGoal ? QString() : QStringLiteral(" OVER GOAL"))
+               .arg(part.pauseExcessMs, 0, 'f', 1).arg(part.gripExcessMs, 0, 'f', 1).arg(part.turnaroundMs, 0, 'f', 1);
+    mMain::ReleaseApplication();
+    mDatabase::DisconnectDB();
+    mMain::SetUserInterface(nullptr);
+    return 0;
+}
