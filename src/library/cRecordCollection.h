@@ -147,6 +147,10 @@ public:
     {
         pass(QStringLiteral("Load"), [&] {
             mDatabase::EnsureConnection(connection);
+            // A library that could not be opened was reported when it was opened: loading it
+            // says nothing more and leaves the collection empty.
+            if (!connection.isOpen())
+                return;
             QSqlQuery query = mDatabase::Execute(connection, LoadStatement());
             while (query.next()) {
                 const QSqlRecord row = query.record();

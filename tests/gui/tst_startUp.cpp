@@ -17,6 +17,8 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QtTest>
+#include <QAction>
+#include <QSettings>
 
 using namespace guitest;
 
@@ -49,6 +51,8 @@ private slots:
     void aChangedLibraryFileForgetsTheLastSetting();
     void withoutALibraryTheProgramEnds();
     void aLibraryFoundByTheUserIsKept();
+    void garbageInThePreferencesIsReportedAndTheProgramStarts();
+    void aForeignLibraryFileIsReportedAndTheWindowWorks();
     void nestedWaitPointer();
     void progressBarCoversItsPanel();
     void fileDialogFilters_data();
@@ -125,6 +129,51 @@ void tst_startUp::aLibraryFoundByTheUserIsKept()
     QCOMPARE(h.ui.script.questions[1].title, QStringLiteral("Specify database"));
     QCOMPARE(mMain::Application().RegistrySettings().DBName(), elsewhere);
     QCOMPARE(window->PanelText(fTolvaneMan::kPanelDatabase), elsewhere);
+}
+
+void tst_startUp::garbageInThePreferencesIsReportedAndTheProgramStarts()
+{
+    mMain::ReleaseApplication();
+    {
+        QSettings ini(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
+        ini.setValue(QStringLiteral("Initialize/ShowSplash"), QStringLiteral("False"));
+        ini.setValue(QStringLiteral("Initialize/CommPort"), QStringLiteral("COM one"));
+    }
+    WindowHarness h;
+    const auto window = mMain::StartUp();
+    QVERIFY(window);
+    QCOMPARE(h.ui.script.errors.size(), 1);
+    QCOMPARE(h.ui.script.errors.first().Number(), 13); // type mismatch
+    QCOMPARE(h.ui.script.errors.first().Trail().first().module, QStringLiteral("cRegistrySettings"));
+    // The preferences read before the bad one keep their values.
+    QVERIFY(!mMain::Application().RegistrySettings().ShowSplash());
+}
+
+void tst_startUp::aForeignLibraryFileIsReportedAndTheWindowWorks()
+{
+    WindowHarness h;
+    QFile foreign(mMain::ProgramFile(QStringLiteral("Marlo.mdb")));
+    QVERIFY(foreign.open(QIODevice::WriteOnly));
+    foreign.write("Standard Jet DB\0 this is not a library");
+    foreign.close();
+    const QByteArray before = [&] { QFile f(foreign.fileName()); f.open(QIODevice::ReadOnly); return f.readAll(); }();
+    fTolvaneMan& w = h.open();
+    QCOMPARE(h.ui.script.errors.size(), 1);
+    QVERIFY(w.ActiveSetting());
+    QVERIFY(w.IsTemplate());
+    control<QAction>(&w, QStringLiteral("mnuDLTiming"))->trigger();
+    QCOMPARE(h.ui.script.errors.size(), 1);
+    QCOMPARE(w.ActiveSetting()->lLoadTime(), 35);
+    // Saving cannot work: said, and the window stays open so that nothing is lost.
+    h.ui.script.yesNoAnswers.enqueue(true);
+    QVERIFY(!w.close());
+    QCOMPARE(h.ui.script.errors.size(), 2);
+    QVERIFY(w.isVisible());
+    QFile after(foreign.fileName());
+    QVERIFY(after.open(QIODevice::ReadOnly));
+    QCOMPARE(after.readAll(), before);
+    h.ui.script.yesNoAnswers.enqueue(false);
+    QVERIFY(w.close());
 }
 
 void tst_startUp::nestedWaitPointer()

@@ -365,5 +365,7 @@ void fTolvaneMan::connectHandlers()
     connect(chkUseEye, &QCheckBox::toggled, this, [this] { chkOption_Click(QStringLiteral("chkUseEye_Click")); });
     connect(chkEyeCheckMax, &QCheckBox::toggled, this, [this] { chkOption_Click(QStringLiteral("chkEyeCheckMax_Click")); });
     connect(chkEyeOKMax, &QCheckBox::toggled, this, [this] { chkOption_Click(QStringLiteral("chkEyeOKMax_Click")); });
-    connect(txtDefaultLoadTime, &QLineEdit::textChanged, this, [this] { SetMaxROF(); });
+    connect(txtDefaultLoadTime, &QLineEdit::textChanged, this, [this] {
+        Handle(QStringLiteral("txtDefaultLoadTime_Change"), [&] { SetMaxROF(); });
+    });
 }
