@@ -21,8 +21,10 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <functional>
 
 using mGUISupport::TwipsToPixels;
@@ -121,6 +123,7 @@ void fLibSets::createControls()
     lvwLib->setAccessibleName(tr("Settings library"));
     lvwLib->setAccessibleDescription(tr("Enter uses the selected setting, Delete deletes it, Ctrl+P shows its properties."));
     lvwLib->setRootIsDecorated(false);
+    lvwLib->setIndentation(0);
     lvwLib->setItemsExpandable(false);
     lvwLib->setUniformRowHeights(true);
     lvwLib->setAllColumnsShowFocus(true);
@@ -221,12 +224,16 @@ void fLibSets::Form_Load()
         QTreeWidgetItem* header = lvwLib->headerItem();
         // The unnamed first column is read out by what it is.
         header->setData(ColKey, Qt::AccessibleTextRole, tr("Key"));
-        lvwLib->header()->setMinimumSectionSize(TwipsToPixels(150, this));
+        // Narrow documented columns (360 twips) stay narrow; a larger minimum would also leave a
+        // gap where the hidden first column is.
+        lvwLib->header()->setMinimumSectionSize(1);
+        // A width of 0 is a hidden column.
+        lvwLib->setColumnHidden(ColKey, true);
         for (int c = 0; c < ColumnCount; ++c) {
             header->setTextAlignment(c, (kColumns[c].rightAligned ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-            lvwLib->setColumnWidth(c, TwipsToPixels(kColumns[c].twips, this));
+            if (kColumns[c].twips > 0)
+                lvwLib->setColumnWidth(c, TwipsToPixels(kColumns[c].twips, this));
         }
-        lvwLib->setColumnHidden(ColKey, true);
         lvwLib->header()->setSectionsClickable(true);
         lvwLib->header()->setSortIndicatorShown(false);
         lvwLib->header()->setStretchLastSection(false);
@@ -246,9 +253,33 @@ void fLibSets::Form_Load()
             rows << row;
         }
         lvwLib->addTopLevelItems(rows);
+        fitFixedColumns();
         mListViewSupport::SelectRow(lvwLib, first);
         mnuPopup->hide();
     });
+}
+
+// The columns keep their documented widths, except that the columns of fixed-format values
+// (number, date, rate, times) grow where this screen's font would cut their texts; a long name
+// is cut, and read in full in its tool tip.
+void fLibSets::fitFixedColumns()
+{
+    const int margin = 2 * lvwLib->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, lvwLib) + 6;
+    const QFontMetrics metrics(lvwLib->font());
+    QList<int> needed(ColumnCount, 0);
+    for (int i = 0; i < lvwLib->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* row = lvwLib->topLevelItem(i);
+        for (int c = ColNumber; c < ColumnCount; ++c) {
+            if (c != ColName)
+                needed[c] = qMax(needed[c], metrics.horizontalAdvance(row->text(c)) + margin);
+        }
+    }
+    for (int c = ColNumber; c < ColumnCount; ++c) {
+        if (c == ColName)
+            continue;
+        const int width = std::max(TwipsToPixels(kColumns[c].twips, this), needed[c]);
+        lvwLib->setColumnWidth(c, width);
+    }
 }
 
 QTreeWidgetItem* fLibSets::newRow(const QString& key, const QString& number)

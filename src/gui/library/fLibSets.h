@@ -86,6 +86,7 @@ private:
     // The library record of a row (its key must be in the library).
     std::shared_ptr<cSetsTemplate> recordOf(const QTreeWidgetItem* row) const;
     QTreeWidgetItem* newRow(const QString& key, const QString& number);
+    void fitFixedColumns();
 
     QPointer<fTolvaneMan> m_owner;
     QTreeWidget* lvwLib = nullptr;

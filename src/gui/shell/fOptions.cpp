@@ -167,6 +167,7 @@ void fOptions::createGeneralPage(QWidget* page)
     cmdBrowseDBPath->setAccessibleName(tr("Browse for the database"));
     cmdBrowseDBPath->setToolTip(tr("Browse for the database"));
     cmdBrowseDBPath->setAutoDefault(false);
+    cmdBrowseDBPath->setFixedWidth(cmdBrowseDBPath->fontMetrics().horizontalAdvance(QStringLiteral("...")) + 24);
     auto* path = new QHBoxLayout(fraDataPath);
     path->addWidget(txtDBPath, 1);
     path->addWidget(cmdBrowseDBPath);
@@ -176,9 +177,7 @@ void fOptions::createGeneralPage(QWidget* page)
     fraGripSync = make<QGroupBox>(page, QStringLiteral("fraGripSync"));
     fraGripSync->setTitle(tr("Grip syncronization"));
     chkSettingsGet = checkBox(fraGripSync, QStringLiteral("chkSettingsGet"), tr("Get settings on connect:"));
-    chkSettingsGet->setLayoutDirection(Qt::RightToLeft);
     chkAutoDetect = checkBox(fraGripSync, QStringLiteral("chkAutoDetect"), tr("Automatic grip detection:"));
-    chkAutoDetect->setLayoutDirection(Qt::RightToLeft);
     auto* lblAutocheckInterval = make<QLabel>(fraGripSync, QStringLiteral("lblAutocheckInterval"));
     lblAutocheckInterval->setText(tr("Interval (secs):"));
     txtAutocheckInterval = make<QLineEdit>(fraGripSync, QStringLiteral("txtAutocheckInterval"));
@@ -385,6 +384,13 @@ void fOptions::CheckDevice()
     lblDeviceProblem->setText(problem);
     lblDeviceProblem->setVisible(!problem.isEmpty());
     lblDeviceProblemIcon->setVisible(!problem.isEmpty());
+    // A longer text needs more lines: the dialog grows so that none is cut.
+    if (isVisible() && layout()) {
+        layout()->activate();
+        const int needed = heightForWidth(width());
+        if (needed > height())
+            resize(width(), needed);
+    }
 }
 
 // ---- checking and applying ---------------------------------------------------------------------
