@@ -1,8 +1,6 @@
 // The library browser: its rows and columns, using, deleting and sorting settings, the factory
 // default, the keys and the pop-up menu, and that it shows and keeps any text exactly.
-#include "Accessibility.h"
-#include "GuiTestSupport.h"
-#include "ModalAnswer.h"
+#include "DialogTestSupport.h"
 
 #include "gui/library/fLibSets.h"
 #include "gui/library/fSetsTemplate.h"
@@ -26,22 +24,6 @@ using namespace guitest;
 using mMain::Application;
 
 namespace {
-
-// The scripted services and a fresh library, without a main window.
-class Library {
-public:
-    Library()
-    {
-        FreshStart();
-        mMain::SetUserInterface(&ui);
-        mMain::CheckForDB();
-    }
-    ~Library() { mMain::SetUserInterface(nullptr); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    ScriptedQtUi ui;
-};
 
 std::shared_ptr<cSetsTemplate> addTemplate(const QString& name, qint32 shotTime = 0, QDate date = QDate(2020, 1, 1))
 {
@@ -166,7 +148,7 @@ void tst_libraryBrowser::rowsInLibraryOrder()
     QFETCH(QStringList, names);
     QFETCH(QList<int>, deleted);
     QFETCH(QStringList, rows);
-    Library library;
+    ScriptedLibrary library;
     for (const QString& name : names)
         addTemplate(name);
     saveAndReload(); // the order the file gives, then the order of adding
@@ -212,7 +194,7 @@ void tst_libraryBrowser::columns()
     QFETCH(QString, header);
     QFETCH(int, twips);
     QFETCH(bool, right);
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("a name much longer than its column is wide"), 12345, QDate(2024, 5, 18));
     fLibSets browser;
     QTreeWidget* list = listOf(browser);
@@ -238,7 +220,7 @@ void tst_libraryBrowser::columns()
 
 void tst_libraryBrowser::cellsOfARecord()
 {
-    Library library;
+    ScriptedLibrary library;
     const auto record = addTemplate(QStringLiteral("Wet day"), 5, QDate(2024, 3, 7));
     record->setlDwellTime(10);
     record->setlCycleTimeOpen(30);
@@ -259,7 +241,7 @@ void tst_libraryBrowser::cellsOfARecord()
 
 void tst_libraryBrowser::activateItem()
 {
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("A"));
     const auto b = addTemplate(QStringLiteral("B"));
     fLibSets browser;
@@ -292,7 +274,7 @@ void tst_libraryBrowser::deleteSelectsTheNeighbour()
     QFETCH(Way, way);
     QFETCH(QStringList, remaining);
     QFETCH(QString, selected);
-    Library library;
+    ScriptedLibrary library;
     const QList<std::shared_ptr<cSetsTemplate>> records = {addTemplate("A"), addTemplate("B"), addTemplate("C")};
     fLibSets browser;
     showAndActivate(browser);
@@ -321,7 +303,7 @@ void tst_libraryBrowser::factoryDefaultCannotBeDeleted_data()
 void tst_libraryBrowser::factoryDefaultCannotBeDeleted()
 {
     QFETCH(Way, way);
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("A"));
     fLibSets browser;
     showAndActivate(browser);
@@ -440,7 +422,7 @@ void tst_libraryBrowser::sortsAsText()
     QFETCH(QList<int>, clicks);
     QFETCH(int, column);
     QFETCH(QStringList, order);
-    Library library;
+    ScriptedLibrary library;
     for (int i = 0; i < names.size(); ++i)
         addTemplate(names[i], shotTimes.value(i), dates.value(i, QDate(2020, 1, 1)));
     fLibSets browser;
@@ -456,7 +438,7 @@ void tst_libraryBrowser::sortsAsText()
 
 void tst_libraryBrowser::deletedAndUnsavedIsNotShownAgain()
 {
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("Keep"));
     const auto gone = addTemplate(QStringLiteral("Gone"));
     saveAndReload();
@@ -482,7 +464,7 @@ void tst_libraryBrowser::deletedAndUnsavedIsNotShownAgain()
 
 void tst_libraryBrowser::neverReadsTheLibraryFileAgain()
 {
-    Library library;
+    ScriptedLibrary library;
     for (int i = 0; i < 5; ++i)
         addTemplate(QStringLiteral("T%1").arg(i), i);
     saveAndReload();
@@ -519,7 +501,7 @@ void tst_libraryBrowser::anyTextIsShownAndKeptExactly_data()
 void tst_libraryBrowser::anyTextIsShownAndKeptExactly()
 {
     QFETCH(QString, name);
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("before"));
     const auto record = addTemplate(QStringLiteral("typed later"));
     addTemplate(QStringLiteral("after"));
@@ -546,7 +528,7 @@ void tst_libraryBrowser::anyTextIsShownAndKeptExactly()
 
 void tst_libraryBrowser::propertiesRefreshTheRow()
 {
-    Library library;
+    ScriptedLibrary library;
     const auto record = addTemplate(QStringLiteral("Old name"));
     fLibSets browser;
     selectRow(browser, 1);
@@ -599,7 +581,7 @@ void tst_libraryBrowser::keysWorkWhereverTheFocusIs()
     QFETCH(int, key);
     QFETCH(int, modifiers);
     QFETCH(QString, expected);
-    Library library;
+    ScriptedLibrary library;
     const auto record = addTemplate(QStringLiteral("A"));
     addTemplate(QStringLiteral("B"));
     fLibSets browser;
@@ -623,7 +605,7 @@ void tst_libraryBrowser::keysWorkWhereverTheFocusIs()
 
 void tst_libraryBrowser::rightButtonShowsThePopupMenu()
 {
-    Library library;
+    ScriptedLibrary library;
     const auto record = addTemplate(QStringLiteral("A"));
     fLibSets browser;
     showAndActivate(browser);
@@ -647,7 +629,7 @@ void tst_libraryBrowser::rightButtonShowsThePopupMenu()
 
 void tst_libraryBrowser::placementIsKept()
 {
-    Library library;
+    ScriptedLibrary library;
     {
         fLibSets browser;
         browser.show();
@@ -664,7 +646,7 @@ void tst_libraryBrowser::placementIsKept()
 
 void tst_libraryBrowser::everyControlHasAName()
 {
-    Library library;
+    ScriptedLibrary library;
     addTemplate(QStringLiteral("A"));
     fLibSets browser;
     QCOMPARE(unnamedControls(&browser), QStringList());

@@ -1,8 +1,6 @@
 // The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths, the lists
 // that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the device list.
-#include "Accessibility.h"
-#include "GuiTestSupport.h"
-#include "ModalAnswer.h"
+#include "DialogTestSupport.h"
 
 #include "gui/shell/fOptions.h"
 #include "library/cApplication.h"
@@ -27,21 +25,6 @@ using mMain::Application;
 using mSerialDevices::PortEntry;
 
 namespace {
-
-class Library {
-public:
-    Library()
-    {
-        FreshStart();
-        mMain::SetUserInterface(&ui);
-        mMain::CheckForDB();
-    }
-    ~Library() { mMain::SetUserInterface(nullptr); }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-
-    ScriptedQtUi ui;
-};
 
 QString stored(const QString& key)
 {
@@ -80,8 +63,6 @@ class tst_options : public QObject {
     Q_OBJECT
 private slots:
     void loadsThePreferences();
-    void fixedLists_data();
-    void fixedLists();
     void applyOkCancel_data();
     void applyOkCancel();
     void commSettingsAreNeverWritten();
@@ -93,8 +74,6 @@ private slots:
     void deviceListFromTheGivenPorts();
     void chosenDeviceIsStored_data();
     void chosenDeviceIsStored();
-    void storedDeviceIsShown_data();
-    void storedDeviceIsShown();
     void deviceProblemShownOnThePage();
     void everyControlHasAName();
     void mainWindowOpensTheDialog();
@@ -102,7 +81,7 @@ private slots:
 
 void tst_options::loadsThePreferences()
 {
-    Library library;
+    ScriptedLibrary library;
     cRegistrySettings& prefs = Application().RegistrySettings();
     prefs.setShowSplash(false);
     prefs.setShowConfirmComm(true);
@@ -110,6 +89,7 @@ void tst_options::loadsThePreferences()
     prefs.setCommLogToConsole(false);
     prefs.setCommPort(3);
     prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
+    prefs.setCommDevice(QStringLiteral("sim"));
     fOptions dialog;
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Options"));
     QCOMPARE(control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))->text(), prefs.DBName());
@@ -121,6 +101,8 @@ void tst_options::loadsThePreferences()
     for (const char* name : {"cboPort", "cboBaud", "cboParity", "cboBits", "cboStopBits"})
         shown << combo(&dialog, name)->currentText();
     QCOMPARE(shown, (QStringList{"3", "19200", "Even", "7", "2"}));
+    QCOMPARE(combo(&dialog, "cboDevice")->currentText(), QStringLiteral("Virtual grip (demo)"));
+    QCOMPARE(dialog.ChosenDevice(), QStringLiteral("sim"));
     auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
     QCOMPARE(tabs->currentIndex(), 0);
     QStringList tabRows;
@@ -130,37 +112,6 @@ void tst_options::loadsThePreferences()
     QCOMPARE(control<QStackedWidget>(&dialog, QStringLiteral("picOptionsArea"))->currentWidget()->objectName(), QStringLiteral("picOptions(0)"));
     QCOMPARE(control<QGroupBox>(&dialog, QStringLiteral("fraGripSync"))->title(), QStringLiteral("Grip syncronization"));
     QVERIFY(library.ui.script.errors.isEmpty());
-}
-
-void tst_options::fixedLists_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<QStringList>("items");
-    QTest::newRow("port") << "cboPort" << "&Port:" << QStringList{"1:1", "2:2", "3:3", "4:4"};
-    QTest::newRow("baud") << "cboBaud" << "Ba&ud:"
-                          << QStringList{"110:1", "300:2", "600:3", "1200:4", "2400:5", "9600:6", "14400:7",
-                                         "19200:8", "28800:9", "38400:10", "56000:11", "128000:12", "256000:13"};
-    QTest::newRow("parity") << "cboParity" << "&Parity:" << QStringList{"None:0", "Even:1", "Mark:2", "Odd:3", "Space:4"};
-    QTest::newRow("bits") << "cboBits" << "&Bits:" << QStringList{"4:4", "5:5", "6:6", "7:7", "8:8"};
-    QTest::newRow("stop bits") << "cboStopBits" << "&Stopbits:" << QStringList{"1:0", "1.5:1", "2:2"};
-}
-
-void tst_options::fixedLists()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, label);
-    QFETCH(QStringList, items);
-    Library library;
-    fOptions dialog;
-    QComboBox* list = control<QComboBox>(&dialog, name);
-    QCOMPARE(itemsOf(list), items);
-    QLabel* caption = nullptr;
-    for (QLabel* l : dialog.findChildren<QLabel*>())
-        if (l->buddy() == list)
-            caption = l;
-    QVERIFY(caption);
-    QCOMPARE(caption->text(), label);
 }
 
 void tst_options::applyOkCancel_data()
@@ -196,7 +147,7 @@ void tst_options::applyOkCancel()
     QFETCH(bool, applied);
     QFETCH(bool, open);
     QFETCH(QString, message);
-    Library library;
+    ScriptedLibrary library;
     QTemporaryDir folder;
     cRegistrySettings& prefs = Application().RegistrySettings();
     const QString library0 = prefs.DBName();
@@ -259,7 +210,7 @@ void tst_options::applyOkCancel()
 
 void tst_options::commSettingsAreNeverWritten()
 {
-    Library library;
+    ScriptedLibrary library;
     cRegistrySettings& prefs = Application().RegistrySettings();
     prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
     fOptions dialog;
@@ -286,7 +237,7 @@ void tst_options::backwardCompatibleBoxOnlyWithLogToFile_data()
 void tst_options::backwardCompatibleBoxOnlyWithLogToFile()
 {
     QFETCH(bool, showLogToFile);
-    Library library;
+    ScriptedLibrary library;
     cRegistrySettings& prefs = Application().RegistrySettings();
     prefs.setShowLogToFile(showLogToFile);
     prefs.setBackwardCompatibleUpload(true);
@@ -322,7 +273,7 @@ void tst_options::ctrlTabAndOnlyCtrlTab()
     QFETCH(int, key);
     QFETCH(int, modifiers);
     QFETCH(int, tab);
-    Library library;
+    ScriptedLibrary library;
     fOptions dialog;
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
@@ -341,7 +292,7 @@ void tst_options::ctrlTabAndOnlyCtrlTab()
 
 void tst_options::browseFillsThePath()
 {
-    Library library;
+    ScriptedLibrary library;
     fOptions dialog;
     auto* path = control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"));
     const QString before = path->text();
@@ -359,7 +310,7 @@ void tst_options::browseFillsThePath()
 
 void tst_options::deviceListFromTheGivenPorts()
 {
-    Library library;
+    ScriptedLibrary library;
     fOptions dialog;
     int asked = 0;
     dialog.setPortLister([&] {
@@ -399,7 +350,7 @@ void tst_options::chosenDeviceIsStored()
     QFETCH(int, item);
     QFETCH(QString, typed);
     QFETCH(QString, device);
-    Library library;
+    ScriptedLibrary library;
     Application().RegistrySettings().setCommDevice(QStringLiteral("/dev/old"));
     fOptions dialog;
     dialog.setPortLister([] { return kPorts; });
@@ -415,30 +366,9 @@ void tst_options::chosenDeviceIsStored()
     QCOMPARE(stored(QStringLiteral("CommDevice")), device);
 }
 
-void tst_options::storedDeviceIsShown_data()
-{
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("virtual grip") << "sim" << "Virtual grip (demo)";
-    QTest::newRow("virtual grip with options") << "sim:firmware=4.0.5" << "sim:firmware=4.0.5";
-    QTest::newRow("a path") << "/dev/ttyUSB9" << "/dev/ttyUSB9";
-    QTest::newRow("none") << "" << "";
-}
-
-void tst_options::storedDeviceIsShown()
-{
-    QFETCH(QString, device);
-    QFETCH(QString, shown);
-    Library library;
-    Application().RegistrySettings().setCommDevice(device);
-    fOptions dialog;
-    QCOMPARE(combo(&dialog, "cboDevice")->currentText(), shown);
-    QCOMPARE(dialog.ChosenDevice(), device);
-}
-
 void tst_options::deviceProblemShownOnThePage()
 {
-    Library library;
+    ScriptedLibrary library;
     Application().RegistrySettings().setCommPort(2);
     fOptions dialog;
     const QString denied = QStringLiteral("Permission denied opening /dev/ttyUSB0. Your user must be in the 'dialout' group");
@@ -469,7 +399,7 @@ void tst_options::deviceProblemShownOnThePage()
 
 void tst_options::everyControlHasAName()
 {
-    Library library;
+    ScriptedLibrary library;
     fOptions dialog;
     QCOMPARE(unnamedControls(&dialog), QStringList());
     QCOMPARE(accessibleName(control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))), QStringLiteral("Database path"));
