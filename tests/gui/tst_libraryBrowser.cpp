@@ -655,13 +655,10 @@ void tst_libraryBrowser::everyControlHasAName()
     QAccessibleInterface* list = QAccessible::queryAccessibleInterface(listOf(browser));
     QVERIFY(list && list->tableInterface());
     QCOMPARE(list->tableInterface()->columnCount(), 10);
-    QAccessibleInterface* header = list->tableInterface()->cellAt(0, 2);
-    QVERIFY(header);
-    QAccessibleTableCellInterface* cell = header->tableCellInterface();
-    QVERIFY(cell);
-    const QList<QAccessibleInterface*> headers = cell->columnHeaderCells();
-    QCOMPARE(headers.size(), 1);
-    QCOMPARE(headers[0]->text(QAccessible::Name), QStringLiteral("Name"));
+    QStringList headers;
+    for (int c = 1; c < 10; ++c)
+        headers << list->tableInterface()->columnDescription(c);
+    QCOMPARE(headers, (QStringList{"#", "Name", "Date", "ROF bps", "ST ms", "DT ms", "CTO ms", "LT ms", "CTC ms"}));
 }
 
 void tst_libraryBrowser::mainWindowOpensTheBrowserOnTheActiveSetting()

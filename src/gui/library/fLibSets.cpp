@@ -81,11 +81,6 @@ W* make(QWidget* parent, const QString& name)
 
 } // namespace
 
-const fLibSets::ColumnSpec& fLibSets::ColumnAt(int column)
-{
-    return kColumns[qBound(0, column, ColumnCount - 1)];
-}
-
 std::shared_ptr<cSetsTemplate> fLibSets::MakeFactoryDefault()
 {
     auto record = std::make_shared<cSetsTemplate>();

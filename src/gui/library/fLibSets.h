@@ -32,7 +32,6 @@ public:
         int twips;
         bool rightAligned;
     };
-    static const ColumnSpec& ColumnAt(int column);
 
     // Builds the window and loads it (Form_Load): owner receives the setting the user chooses
     // (none: using a setting only closes the browser).
