@@ -2,6 +2,7 @@
 
 #include "link/MarloError.h"
 #include "link/mErrCodes.h"
+#include "link/mSerialDevices.h"
 
 #include <QFileInfo>
 
@@ -36,7 +37,7 @@ cSerialPort::~cSerialPort()
 QString cSerialPort::devicePath() const
 {
     if (device().isEmpty())
-        return QStringLiteral("/dev/ttyS%1").arg(CommPort() - 1);
+        return mSerialDevices::PortPath(CommPort());
     if (isSimDevice(device())) {
         if (!resolver())
             RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),

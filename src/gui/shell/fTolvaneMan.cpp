@@ -108,7 +108,7 @@ const MenuItem kMenus[] = {
     {"mnuPromote", QT_TRANSLATE_NOOP("fTolvaneMan", "&Promote"), "mnuFunction", &fTolvaneMan::mnuPromote_Click},
     {"mnuBurnFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Burn firmware"), "mnuFunction", &fTolvaneMan::mnuBurnFirmware_Click},
     {"-", nullptr, "mnuFunction", nullptr},
-    {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", nullptr}, // PENDING: the options dialog
+    {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", &fTolvaneMan::mnuOptions_Click},
     {"mnuView", QT_TRANSLATE_NOOP("fTolvaneMan", "&View"), nullptr, nullptr},
     {"mnuHelp", QT_TRANSLATE_NOOP("fTolvaneMan", "&Help"), nullptr, nullptr},
     {"mnuContents", QT_TRANSLATE_NOOP("fTolvaneMan", "&Contents"), "mnuHelp", nullptr},

@@ -109,6 +109,7 @@ public slots:
     void mnuSave_Click();
     void mnuExit_Click();
     void mnuAbout_Click();
+    void mnuOptions_Click();
     void mnuDLTiming_Click();
     void mnuULTiming_Click();
     void mnuDLCounters_Click();
@@ -154,6 +155,10 @@ private:
     // The common frame of a grip command: wait pointer, the boot-mode check, the transfers,
     // then the confirmation when confirmations are on (fTolvaneMan_Commands.cpp).
     void RunGripCommand(const QString& confirmation, const std::function<void()>& transfers);
+    // The library browser and the property editor of the active setting
+    // (fTolvaneMan_Library.cpp).
+    void ShowLibraryBrowser();
+    void ShowPropertyEditor();
     // Runs a handler's body with its error trap.
     void Handle(const QString& procedure, const std::function<void()>& body);
 

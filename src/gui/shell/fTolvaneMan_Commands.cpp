@@ -89,6 +89,12 @@ void fTolvaneMan::ActivateTools(int index)
                 SetVersionStatus();
             });
             break;
+        case 2:
+            ShowLibraryBrowser();
+            break;
+        case 4:
+            ShowPropertyEditor();
+            break;
         case 6:
             SetDefaultSettings();
             break;

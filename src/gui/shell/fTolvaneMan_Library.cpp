@@ -1,0 +1,57 @@
+// The main window's way into the settings library: the library browser, the property editor of
+// the active setting and the options dialog.
+#include "gui/shell/fTolvaneMan.h"
+
+#include "gui/library/fLibSets.h"
+#include "gui/library/fSetsTemplate.h"
+#include "gui/shell/fOptions.h"
+#include "library/cApplication.h"
+#include "library/cSetsTemplate.h"
+#include "shell/mMain.h"
+
+using mMain::Application;
+
+void fTolvaneMan::ShowLibraryBrowser()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ShowLibraryBrowser"), [&] {
+        fLibSets browser(this);
+        const auto active = ActiveSetting();
+        browser.ActivateItem(active ? active->ID() : QString());
+        browser.exec();
+        // The active setting's name may have changed in the browser's property editor.
+        SetCaption();
+    });
+}
+
+void fTolvaneMan::ShowPropertyEditor()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ShowPropertyEditor"), [&] {
+        const auto active = ActiveSetting();
+        if (!active)
+            return;
+        // The number the browser shows for the setting: its place among the library's settings.
+        QString number;
+        int running = 0;
+        for (const auto& record : Application().colSetsTemplate()) {
+            if (record->IsDeleted())
+                continue;
+            ++running;
+            if (record == active) {
+                number = QString::number(running);
+                break;
+            }
+        }
+        fSetsTemplate editor(this);
+        editor.Open(active, number);
+        editor.exec();
+        SetCaption();
+    });
+}
+
+void fTolvaneMan::mnuOptions_Click()
+{
+    Handle(QStringLiteral("mnuOptions_Click"), [&] {
+        fOptions options(this);
+        options.exec();
+    });
+}
