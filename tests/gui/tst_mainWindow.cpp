@@ -276,7 +276,6 @@ void tst_mainWindow::aFailingGripIsReportedAndTheWindowStaysUsable_data()
     QTest::newRow("silent grip") << int(gripsim::FaultKind::Silent) << 0x13 << 10201 << "Communication timed out!";
     // A report code the catalogue does not know makes the read ask for -1 bytes.
     QTest::newRow("garbled timing report") << int(gripsim::FaultKind::Garbage) << 0x14 << 5 << "";
-    QTest::newRow("short timing report") << int(gripsim::FaultKind::Short) << 0x14 << 10213 << "";
     QTest::newRow("bad checksum on the battery") << int(gripsim::FaultKind::BadSum) << 0x17 << 10200 << "";
 }
 
