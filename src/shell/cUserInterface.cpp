@@ -3,7 +3,32 @@
 #include "link/MarloError.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
 #include <cstdio>
+
+void cUserInterface::waitWithEvents(int milliseconds)
+{
+    if (milliseconds <= 0)
+        return;
+    QDeadlineTimer deadline(milliseconds, Qt::PreciseTimer);
+    QCoreApplication* app = QCoreApplication::instance();
+    if (app && QThread::currentThread() == app->thread()) {
+        QEventLoop loop;
+        QTimer timer;
+        timer.setTimerType(Qt::PreciseTimer);
+        timer.setSingleShot(true);
+        QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+        timer.start(milliseconds);
+        loop.exec();
+    }
+    // Never shorter than asked: what the timer left (or the whole pause without an event loop).
+    const qint64 left = deadline.remainingTime();
+    if (left > 0)
+        QThread::msleep(static_cast<unsigned long>(left));
+}
 
 void cHeadlessUserInterface::startProgress(int maximum)
 {
