@@ -15,19 +15,22 @@ void cUserInterface::waitWithEvents(int milliseconds)
         return;
     QDeadlineTimer deadline(milliseconds, Qt::PreciseTimer);
     QCoreApplication* app = QCoreApplication::instance();
-    if (app && QThread::currentThread() == app->thread()) {
+    // Events run until shortly before the end; the last stretch is a plain sleep, so that an
+    // event handled just then cannot stretch the pause much beyond what was asked.
+    constexpr int kQuietEndMs = 2;
+    if (app && QThread::currentThread() == app->thread() && milliseconds > 2 * kQuietEndMs) {
         QEventLoop loop;
         QTimer timer;
         timer.setTimerType(Qt::PreciseTimer);
         timer.setSingleShot(true);
         QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
-        timer.start(milliseconds);
+        timer.start(milliseconds - kQuietEndMs);
         loop.exec();
     }
-    // Never shorter than asked: what the timer left (or the whole pause without an event loop).
-    const qint64 left = deadline.remainingTime();
+    // Never shorter than asked: what the event loop left (or the whole pause without one).
+    const qint64 left = deadline.remainingTimeNSecs();
     if (left > 0)
-        QThread::msleep(static_cast<unsigned long>(left));
+        QThread::usleep(static_cast<unsigned long>((left + 999) / 1000));
 }
 
 void cHeadlessUserInterface::startProgress(int maximum)

@@ -15,6 +15,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -41,6 +42,7 @@ private slots:
     void menuItemFollowsTheWindowAndThePreference();
     void opensByItselfWhenLoggingIsOn();
     void clearAndSaveAs();
+    void followsTheEndFromTheFirstShowing();
     void buildInfo_data();
     void buildInfo();
 };
@@ -68,6 +70,21 @@ void tst_trafficWindow::entriesAppearAsTheLinkLogsThem()
     QVERIFY(log->LogText().endsWith(QStringLiteral("]\r\n")));
     QCOMPARE(log->LogText().count(QStringLiteral("\r\n")), lines.size());
     QCOMPARE(w.PanelText(2), QStringLiteral("4.0.5"));
+
+    // More than a screenful: the view follows the end; scrolled back, it stays where the user is.
+    auto* view = control<QPlainTextEdit>(log, QStringLiteral("txtLog"));
+    for (int i = 0; i < 20; ++i)
+        control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
+    log->flush();
+    QApplication::processEvents();
+    QScrollBar* bar = view->verticalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    QCOMPARE(bar->value(), bar->maximum());
+    bar->triggerAction(QAbstractSlider::SliderToMinimum); // as the user scrolls
+    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
+    log->flush();
+    QApplication::processEvents();
+    QCOMPARE(bar->value(), 0);
 }
 
 void tst_trafficWindow::menuItemFollowsTheWindowAndThePreference_data()
@@ -156,6 +173,23 @@ void tst_trafficWindow::clearAndSaveAs()
     control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
     log->flush();
     QCOMPARE(log->LogText().count(QStringLiteral("Sending data")), 2);
+}
+
+void tst_trafficWindow::followsTheEndFromTheFirstShowing()
+{
+    // The entries of a whole exchange arrive before the window is first on screen.
+    fCommConsole log;
+    for (int i = 0; i < 300; ++i)
+        log.appendEntry(QStringLiteral("entry %1\r\n  dec: [1]\r\n  hex:   [01]").arg(i));
+    log.flush();
+    QVERIFY(log.isVisible());
+    QApplication::processEvents();
+    QScrollBar* bar = control<QPlainTextEdit>(&log, QStringLiteral("txtLog"))->verticalScrollBar();
+    QVERIFY(bar->maximum() > 0);
+    QCOMPARE(bar->value(), bar->maximum());
+    log.resize(log.width(), log.height() / 2);
+    QTRY_COMPARE(bar->value(), bar->maximum());
+    QVERIFY(bar->value() > 0);
 }
 
 void tst_trafficWindow::buildInfo_data()

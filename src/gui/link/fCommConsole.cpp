@@ -54,6 +54,13 @@ fCommConsole::fCommConsole(QWidget* parent) : QWidget(parent, Qt::Window)
     const int columns = txtLog->fontMetrics().horizontalAdvance(QString(72, QLatin1Char('0')));
     resize(columns + 60, 420);
 
+    // The view follows the end until the user scrolls back to read, and again once the user
+    // scrolls to the end.
+    QScrollBar* bar = txtLog->verticalScrollBar();
+    // Only the user's own scrolling counts (wheel, keys, the bar): new lines and resizing change
+    // the range and the value on their own.
+    connect(bar, &QScrollBar::actionTriggered, this, [this, bar] { m_following = bar->sliderPosition() >= bar->maximum(); });
+
     m_batch = new QTimer(this);
     m_batch->setSingleShot(true);
     m_batch->setInterval(kBatchMs);
@@ -79,14 +86,21 @@ void fCommConsole::flush()
     // so an entry for a hidden window means it was turned on again: show the window.
     if (!isVisible())
         show();
-    QScrollBar* bar = txtLog->verticalScrollBar();
-    // The view follows the end unless the user has scrolled back to read.
-    const bool following = bar->value() >= bar->maximum();
     QString text = m_pending.join(kLineBreak);
     m_pending.clear();
     txtLog->appendPlainText(text.replace(kLineBreak, QStringLiteral("\n")));
-    if (following)
-        bar->setValue(bar->maximum());
+    if (m_following)
+        scrollToEnd();
+}
+
+void fCommConsole::scrollToEnd()
+{
+    // The document is laid out lazily and a window just shown may not have its size yet, so the
+    // scroll bar's range can be an old one: the cursor at the end brings the last line into view.
+    txtLog->moveCursor(QTextCursor::End);
+    txtLog->ensureCursorVisible();
+    QScrollBar* bar = txtLog->verticalScrollBar();
+    bar->setValue(bar->maximum());
 }
 
 QString fCommConsole::LogText() const
@@ -137,9 +151,21 @@ void fCommConsole::closeEvent(QCloseEvent* event)
         emit closedByUser();
 }
 
+void fCommConsole::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    // Once the view inside has its new size too.
+    QTimer::singleShot(0, this, [this] {
+        if (m_following)
+            scrollToEnd();
+    });
+}
+
 void fCommConsole::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
+    if (m_following)
+        scrollToEnd();
     emit visibilityChanged(true);
 }
 

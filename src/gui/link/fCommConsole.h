@@ -46,13 +46,17 @@ signals:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
+    void scrollToEnd();
+
     QPlainTextEdit* txtLog = nullptr;
     QPushButton* cmdClear = nullptr;
     QPushButton* cmdSaveAs = nullptr;
     QPushButton* cmdClose = nullptr;
     QTimer* m_batch = nullptr;
     QStringList m_pending;
+    bool m_following = true;
 };
