@@ -108,7 +108,10 @@ public:
         m_timer.setInterval(kTickMs);
         connect(&m_timer, &QTimer::timeout, this, [this] {
             const qint64 now = m_clock.nsecsElapsed();
-            m_gaps.append(static_cast<double>(now - m_last) / 1e6);
+            const double gap = static_cast<double>(now - m_last) / 1e6;
+            if (m_gaps.isEmpty() || gap > *std::max_element(m_gaps.begin(), m_gaps.end()))
+                m_longestAtMs = static_cast<double>(now) / 1e6;
+            m_gaps.append(gap);
             m_last = now;
         });
     }
@@ -133,12 +136,15 @@ public:
         return sorted.at(static_cast<qsizetype>(p * static_cast<double>(sorted.size() - 1))) - kTickMs;
     }
     qsizetype ticks() const { return m_gaps.size(); }
+    // When the longest stall ended, from the start of the run.
+    double longestAtMs() const { return m_longestAtMs; }
 
 private:
     QTimer m_timer;
     QElapsedTimer m_clock;
     qint64 m_last = 0;
     QList<double> m_gaps;
+    double m_longestAtMs = 0.0;
 };
 
 // The pause after each code byte as the program takes it: the product's own wait, timed.
@@ -157,6 +163,7 @@ struct Run {
     double ms = 0.0;
     Floor floor;
     double stallMs = 0.0;
+    double stallAtMs = 0.0;
     double stall99Ms = 0.0;
     qsizetype ticks = 0;
 };
@@ -185,6 +192,10 @@ int main(int argc, char* argv[])
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
     QTextStream out(stdout);
+    // Other programs on the machine show up as stalls: say how busy it was.
+    QFile load(QStringLiteral("/proc/loadavg"));
+    if (load.open(QIODevice::ReadOnly))
+        out << "bench_firmware_window: load average at the start " << QString::fromLatin1(load.readAll().split(' ').mid(0, 3).join(' ')) << '\n';
     const bool withLog = !(argc > 1 && QByteArray(argv[1]) == "upload");
 
     BenchUi ui;
@@ -244,6 +255,7 @@ int main(int argc, char* argv[])
             run.pauses = g_pauses;
             run.floor = floorOf(server.grip().traffic());
             run.stallMs = meter.longestStallMs();
+            run.stallAtMs = meter.longestAtMs();
             run.stall99Ms = meter.percentileStallMs(0.99);
             run.ticks = meter.ticks();
             for (const QString& line : ui.shown)
@@ -256,7 +268,7 @@ int main(int argc, char* argv[])
             const double ratio = r.ms / r.floor.pacedMs;
             out << QStringLiteral("bench_firmware_window: %1 %2 ms, floor %3 ms without the unpaced command bytes (%17 ms with them; "
                                   "%4 exchanges at %5 baud), ratio %6 (goal <= %7)%8, host turn-around %18 ms per exchange; "
-                                  "event loop: longest stall %9 ms (goal <= %10)%11, 99th percentile %12 ms, %13 ticks; "
+                                  "event loop: longest stall %9 ms (goal <= %10)%11 ending %22 ms into the run, 99th percentile %12 ms, %13 ticks; "
                                   "pause after the code byte %19-%20 ms (99th percentile %21 ms; as the grip saw it %14-%15 ms)%16\n")
                        .arg(name).arg(r.ms, 0, 'f', 0).arg(r.floor.pacedMs, 0, 'f', 0).arg(r.floor.exchanges).arg(kBaud)
                        .arg(ratio, 0, 'f', 4).arg(kRatioGoal, 0, 'f', 2).arg(ratio <= kRatioGoal ? QString() : QStringLiteral(" OVER GOAL"))
@@ -266,7 +278,7 @@ int main(int argc, char* argv[])
                        .arg(ui.shown.isEmpty() ? QString() : QStringLiteral(" [") + ui.shown.join(QStringLiteral("; ")).replace(QLatin1String("\r\n"), QLatin1String(" ")) + QLatin1Char(']'))
                        .arg(r.floor.ms, 0, 'f', 0).arg(r.floor.turnaroundMs / r.floor.exchanges, 0, 'f', 2)
                        .arg(percentile(r.pauses, 0.0), 0, 'f', 2).arg(percentile(r.pauses, 1.0), 0, 'f', 2)
-                       .arg(percentile(r.pauses, 0.99), 0, 'f', 2);
+                       .arg(percentile(r.pauses, 0.99), 0, 'f', 2).arg(r.stallAtMs, 0, 'f', 0);
             out.flush();
         };
 

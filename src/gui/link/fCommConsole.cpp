@@ -51,7 +51,7 @@ fCommConsole::fCommConsole(QWidget* parent) : QWidget(parent, Qt::Window)
     layout->addWidget(txtLog, 1);
     layout->addLayout(buttons);
 
-    const int columns = txtLog->fontMetrics().horizontalAdvance(QString(72, QLatin1Char('0')));
+    const int columns = txtLog->fontMetrics().horizontalAdvance(QString(100, QLatin1Char('0')));
     resize(columns + 60, 420);
 
     // The view follows the end until the user scrolls back to read, and again once the user
