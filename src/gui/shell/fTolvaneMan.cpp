@@ -110,8 +110,8 @@ const MenuItem kMenus[] = {
     {"-", nullptr, "mnuFunction", nullptr},
     {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", nullptr}, // PENDING: the options dialog
     {"mnuView", QT_TRANSLATE_NOOP("fTolvaneMan", "&View"), nullptr, nullptr},
-    {"mnuCommLog", QT_TRANSLATE_NOOP("fTolvaneMan", "Communication log"), "mnuView", &fTolvaneMan::mnuCommLog_Click},
-    {"mnuBuildInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "Gun build info"), "mnuView", &fTolvaneMan::mnuBuildInfo_Click},
+    {"mnuCommLog", QT_TRANSLATE_NOOP("fTolvaneMan", "&Communication log"), "mnuView", &fTolvaneMan::mnuCommLog_Click},
+    {"mnuBuildInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "Gun &build info"), "mnuView", &fTolvaneMan::mnuBuildInfo_Click},
     {"mnuHelp", QT_TRANSLATE_NOOP("fTolvaneMan", "&Help"), nullptr, nullptr},
     {"mnuContents", QT_TRANSLATE_NOOP("fTolvaneMan", "&Contents"), "mnuHelp", nullptr},
     {"mnuIndex", QT_TRANSLATE_NOOP("fTolvaneMan", "&Index"), "mnuHelp", nullptr},
