@@ -17,15 +17,15 @@ struct BuildRow {
     const char* box;
     const char* label;
     const char* caption;
-    QString (cGunInfo::*value)() const;
+    QString (*value)(const cGunInfo&);
 };
 
 const BuildRow kRows[] = {
-    {"txtSerialNo", "lblSerialNo", QT_TRANSLATE_NOOP("fBuildInfo", "Serial No.:"), &cGunInfo::Serial},
-    {"txtFirmwareBuild", "lblFirmwareBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Firmware Build:"), &cGunInfo::FirmwareBuild},
-    {"txtBootCodeBuild", "lblBootCodeBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Boot Code Build:"), &cGunInfo::BootBuild},
-    {"txtProtocolBuild", "lblProtocolBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Protocol Build:"), &cGunInfo::ProtocolBuild},
-    {"txtHardwareBuild", "lblHardwareBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Hardware Build:"), &cGunInfo::HardwareBuild},
+    {"txtSerialNo", "lblSerialNo", QT_TRANSLATE_NOOP("fBuildInfo", "Serial No.:"), [](const cGunInfo& g) { return g.Serial(); }},
+    {"txtFirmwareBuild", "lblFirmwareBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Firmware Build:"), [](const cGunInfo& g) { return g.FirmwareBuild(); }},
+    {"txtBootCodeBuild", "lblBootCodeBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Boot Code Build:"), [](const cGunInfo& g) { return g.BootBuild(); }},
+    {"txtProtocolBuild", "lblProtocolBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Protocol Build:"), [](const cGunInfo& g) { return g.ProtocolBuild(); }},
+    {"txtHardwareBuild", "lblHardwareBuild", QT_TRANSLATE_NOOP("fBuildInfo", "Hardware Build:"), [](const cGunInfo& g) { return g.HardwareBuild(); }},
 };
 
 } // namespace
@@ -65,7 +65,7 @@ void fBuildInfo::Form_Load()
         const cGunInfo& info = GunInfo();
         QLineEdit* boxes[] = {txtSerialNo, txtFirmwareBuild, txtBootCodeBuild, txtProtocolBuild, txtHardwareBuild};
         for (int i = 0; i < 5; ++i)
-            boxes[i]->setText((info.*kRows[i].value)());
+            boxes[i]->setText(kRows[i].value(info));
     });
 }
 
