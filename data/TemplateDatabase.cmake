@@ -1,6 +1,6 @@
 # The library template instdbxx.tmp: an empty library with both tables, made at build time from
 # data/schema.sql by a small QtSql tool (no sqlite3 program needed), written beside the
-# executables and installed beside them.
+# executables in the build and installed in the program's data folder (share/marlo).
 set(MARLO_TEMPLATE_DATABASE ${CMAKE_BINARY_DIR}/bin/instdbxx.tmp)
 
 add_executable(MakeTemplateDatabase ${CMAKE_CURRENT_LIST_DIR}/MakeTemplateDatabase.cpp)
@@ -16,7 +16,7 @@ add_custom_command(
   VERBATIM)
 add_custom_target(template_database ALL DEPENDS ${MARLO_TEMPLATE_DATABASE})
 
-install(FILES ${MARLO_TEMPLATE_DATABASE} DESTINATION bin)
+install(FILES ${MARLO_TEMPLATE_DATABASE} DESTINATION share/marlo)
 
 # Everything that opens a library needs the template built: the front ends, the library's
 # tests and its benchmark. Their targets are made after this file is read, hence deferred.

@@ -80,7 +80,7 @@ void transferBlock(Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, c
         }
         failure = QStringLiteral("(%1) %2").arg(number).arg(message);
         if (attempt < kAttempts && retryPauseMs > 0)
-            mCommBasic::DoWait(retryPauseMs);
+            mCommBasic::WaitWithEvents(retryPauseMs);
     }
     RaiseError(errorNumber, source, failedText + QLatin1Char(' ') + failure);
 }

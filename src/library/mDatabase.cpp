@@ -5,6 +5,7 @@
 #include "shell/cRegistrySettings.h"
 #include "shell/mMain.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -232,7 +233,21 @@ QString LibraryPath()
     return configured.isEmpty() ? cRegistrySettings::DefaultDBName() : configured;
 }
 
-QString TemplatePath() { return mMain::ProgramFile(kTemplateFileName); }
+QString TemplatePath()
+{
+    // The program folder first, then beside the executable, then the installed data folder. A
+    // folder given by $MARLO_HOME stands alone: its template is the one in it.
+    QStringList candidates{mMain::ProgramFile(kTemplateFileName)};
+    if (QCoreApplication::instance() && qEnvironmentVariableIsEmpty("MARLO_HOME")) {
+        const QDir executable(QCoreApplication::applicationDirPath());
+        candidates << executable.filePath(kTemplateFileName)
+                   << QDir::cleanPath(executable.filePath(mMain::kInstalledDataFolder) + QLatin1Char('/') + kTemplateFileName);
+    }
+    for (const QString& candidate : candidates)
+        if (QFileInfo(candidate).isFile())
+            return candidate;
+    return candidates.first();
+}
 
 void VerifyLibraryFile(const QString& path)
 {

@@ -60,7 +60,8 @@ void SetPathOverride(const QString& path);
 QString PathOverride();
 // The library file in force: the override, else DBName, else the default file.
 QString LibraryPath();
-// The template every new library is copied from, in the program's folder.
+// The template every new library is copied from: in the program's folder, else beside the
+// executable or in the installed data folder.
 QString TemplatePath();
 
 // Raises a clear error when the file is not a Marlo library (missing, empty, an Access file,

@@ -95,6 +95,14 @@ void DoWait(qint32 milliseconds)
         QThread::msleep(static_cast<unsigned long>(milliseconds));
 }
 
+void WaitWithEvents(qint32 milliseconds)
+{
+    if (link().sleep)
+        link().sleep(milliseconds);
+    else if (milliseconds > 0)
+        mMain::UI().waitWithEvents(milliseconds);
+}
+
 void SetSleepFunction(std::function<void(qint32)> sleep) { link().sleep = std::move(sleep); }
 
 void SetConsoleFactory(std::function<std::unique_ptr<cCommConsole>()> factory)
@@ -192,7 +200,9 @@ void SendCommandWait(const QString& hex)
 {
     PassErrors(kModule, kRevision, QStringLiteral("SendCommandWait"), [&] {
         CommWriteBytes(hex, 1);
-        DoWait(100); // the grip needs the pause after the code byte; it stays for every command
+        // The grip needs the pause after the code byte; it stays for every command. Window
+        // events run during it, as they do while the report is awaited (the busy flag is set).
+        WaitWithEvents(100);
     });
 }
 

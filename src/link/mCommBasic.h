@@ -31,6 +31,10 @@ void FlushBuffer();
 quint8 CalcCRC(const QString& hex);
 bool CheckCRC(const QString& hex);
 void DoWait(qint32 milliseconds);
+// The same pause with window events running (the user-interface services' waitWithEvents), so
+// that the window repaints and moves during long transfers; the replaced sleep of the tests
+// stands in for it too.
+void WaitWithEvents(qint32 milliseconds);
 cCommConsole* StartLogging();
 void CommWriteBytes(const QString& hex, qint32 n);
 QString CommReadBytes(qint32& n);

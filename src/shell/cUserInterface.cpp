@@ -3,7 +3,35 @@
 #include "link/MarloError.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
 #include <cstdio>
+
+void cUserInterface::waitWithEvents(int milliseconds)
+{
+    if (milliseconds <= 0)
+        return;
+    QDeadlineTimer deadline(milliseconds, Qt::PreciseTimer);
+    QCoreApplication* app = QCoreApplication::instance();
+    // Events run until shortly before the end; the last stretch is a plain sleep, so that an
+    // event handled just then cannot stretch the pause much beyond what was asked.
+    constexpr int kQuietEndMs = 2;
+    if (app && QThread::currentThread() == app->thread() && milliseconds > 2 * kQuietEndMs) {
+        QEventLoop loop;
+        QTimer timer;
+        timer.setTimerType(Qt::PreciseTimer);
+        timer.setSingleShot(true);
+        QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+        timer.start(milliseconds - kQuietEndMs);
+        loop.exec();
+    }
+    // Never shorter than asked: what the event loop left (or the whole pause without one).
+    const qint64 left = deadline.remainingTimeNSecs();
+    if (left > 0)
+        QThread::usleep(static_cast<unsigned long>((left + 999) / 1000));
+}
 
 void cHeadlessUserInterface::startProgress(int maximum)
 {

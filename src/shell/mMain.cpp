@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <memory>
 #include <new>
 
@@ -37,14 +38,36 @@ State& state()
 QString ProgramVersion() { return state().programVersion; }
 void SetProgramVersion(const QString& version) { state().programVersion = version; }
 
+QString UserDataFolder()
+{
+    // Not AppDataLocation: that depends on each front end's application name, and the desktop
+    // program and marlo-cli share one folder.
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)).filePath(kProgramTitle);
+}
+
+bool IsInstalledProgram()
+{
+    if (!QCoreApplication::instance())
+        return false;
+    const QDir executable(QCoreApplication::applicationDirPath());
+    const QString templateName = QStringLiteral("instdbxx.tmp");
+    return !executable.exists(templateName) &&
+           QFileInfo::exists(QDir::cleanPath(executable.filePath(kInstalledDataFolder) + QLatin1Char('/') + templateName));
+}
+
 QString ProgramFolder()
 {
     const QString home = qEnvironmentVariable("MARLO_HOME");
     if (!home.isEmpty())
         return QDir::cleanPath(home);
-    if (QCoreApplication::instance())
-        return QCoreApplication::applicationDirPath();
-    return QDir::currentPath();
+    if (!QCoreApplication::instance())
+        return QDir::currentPath();
+    const QString executable = QCoreApplication::applicationDirPath();
+    if (!IsInstalledProgram() && QFileInfo(executable).isWritable())
+        return executable;
+    const QString folder = UserDataFolder();
+    QDir().mkpath(folder); // first start: the library is then made in it from the template
+    return folder;
 }
 
 QString ProgramFile(const QString& name)

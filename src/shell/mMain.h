@@ -25,8 +25,18 @@ inline const QString kProgramTitle = QStringLiteral("Marlo");
 QString ProgramVersion();
 void SetProgramVersion(const QString& version);
 
-// The program's folder: $MARLO_HOME when set, else the folder of the executable.
+// The program's folder: $MARLO_HOME when set; else the folder of the executable when that is
+// writable and not an installed program's; else (an installed program) the per-user data folder,
+// made when missing. It holds the library Marlo.mdb and the traffic log komm.log.
 QString ProgramFolder();
+// The per-user data folder of both front ends (~/.local/share/Marlo).
+QString UserDataFolder();
+// Where an installed program keeps its read-only data (the library template), relative to the
+// folder of its executable: the install rules put it there.
+inline const QString kInstalledDataFolder = QStringLiteral("../share/marlo");
+// The executable lies in an installed tree: its data folder holds the template and its own
+// folder does not (a build tree and a portable copy keep the template beside the executable).
+bool IsInstalledProgram();
 // A file in the program's folder.
 QString ProgramFile(const QString& name);
 

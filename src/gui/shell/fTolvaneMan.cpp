@@ -110,6 +110,8 @@ const MenuItem kMenus[] = {
     {"-", nullptr, "mnuFunction", nullptr},
     {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", &fTolvaneMan::mnuOptions_Click},
     {"mnuView", QT_TRANSLATE_NOOP("fTolvaneMan", "&View"), nullptr, nullptr},
+    {"mnuCommLog", QT_TRANSLATE_NOOP("fTolvaneMan", "&Communication log"), "mnuView", &fTolvaneMan::mnuCommLog_Click},
+    {"mnuBuildInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "Gun &build info"), "mnuView", &fTolvaneMan::mnuBuildInfo_Click},
     {"mnuHelp", QT_TRANSLATE_NOOP("fTolvaneMan", "&Help"), nullptr, nullptr},
     {"mnuContents", QT_TRANSLATE_NOOP("fTolvaneMan", "&Contents"), "mnuHelp", nullptr},
     {"mnuIndex", QT_TRANSLATE_NOOP("fTolvaneMan", "&Index"), "mnuHelp", nullptr},
@@ -201,11 +203,13 @@ fTolvaneMan::fTolvaneMan(QWidget* parent) : QMainWindow(parent)
     createStatusBar();
     createBinding();
     connectHandlers();
+    SetupViews();
     Form_Load();
 }
 
 fTolvaneMan::~fTolvaneMan()
 {
+    ReleaseViews();
     if (mCommBasic::objComm == &comGrip)
         mCommBasic::objComm = nullptr;
     if (auto* ui = dynamic_cast<QtUserInterface*>(&mMain::UI()); ui && ui->mainWindow() == this)

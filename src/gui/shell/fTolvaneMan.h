@@ -3,17 +3,21 @@
 // timer, battery), the grip commands as tool buttons and menu items, and every control's state
 // kept in step with one flag, whether the active setting is an editable template or a setting
 // read from a grip. Its implementation is split by concern: the form and its state
-// (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp) and the timing editor
-// (fTolvaneMan_TimingEditor.cpp).
+// (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp), the timing editor
+// (fTolvaneMan_TimingEditor.cpp) and the firmware commands with the traffic window and the build
+// information (fTolvaneMan_Firmware.cpp).
 #include "link/cSerialPort.h"
 
 #include <QList>
 #include <QMainWindow>
+#include <QPointer>
 #include <QStringList>
 #include <functional>
 #include <memory>
 
 class cifSetsTemplate;
+class fBuildInfo;
+class fCommConsole;
 class cSetsTemplate;
 class QAction;
 class QCheckBox;
@@ -124,6 +128,27 @@ public slots:
     void mnuCut_Click();
     void mnuCopy_Click();
     void mnuPaste_Click();
+
+    // ---- firmware, the traffic window, the build information (fTolvaneMan_Firmware.cpp) ------
+public slots:
+    void mnuCommLog_Click();
+    void mnuBuildInfo_Click();
+
+public:
+    // A firmware transfer runs: the grip commands are held and the window cannot be closed.
+    bool FirmwareTransferRunning() const { return m_transferRunning; }
+    // The traffic window, made on first use; shown or hidden with logging to it.
+    fCommConsole* CommLogWindow();
+    void ShowCommLog(bool show);
+
+private:
+    friend class FirmwareTransferScope;
+    void SetupViews();
+    void ReleaseViews();
+    void setTransferRunning(bool running);
+    QPointer<fCommConsole> m_commLog;
+    QPointer<fBuildInfo> m_buildInfo;
+    bool m_transferRunning = false;
 
 protected:
     void showEvent(QShowEvent* event) override;

@@ -12,7 +12,6 @@
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
-#include "firmware/mFirmwareWorkflows.h"
 #include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
 #include "shell/mMain.h"
@@ -252,29 +251,6 @@ void fTolvaneMan::cmdReset_Click(int index)
         if (Application().RegistrySettings().ShowConfirmComm())
             mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
     });
-}
-
-// ---- firmware ----------------------------------------------------------------------------------
-
-void fTolvaneMan::UploadFirmware(const QString& file)
-{
-    PassErrors(kForm, kRevision, QStringLiteral("UploadFirmware"), [&] {
-        mFirmwareWorkflows::UploadFirmware(file);
-        SetVersionStatus();
-    });
-}
-
-void fTolvaneMan::mnuULFirmware_Click()
-{
-    Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
-        mFirmwareWorkflows::PutFirmwareProgram();
-        SetVersionStatus();
-    });
-}
-
-void fTolvaneMan::mnuDLFirmware_Click()
-{
-    Handle(QStringLiteral("mnuDLFirmware_Click"), [&] { mFirmwareWorkflows::DownloadFirmware(QString()); });
 }
 
 // ---- loaders -----------------------------------------------------------------------------------

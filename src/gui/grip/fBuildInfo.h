@@ -1,0 +1,30 @@
+#pragma once
+// "Gun Build Info": what the grip last said about itself (serial number and the builds of its
+// firmware, boot code, protocol and hardware), from the gun information as it stands; the
+// dialog does not ask the grip.
+#include <QDialog>
+
+class QLineEdit;
+
+class fBuildInfo : public QDialog {
+    Q_OBJECT
+
+public:
+    static inline const QString kForm = QStringLiteral("fBuildInfo");
+    static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+
+    explicit fBuildInfo(QWidget* parent = nullptr);
+
+    // Fills the boxes from the global gun information (done when the dialog loads).
+    void Form_Load();
+
+public slots:
+    void cmdOK_Click();
+
+private:
+    QLineEdit* txtSerialNo = nullptr;
+    QLineEdit* txtFirmwareBuild = nullptr;
+    QLineEdit* txtBootCodeBuild = nullptr;
+    QLineEdit* txtProtocolBuild = nullptr;
+    QLineEdit* txtHardwareBuild = nullptr;
+};

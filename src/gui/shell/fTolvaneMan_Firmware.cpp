@@ -1,0 +1,248 @@
+// The main window's firmware commands and what keeps the window alive and safe while one runs,
+// the traffic window (View > Communication log) and the build information (View > Gun build
+// info, or a double-click on the firmware-version panel).
+#include "gui/shell/fTolvaneMan.h"
+
+#include "firmware/mFirmwareWorkflows.h"
+#include "gui/grip/fBuildInfo.h"
+#include "gui/link/cCommConsoleWindow.h"
+#include "gui/link/fCommConsole.h"
+#include "library/cApplication.h"
+#include "link/mCommBasic.h"
+#include "shell/mMain.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QPointer>
+#include <QTimer>
+#include <exception>
+#include <vector>
+
+using mMain::Application;
+
+namespace {
+
+// What a firmware transfer holds while it runs: every command that talks to the grip, and the
+// commands whose modal windows would stop the transfer until they close (a modal window runs
+// its own event loop inside the transfer's waits). Held commands are given back their previous
+// state at the end, on every path. The busy flag of the link refuses a second exchange, but
+// the refusal clears the flag; holding the commands keeps a third exchange out of a write.
+const char* const kHeldDuringTransfer[] = {
+    // talk to the grip
+    "cmdTools(0)", "cmdTools(1)", "cmdReset(0)", "cmdReset(1)",
+    "mnuDLTiming", "mnuDLCounters", "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware",
+    "mnuULTiming", "mnuULGameTimers", "mnuULFirmware", "mnuULAll",
+    // open a modal window, change the port, or end the program
+    "cmdTools(2)", "cmdTools(4)", "cmdTools(6)", "mnuLibTemplates", "mnuProperties", "mnuDefaultSettings",
+    "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
+};
+
+void setEnabled(QObject* command, bool enabled)
+{
+    if (auto* action = qobject_cast<QAction*>(command))
+        action->setEnabled(enabled);
+    else if (auto* widget = qobject_cast<QWidget*>(command))
+        widget->setEnabled(enabled);
+}
+
+bool isEnabled(QObject* command)
+{
+    if (auto* action = qobject_cast<QAction*>(command))
+        return action->isEnabled();
+    auto* widget = qobject_cast<QWidget*>(command);
+    return widget && widget->isEnabled();
+}
+
+// The window's events that the firmware and view code looks at: the first showing (the traffic
+// window opens with it when logging to the console is on), closing during a transfer (refused),
+// and a double-click on the firmware-version panel.
+class ViewEvents : public QObject {
+public:
+    explicit ViewEvents(fTolvaneMan* window) : QObject(window), m_window(window) {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (watched == m_window && event->type() == QEvent::Show && !m_shown) {
+            m_shown = true;
+            if (Application().RegistrySettings().CommLogToConsole())
+                QTimer::singleShot(0, m_window, [w = m_window] { w->ShowCommLog(true); });
+        } else if (watched == m_window && event->type() == QEvent::Close && m_window->FirmwareTransferRunning()) {
+            event->ignore(); // the grip would be left in its boot code, half written
+            return true;
+        } else if (watched != m_window && event->type() == QEvent::MouseButtonDblClick) {
+            m_window->mnuBuildInfo_Click();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    fTolvaneMan* m_window;
+    bool m_shown = false;
+};
+
+} // namespace
+
+// ---- a firmware transfer in the window ---------------------------------------------------------
+
+class FirmwareTransferScope {
+public:
+    explicit FirmwareTransferScope(fTolvaneMan& window)
+        : m_window(window), m_outer(!window.m_transferRunning),
+          m_stepText(window.PanelText(fTolvaneMan::kPanelStep)), m_exceptions(std::uncaught_exceptions())
+    {
+        if (!m_outer)
+            return;
+        for (const char* name : kHeldDuringTransfer) {
+            if (QObject* command = window.findChild<QObject*>(QLatin1String(name))) {
+                m_held.push_back({command, isEnabled(command)});
+                setEnabled(command, false);
+            }
+        }
+        m_window.setTransferRunning(true);
+    }
+
+    ~FirmwareTransferScope()
+    {
+        if (!m_outer)
+            return;
+        // An error leaves no progress bar and no step text behind; the error window comes after.
+        if (std::uncaught_exceptions() > m_exceptions) {
+            m_window.EndProgressBar();
+            m_window.SetPanelText(fTolvaneMan::kPanelStep, m_stepText);
+        }
+        for (const Held& held : m_held)
+            if (held.command)
+                setEnabled(held.command, held.enabled);
+        m_window.setTransferRunning(false);
+    }
+
+    FirmwareTransferScope(const FirmwareTransferScope&) = delete;
+    FirmwareTransferScope& operator=(const FirmwareTransferScope&) = delete;
+
+private:
+    struct Held {
+        QPointer<QObject> command;
+        bool enabled;
+    };
+    fTolvaneMan& m_window;
+    bool m_outer;
+    QString m_stepText;
+    int m_exceptions;
+    std::vector<Held> m_held;
+};
+
+void fTolvaneMan::setTransferRunning(bool running)
+{
+    m_transferRunning = running;
+    if (m_commLog)
+        m_commLog->setTransferRunning(running);
+}
+
+void fTolvaneMan::UploadFirmware(const QString& file)
+{
+    // The workflow is this window's procedure and reports its errors under the window's name
+    // with the step it failed in; the caller shows them.
+    // Panel 2 is the workflow's own last step: a cancelled dialog leaves it as it was.
+    FirmwareTransferScope transfer(*this);
+    mFirmwareWorkflows::UploadFirmware(file);
+}
+
+void fTolvaneMan::mnuULFirmware_Click()
+{
+    Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
+        FirmwareTransferScope transfer(*this);
+        mFirmwareWorkflows::PutFirmwareProgram();
+    });
+}
+
+void fTolvaneMan::mnuDLFirmware_Click()
+{
+    Handle(QStringLiteral("mnuDLFirmware_Click"), [&] {
+        FirmwareTransferScope transfer(*this);
+        mFirmwareWorkflows::DownloadFirmware(QString());
+    });
+}
+
+// ---- the traffic window and the build information ----------------------------------------------
+
+void fTolvaneMan::SetupViews()
+{
+    auto* events = new ViewEvents(this);
+    installEventFilter(events);
+    if (QLabel* version = findChild<QLabel*>(QStringLiteral("FWVer"))) {
+        version->installEventFilter(events);
+        version->setToolTip(version->toolTip() + tr(" (double-click: gun build info)"));
+    }
+    if (auto* item = findChild<QAction*>(QStringLiteral("mnuCommLog")))
+        item->setCheckable(true);
+    // The link's console logging object shows its entries in this window's traffic window.
+    QPointer<fTolvaneMan> self(this);
+    mCommBasic::ResetConsole();
+    mCommBasic::SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
+        return std::make_unique<cCommConsoleWindow>([self]() -> fCommConsole* { return self ? self->CommLogWindow() : nullptr; });
+    });
+}
+
+void fTolvaneMan::ReleaseViews()
+{
+    mCommBasic::ResetConsole();
+    mCommBasic::SetConsoleFactory(nullptr);
+}
+
+fCommConsole* fTolvaneMan::CommLogWindow()
+{
+    if (!m_commLog) {
+        m_commLog = new fCommConsole(this);
+        m_commLog->setTransferRunning(m_transferRunning);
+        // Closing the window ends logging to it; the next start then opens without it.
+        connect(m_commLog, &fCommConsole::closedByUser, this, [] {
+            ShowErrors(kForm, kRevision, QStringLiteral("fCommConsole_Close"),
+                       [] { Application().RegistrySettings().setCommLogToConsole(false); });
+        });
+        connect(m_commLog, &fCommConsole::visibilityChanged, this, [this](bool visible) {
+            if (auto* item = findChild<QAction*>(QStringLiteral("mnuCommLog")))
+                item->setChecked(visible);
+        });
+    }
+    return m_commLog;
+}
+
+void fTolvaneMan::ShowCommLog(bool show)
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ShowCommLog"), [&] {
+        Application().RegistrySettings().setCommLogToConsole(show);
+        if (show) {
+            fCommConsole* window = CommLogWindow();
+            window->show();
+            window->raise();
+        } else if (m_commLog) {
+            m_commLog->hide();
+        }
+    });
+}
+
+void fTolvaneMan::mnuCommLog_Click()
+{
+    Handle(QStringLiteral("mnuCommLog_Click"), [&] {
+        auto* item = findChild<QAction*>(QStringLiteral("mnuCommLog"));
+        ShowCommLog(item && item->isChecked());
+    });
+}
+
+void fTolvaneMan::mnuBuildInfo_Click()
+{
+    Handle(QStringLiteral("mnuBuildInfo_Click"), [&] {
+        // Not modal: it may stay open beside the window, a firmware transfer included.
+        if (!m_buildInfo) {
+            m_buildInfo = new fBuildInfo(this);
+            m_buildInfo->setAttribute(Qt::WA_DeleteOnClose);
+        } else {
+            m_buildInfo->Form_Load();
+        }
+        m_buildInfo->show();
+        m_buildInfo->raise();
+        m_buildInfo->activateWindow();
+    });
+}
