@@ -7,6 +7,7 @@
 // firmware file of 10 MB.
 //   bench_firmware            all of it
 //   bench_firmware parse      only the file figures
+#include "GripFloor.h"
 #include "firmware/mFirmware.h"
 #include "firmware/mFirmwareWorkflows.h"
 #include "library/cApplication.h"
@@ -25,46 +26,9 @@
 namespace {
 
 constexpr int kBaud = 9600;
-constexpr double kPauseMs = 100.0;
-constexpr double kRetryPauseMs = 500.0;
 constexpr double kGoal = 1.02;
 // Old firmware, so that the program restarts in mid-transfer are part of the run.
 const QString kGrip = QStringLiteral("firmware=1.1.70,boot=1.2.0,hardware=2.1.0,pace=1,baud=%1");
-
-double wireMs(qsizetype bytes)
-{
-    return static_cast<double>(bytes) * 10.0 * 1000.0 / kBaud;
-}
-
-// The floor of what the grip saw. A block command that repeats the previous one is a retry of
-// a write (the read retries at once), which the transfer precedes with its pause.
-// pacedMs leaves out the commands' wire time, which a pseudo-terminal does not impose (only the
-// grip's answers are paced), so that the program's own overhead shows.
-double floorMs(const QList<gripsim::TrafficEvent>& traffic, int& exchanges, int& retries, double& pacedMs)
-{
-    double total = 0.0;
-    double commandWire = 0.0;
-    exchanges = 0;
-    retries = 0;
-    QByteArray previous;
-    for (const gripsim::TrafficEvent& event : traffic) {
-        if (event.kind == gripsim::TrafficEvent::Kind::Command) {
-            total += kPauseMs + wireMs(event.bytes.size());
-            commandWire += wireMs(event.bytes.size());
-            ++exchanges;
-            const quint8 code = static_cast<quint8>(event.bytes.at(0));
-            if ((code == 0x82 || code == 0x8A) && event.bytes == previous) {
-                total += kRetryPauseMs;
-                ++retries;
-            }
-            previous = event.bytes;
-        } else if (event.kind == gripsim::TrafficEvent::Kind::Report) {
-            total += wireMs(event.bytes.size());
-        }
-    }
-    pacedMs = total - commandWire;
-    return total;
-}
 
 // A headless user who answers nothing and shows nothing; the workflows' messages are counted.
 class QuietUi : public cHeadlessUserInterface {
@@ -112,10 +76,11 @@ void measureTransfer(QTextStream& out, const QString& name, gripsim::PtyServer& 
     server.grip().clearTraffic();
     QString outcome;
     const double elapsed = millisecondsOf([&] { outcome = work(); });
-    int exchanges = 0;
-    int retries = 0;
-    double paced = 0.0;
-    const double floor = floorMs(server.grip().traffic(), exchanges, retries, paced);
+    const benchfloor::Floor f = benchfloor::FloorOf(server.grip().traffic(), kBaud);
+    const int exchanges = f.exchanges;
+    const int retries = f.retries;
+    const double paced = f.pacedMs;
+    const double floor = f.ms;
     const double ratio = elapsed / floor;
     out << QStringLiteral("bench_firmware: %1 %2 ms, floor %3 ms (%4 exchanges, %5 retry pauses, %6 baud), "
                           "ratio %7 (goal <= %8)%9; without the unpaced command bytes %10 ms, ratio %11, "

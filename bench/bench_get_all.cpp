@@ -46,9 +46,7 @@ int main(int argc, char* argv[])
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
 
     QList<double> times;
-    double floor = 0.0;
-    int exchanges = 0;
-    QList<benchfloor::Breakdown> parts;
+    QList<benchfloor::Floor> floors;
     try {
         mGripCommands::GetAll(); // warm-up: first opening of the port and the preferences
         for (int run = 0; run < kRuns; ++run) {
@@ -57,8 +55,7 @@ int main(int argc, char* argv[])
             timer.start();
             mGripCommands::GetAll();
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-            floor = benchfloor::floorMs(server.grip().traffic(), kBaud, exchanges);
-            parts.append(benchfloor::breakdown(server.grip().traffic(), kBaud));
+            floors.append(benchfloor::FloorOf(server.grip().traffic(), kBaud));
         }
     } catch (const std::exception& e) {
         out << "bench_get_all: get all failed: " << e.what() << '\n';
@@ -67,22 +64,7 @@ int main(int argc, char* argv[])
     mCommBasic::objComm = nullptr;
     server.stop();
 
-    QList<int> order;
-    for (int i = 0; i < times.size(); ++i)
-        order.append(i);
-    std::sort(order.begin(), order.end(), [&](int a, int b) { return times[a] < times[b]; });
-    const int mid = order.at(order.size() / 2);
-    const double median = times.at(mid);
-    const double best = times.at(order.first());
-    const benchfloor::Breakdown& part = parts.at(mid);
-    const double ratio = median / floor;
-    out << QStringLiteral("bench_get_all: get all %1 ms (median of %2, best %3 ms), floor %4 ms "
-                          "(%5 exchanges at %6 baud), ratio %7 (goal <= %8)%9; above the floor: "
-                          "pauses +%10 ms, grip +%11 ms, host turn-around %12 ms\n")
-               .arg(median, 0, 'f', 1).arg(kRuns).arg(best, 0, 'f', 1).arg(floor, 0, 'f', 1)
-               .arg(exchanges).arg(kBaud).arg(ratio, 0, 'f', 3).arg(kGoal, 0, 'f', 2)
-               .arg(ratio <= kGoal ? QString() : QStringLiteral(" OVER GOAL"))
-               .arg(part.pauseExcessMs, 0, 'f', 1).arg(part.gripExcessMs, 0, 'f', 1).arg(part.turnaroundMs, 0, 'f', 1);
+    benchfloor::PrintRuns(out, QStringLiteral("bench_get_all: get all"), times, floors, kBaud, kGoal);
     mMain::ReleaseApplication();
     return 0;
 }

@@ -6,6 +6,7 @@
 // the event loop's longest stall (the longest gap between two timer ticks beyond the tick), the
 // pause after the code byte as the grip saw it, and the full read with the traffic window open
 // against the same read with it closed.
+#include "GripFloor.h"
 #include "grip/mModes.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/QtUserInterface.h"
@@ -31,57 +32,12 @@
 namespace {
 
 constexpr int kBaud = 9600;
-constexpr double kPauseMs = 100.0;
-constexpr double kRetryPauseMs = 500.0;
 constexpr int kTickMs = 5;
 constexpr double kRatioGoal = 1.03;
 constexpr double kStallGoalMs = 30.0;
 constexpr double kLogOverheadGoal = 0.01;
 // Old firmware: the program restarts in mid-transfer are part of the run.
 const QString kGrip = QStringLiteral("firmware=1.1.70,boot=1.2.0,hardware=2.1.0,pace=1,baud=%1");
-
-double wireMs(qsizetype bytes)
-{
-    return static_cast<double>(bytes) * 10.0 * 1000.0 / kBaud;
-}
-
-struct Floor {
-    double ms = 0.0;
-    double pacedMs = 0.0; // without the commands' wire time, which a pseudo-terminal does not impose
-    int exchanges = 0;
-    double turnaroundMs = 0.0; // the host's time from the end of a report to the next command
-    double minPauseMs = 1e9; // after the code byte, as the grip saw it
-    double maxPauseMs = 0.0;
-};
-
-Floor floorOf(const QList<gripsim::TrafficEvent>& traffic)
-{
-    Floor f;
-    QByteArray previous;
-    double commandWire = 0.0;
-    const gripsim::TrafficEvent* lastReport = nullptr;
-    for (const gripsim::TrafficEvent& event : traffic) {
-        if (event.kind == gripsim::TrafficEvent::Kind::Command) {
-            f.ms += kPauseMs + wireMs(event.bytes.size());
-            commandWire += wireMs(event.bytes.size());
-            if (lastReport)
-                f.turnaroundMs += static_cast<double>(event.firstNs - lastReport->lastNs) / 1e6;
-            ++f.exchanges;
-            const quint8 code = static_cast<quint8>(event.bytes.at(0));
-            if ((code == 0x82 || code == 0x8A) && event.bytes == previous)
-                f.ms += kRetryPauseMs;
-            previous = event.bytes;
-            const double pause = static_cast<double>(event.pauseAfterCodeNs()) / 1e6 - wireMs(1);
-            f.minPauseMs = std::min(f.minPauseMs, pause);
-            f.maxPauseMs = std::max(f.maxPauseMs, pause);
-        } else if (event.kind == gripsim::TrafficEvent::Kind::Report) {
-            f.ms += wireMs(event.bytes.size());
-            lastReport = &event;
-        }
-    }
-    f.pacedMs = f.ms - commandWire;
-    return f;
-}
 
 // The window's services with the file dialogs answered and the boxes recorded, not shown.
 class BenchUi : public QtUserInterface {
@@ -161,7 +117,7 @@ double percentile(QList<double> values, double p)
 struct Run {
     QList<double> pauses;
     double ms = 0.0;
-    Floor floor;
+    benchfloor::Floor floor;
     double stallMs = 0.0;
     double stallAtMs = 0.0;
     double stall99Ms = 0.0;
@@ -253,7 +209,7 @@ int main(int argc, char* argv[])
             }
             meter.stop();
             run.pauses = g_pauses;
-            run.floor = floorOf(server.grip().traffic());
+            run.floor = benchfloor::FloorOf(server.grip().traffic(), kBaud);
             run.stallMs = meter.longestStallMs();
             run.stallAtMs = meter.longestAtMs();
             run.stall99Ms = meter.percentileStallMs(0.99);

@@ -54,9 +54,7 @@ int main(int argc, char* argv[])
         return 1;
     }
     QList<double> times;
-    double floor = 0.0;
-    int exchanges = 0;
-    QList<benchfloor::Breakdown> parts;
+    QList<benchfloor::Floor> floors;
     {
         fTolvaneMan window;
         window.setCommandLine({});
@@ -69,20 +67,11 @@ int main(int argc, char* argv[])
             timer.start();
             window.cmdTools_Click(0);
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-            floor = benchfloor::floorMs(server.grip().traffic(), kBaud, exchanges);
-            parts.append(benchfloor::breakdown(server.grip().traffic(), kBaud));
+            floors.append(benchfloor::FloorOf(server.grip().traffic(), kBaud));
         }
     }
     server.stop();
-    const double median = benchfloor::median(times);
-    const benchfloor::Breakdown part = parts.at(times.indexOf(median));
-    const double ratio = median / floor;
-    out << QStringLiteral("bench_window_get_all: get through the window %1 ms (median of %2), floor %3 ms "
-                          "(%4 exchanges at %5 baud), ratio %6 (goal <= %7)%8; above the floor: pauses +%9 ms, "
-                          "grip +%10 ms, host turn-around %11 ms\n")
-               .arg(median, 0, 'f', 1).arg(kRuns).arg(floor, 0, 'f', 1).arg(exchanges).arg(kBaud)
-               .arg(ratio, 0, 'f', 3).arg(kGoal, 0, 'f', 2).arg(ratio <= kGoal ? QString() : QStringLiteral(" OVER GOAL"))
-               .arg(part.pauseExcessMs, 0, 'f', 1).arg(part.gripExcessMs, 0, 'f', 1).arg(part.turnaroundMs, 0, 'f', 1);
+    benchfloor::PrintRuns(out, QStringLiteral("bench_window_get_all: get through the window"), times, floors, kBaud, kGoal);
     mMain::ReleaseApplication();
     mDatabase::DisconnectDB();
     mMain::SetUserInterface(nullptr);
