@@ -61,14 +61,15 @@ inline QString makeLibrary()
     return path;
 }
 
-// A text as the library stores it: every lone surrogate half is U+FFFD, the rest exactly.
+// A text as the library stores it: every lone surrogate half and the noncharacters U+FFFE and
+// U+FFFF are U+FFFD, the rest exactly.
 inline QString stored(const QString& text)
 {
     QString out = text;
     for (qsizetype i = 0; i < out.size(); ++i) {
         if (out.at(i).isHighSurrogate() && i + 1 < out.size() && out.at(i + 1).isLowSurrogate())
             ++i;
-        else if (out.at(i).isSurrogate())
+        else if (out.at(i).isSurrogate() || out.at(i).unicode() >= 0xFFFE)
             out[i] = QChar::ReplacementCharacter;
     }
     return out;

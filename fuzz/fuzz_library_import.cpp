@@ -11,18 +11,40 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QSqlQuery>
 
 namespace {
 
 QSqlDatabase g_connection;
 
-// The templates of a library as the file would hold them, one JSON text each, in ID order.
+// A JSON value with every text as the library stores it.
+QJsonValue storedValue(const QJsonValue& value)
+{
+    if (value.isString())
+        return fuzz::stored(value.toString());
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue& item : value.toArray())
+            array.append(storedValue(item));
+        return array;
+    }
+    if (value.isObject()) {
+        QJsonObject object;
+        const QJsonObject in = value.toObject();
+        for (auto it = in.begin(); it != in.end(); ++it)
+            object.insert(fuzz::stored(it.key()), storedValue(it.value()));
+        return object;
+    }
+    return value;
+}
+
+// The templates of a library as the file would hold them, one JSON text each, in order.
 QStringList storedTemplates(cColSetsTemplate& library)
 {
     QStringList texts;
     for (const QJsonValue& value : mLibraryExchange::TemplatesToJson(library))
-        texts.append(fuzz::stored(QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact))));
+        texts.append(QString::fromUtf8(QJsonDocument(storedValue(value).toObject()).toJson(QJsonDocument::Compact)));
     texts.sort();
     return texts;
 }

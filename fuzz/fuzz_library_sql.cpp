@@ -39,8 +39,16 @@ void expectStored(const QString& id, const QString& name, const QString& varName
     fuzz::check(loaded.sName() == fuzz::stored(name), QStringLiteral("the name read back differs after %1").arg(QLatin1String(after)));
     fuzz::check(loaded.colUserVar().Count() == 1, QStringLiteral("not one variable after %1").arg(QLatin1String(after)));
     const auto variable = loaded.colUserVar().Item(1);
+    const auto codes = [](const QString& text) {
+        QStringList list;
+        for (const QChar c : text.left(40))
+            list.append(QString::number(c.unicode(), 16));
+        return list.join(QLatin1Char(' '));
+    };
     fuzz::check(variable->sName() == fuzz::stored(varName) && variable->sValue() == fuzz::stored(varValue),
-                QStringLiteral("the variable read back differs after %1").arg(QLatin1String(after)));
+                QStringLiteral("the variable read back differs after %1: [%2] [%3], expected [%4] [%5]")
+                    .arg(QLatin1String(after), codes(variable->sName()), codes(variable->sValue()), codes(fuzz::stored(varName)),
+                         codes(fuzz::stored(varValue))));
 }
 
 } // namespace

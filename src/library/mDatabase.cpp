@@ -102,22 +102,28 @@ qsizetype readQuoted(const QString& text, qsizetype at, QChar quote, QString& va
     raiseSyntax(QStringLiteral("unterminated text"), text);
 }
 
-// A literal of the statement as a value bound to SQLite: the statement SQLite sees holds no text
-// of the user's, only "?". Lone surrogate halves (text that was cut in the middle of a
-// character, or JSON's "\ud800") cannot be stored as UTF-16 text and become U+FFFD, the
-// replacement character; everything else, NUL included, is stored exactly.
-QVariant boundText(const QString& value)
+// A text literal of the statement as a value bound to SQLite: the statement SQLite sees holds no
+// text of the user's, only "CAST(? AS TEXT)", and the text goes as its UTF-8 bytes. (Bound as
+// UTF-16, SQLite would take a leading U+FEFF or U+FFFE for a byte-order mark and drop it or read
+// the rest backwards.) Lone surrogate halves (a text cut in the middle of a character, or JSON's
+// "\ud800") have no UTF-8 form, and SQLite reads the noncharacters U+FFFE and U+FFFF back as
+// U+FFFD: all of them are stored as U+FFFD, the replacement character, from the start, so that
+// what is stored is what reads back. Everything else, NUL included, is stored exactly.
+QByteArray boundText(const QString& value)
 {
-    // An empty text is bound as an empty text, never as a null (which a null QString would be).
-    QString text = value.isEmpty() ? QStringLiteral("") : value;
+    QString text = value;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const char16_t u = text.at(i).unicode();
         if (QChar::isHighSurrogate(u) && i + 1 < text.size() && QChar::isLowSurrogate(text.at(i + 1).unicode()))
             ++i;
-        else if (QChar::isSurrogate(u))
+        else if (QChar::isSurrogate(u) || u == 0xFFFE || u == 0xFFFF)
             text[i] = QChar::ReplacementCharacter;
     }
-    return text;
+    QByteArray bytes = text.toUtf8();
+    // An empty text is bound as an empty text, never as a null (which a null array would be).
+    if (bytes.isNull())
+        bytes = QByteArray("", 0);
+    return bytes;
 }
 
 // #mm-dd-yyyy# (also with "/" and without leading zeros) as an ISO date.
@@ -385,7 +391,9 @@ SqliteStatement TranslateJetSql(const QString& statement)
         if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
             // Jet's double-quoted texts and single-quoted keys are both values, bound as they are.
             i = readQuoted(statement, i, c, literal);
+            out.append(QLatin1String("CAST("));
             bind(boundText(literal));
+            out.append(QLatin1String(" AS TEXT)"));
             continue;
         }
         if (c == QLatin1Char('#')) {

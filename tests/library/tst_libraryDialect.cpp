@@ -72,22 +72,23 @@ private slots:
         QTest::addColumn<QString>("jet");
         QTest::addColumn<QString>("sql");
         QTest::addColumn<QVariantList>("values");
-        QTest::newRow("delete") << "DELETE * FROM ta_UserVar WHERE ID = '{A}';" << "DELETE FROM ta_UserVar WHERE ID = ?;"
+        QTest::newRow("delete") << "DELETE * FROM ta_UserVar WHERE ID = '{A}';" << "DELETE FROM ta_UserVar WHERE ID = CAST(? AS TEXT);"
                                 << QVariantList{"{A}"};
         QTest::newRow("every kind of literal")
             << "UPDATE t SET a = \"say \"\"hi\"\"\" , b = #02-29-2024# , c = True , d = False , e = -7 , f = 2.5 WHERE ID = 'it''s';"
-            << "UPDATE t SET a = ? , b = ? , c = ? , d = ? , e = -? , f = ? WHERE ID = ?;"
+            << "UPDATE t SET a = CAST(? AS TEXT) , b = ? , c = ? , d = ? , e = -? , f = ? WHERE ID = CAST(? AS TEXT);"
             << QVariantList{"say \"hi\"", "2024-02-29", 1, 0, 7, 2.5, "it's"};
         // SQLite never sees a text of the user's: a quote in it cannot end anything.
         QTest::newRow("a value that looks like SQL") << "INSERT INTO t (a) VALUES (\", (SELECT 1)) --\" );"
-                                                     << "INSERT INTO t (a) VALUES (? );" << QVariantList{", (SELECT 1)) --"};
-        QTest::newRow("lone surrogate becomes U+FFFD") << QStringLiteral("SELECT \"k") + QChar(0xD800) + QStringLiteral("\", \"") + QChar(0xDC00) + "\"" << "SELECT ?, ?"
+                                                     << "INSERT INTO t (a) VALUES (CAST(? AS TEXT) );" << QVariantList{", (SELECT 1)) --"};
+        QTest::newRow("lone surrogate becomes U+FFFD") << QStringLiteral("SELECT \"k") + QChar(0xD800) + QStringLiteral("\", \"") + QChar(0xDC00) + "\"" << "SELECT CAST(? AS TEXT), CAST(? AS TEXT)"
                                                        << QVariantList{QStringLiteral("k\uFFFD"), QStringLiteral("\uFFFD")};
-        QTest::newRow("a pair stays a pair") << QStringLiteral("SELECT \"\U0001F3AF\"") << "SELECT ?" << QVariantList{QStringLiteral("\U0001F3AF")};
-        QTest::newRow("NUL inside a text") << QStringLiteral("SELECT 'a") + QChar(0) + QStringLiteral("b'") << "SELECT ?"
+        QTest::newRow("a pair stays a pair") << QStringLiteral("SELECT \"\U0001F3AF\"") << "SELECT CAST(? AS TEXT)" << QVariantList{QStringLiteral("\U0001F3AF")};
+        QTest::newRow("NUL inside a text") << QStringLiteral("SELECT 'a") + QChar(0) + QStringLiteral("b'") << "SELECT CAST(? AS TEXT)"
                                            << QVariantList{QStringLiteral("a") + QChar(0) + QStringLiteral("b")};
     }
-    // Every literal goes to SQLite as a value bound to "?": texts, keys, dates, yes/no, numbers.
+    // Every literal goes to SQLite as a value bound to "?": texts and keys (as UTF-8, cast to text),
+    // dates, yes/no, numbers.
     void translationBinds()
     {
         QFETCH(QString, jet);
@@ -131,6 +132,10 @@ private slots:
                                                        << QStringLiteral("k\uFFFD\", (SELECT 1)) --");
         QTest::newRow("lone low surrogate, last") << QStringLiteral("x") + QChar(0xDFFF) << QStringLiteral("x\uFFFD");
         QTest::newRow("high surrogate before a quote") << QString(QChar(0xDBFF)) + QStringLiteral("'\"") << QStringLiteral("\uFFFD'\"");
+        // What UTF-16 would take for a byte-order mark stays text.
+        QTest::newRow("leading U+FEFF") << QStringLiteral("\uFEFFname") << QString();
+        // SQLite reads the noncharacters U+FFFE and U+FFFF back as U+FFFD: so they are stored.
+        QTest::newRow("leading U+FFFE, U+FFFF") << QStringLiteral("\uFFFE\u6100\uFFFF") << QStringLiteral("\uFFFD\u6100\uFFFD");
     }
     // As a setting's name, a variable's name and a variable's value: stored and loaded exactly
     // (a lone surrogate as U+FFFD); the statements add one row to each table and no more.
