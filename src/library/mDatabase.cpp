@@ -76,9 +76,6 @@ QString fileProblem(const QString& path, const QString& problem)
                QStringLiteral("Syntax error in the library statement (%1): %2").arg(problem, statement.left(300)));
 }
 
-bool isWordStart(QChar c);
-bool isWordPart(QChar c);
-
 // Reads a literal that starts at `at` with the quote character `quote` (doubled inside).
 // Returns the position after the closing quote.
 qsizetype readQuoted(const QString& text, qsizetype at, QChar quote, QString& value)
