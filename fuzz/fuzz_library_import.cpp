@@ -100,6 +100,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     reread.LoadOrThrow(g_connection);
     const QStringList read = storedTemplates(reread);
     fuzz::check(read == imported, QStringLiteral("the library read back differs from the import:\n%1\n%2")
-                                      .arg(imported.join('\n').left(400), read.join('\n').left(400)));
+                                      .arg(imported.join(QLatin1Char(10)).left(2000), read.join(QLatin1Char(10)).left(2000)));
     return 0;
 }

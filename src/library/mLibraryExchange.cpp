@@ -389,8 +389,13 @@ ImportSummary ImportDocument(cColSetsTemplate& library, const QByteArray& docume
             // it keeps a new setting's value of every other field the document leaves out.
             if (incoming.userVars)
                 record->colUserVar().Clear();
-            if (wellFormed)
+            if (wellFormed) {
                 record->setID(id);
+                // A new ID reaches the collection only; the standard variables it already holds
+                // must belong to the new ID too, or they would be saved as nobody's.
+                for (const auto& variable : record->colUserVar())
+                    variable->setParentID(id);
+            }
             const QString version = incoming.values.value(QStringLiteral("Version")).toString();
             if (mGUIDTools::IsGUIDString(version))
                 record->setVersion(version);

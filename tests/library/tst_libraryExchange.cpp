@@ -102,6 +102,8 @@ private slots:
                  (QStringList{"{11111111-1111-4111-8111-111111111111}", "", "Imported", "2020-02-29T00:00:00"}));
         QVERIFY(added->bCTCLikeCTO() && added->lGameTime() == 10 && added->lAlertOne() == 1 && added->lAlertTwo() == 1);
         QCOMPARE(LibraryTest::liveNames(added->colUserVar()), (QStringList{"Name", "Date", "Temperature", "Humidity", "Sun", "Barrel", "Paint"}));
+        for (const auto& variable : added->colUserVar())
+            QCOMPARE(variable->ParentID(), added->ID());  // they belong to the ID it ends up with
         QCOMPARE(added->colUserVar().Add()->ParentID(), added->ID());
     }
 
