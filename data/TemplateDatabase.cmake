@@ -19,22 +19,23 @@ add_custom_target(template_database ALL DEPENDS ${MARLO_TEMPLATE_DATABASE})
 install(FILES ${MARLO_TEMPLATE_DATABASE} DESTINATION share/marlo)
 
 # Everything that opens a library needs the template built: the front ends, the library's
-# tests and its benchmark. Their targets are made after this file is read, hence deferred.
+# tests. Their targets are made after this file is read, hence deferred.
 function(marlo_template_database_dependencies)
-  foreach(t marlo marlo-cli bench_library bench_library_browser)
+  foreach(t marlo marlo-cli)
     if(TARGET ${t})
       add_dependencies(${t} template_database)
     endif()
   endforeach()
   if(EXISTS ${CMAKE_SOURCE_DIR}/tests/library)
-    file(GLOB _library_tests ${CMAKE_SOURCE_DIR}/tests/library/tst_*.cpp ${CMAKE_SOURCE_DIR}/tests/gui/tst_*.cpp)
+    file(GLOB _library_tests ${CMAKE_SOURCE_DIR}/tests/library/tst_*.cpp ${CMAKE_SOURCE_DIR}/tests/gui/tst_*.cpp
+         ${CMAKE_SOURCE_DIR}/tests/cli/tst_*.cpp)
     foreach(src IN LISTS _library_tests)
       get_filename_component(name ${src} NAME_WE)
       if(TARGET ${name})
         add_dependencies(${name} template_database)
       endif()
-      # The command-line test runs the program itself.
-      if(TARGET ${name} AND TARGET marlo-cli AND name STREQUAL "tst_libraryCli")
+      # The command-line tests run the program itself.
+      if(TARGET ${name} AND TARGET marlo-cli AND (name MATCHES "^tst_cli" OR name MATCHES "^tst_library(Cli|ImportKilled)$"))
         add_dependencies(${name} marlo-cli)
       endif()
     endforeach()

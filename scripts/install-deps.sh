@@ -3,6 +3,7 @@
 set -euo pipefail
 packages=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite desktop-file-utils)
 [ "${MARLO_WITH_SCREENSHOT_TOOLS:-0}" = 1 ] && packages+=(xvfb xauth imagemagick)
+[ "${MARLO_WITH_FUZZ_TOOLS:-0}" = 1 ] && packages+=(clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -27,6 +27,13 @@ struct CliContext {
     QTextStream* err = nullptr;
 };
 
+// Text from options, files or the library as it may go to the terminal: control characters
+// (escape sequences, line breaks, NUL, bidirectional overrides) come out escaped, as \x1b, \n,
+// \u202e, so that no text can move the cursor, recolour the terminal or fake a line.
+QString CliText(const QString& text);
+// The same for a message of the program: its CR LF line breaks stay line breaks.
+QString CliLines(const QString& text);
+
 // One named value of a record, in display order.
 using CliField = QPair<QString, QVariant>;
 using CliFields = QList<CliField>;

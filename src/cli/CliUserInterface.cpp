@@ -1,6 +1,8 @@
 #include "cli/CliUserInterface.h"
 
+#include "cli/CliContext.h"
 #include "link/MarloError.h"
+#include "link/mLinkHelp.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -13,15 +15,25 @@ CliUserInterface::CliUserInterface(QTextStream& out, QTextStream& err)
 
 QString CliUserInterface::plain(const QString& text)
 {
-    return QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    return CliLines(text);
 }
 
 QString CliUserInterface::ErrorLine(const MarloError& error)
 {
     QString line = QStringLiteral("error %1: %2").arg(error.Number()).arg(plain(error.Description()));
     if (!error.Source().isEmpty() && error.Number() < 10000)
-        line += QStringLiteral(" (%1)").arg(error.Source());
+        line += QStringLiteral(" (%1)").arg(CliText(error.Source()));
     return line;
+}
+
+QString CliUserInterface::ErrorReport(const MarloError& error)
+{
+    // What went wrong and what to do lead; the program's own error line ends the report.
+    QStringList lines;
+    for (const QString& line : mLinkHelp::WhatToDo(error))
+        lines << plain(line);
+    lines << ErrorLine(error);
+    return lines.join(QLatin1Char('\n'));
 }
 
 void CliUserInterface::startProgress(int maximum)
@@ -65,7 +77,7 @@ void CliUserInterface::drawProgress(bool final)
                             .arg(m_maximum);
     const QString status = m_panels.value(3);
     m_err << (m_isTerminal ? QStringLiteral("\r\x1b[K") : QString()) << bar
-          << (status.isEmpty() ? QString() : QStringLiteral("  ") + status);
+          << (status.isEmpty() ? QString() : QStringLiteral("  ") + CliText(status));
     if (final || !m_isTerminal)
         m_err << '\n';
     m_err.flush();
@@ -77,7 +89,7 @@ void CliUserInterface::setStatusText(int panel, const QString& text)
         m_panels.append(QString());
     m_panels[panel] = text;
     if (panel == 3 && !text.isEmpty() && !m_progressShown) {
-        m_err << text << '\n';
+        m_err << CliText(text) << '\n';
         m_err.flush();
     }
 }
@@ -95,21 +107,21 @@ void CliUserInterface::showMessage(const QString& text, const QString& title, Ms
 
 bool CliUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon, bool)
 {
-    m_err << title << ": " << plain(text) << "\n(marlo-cli does not ask: the answer taken is No)\n";
+    m_err << CliText(title) << ": " << plain(text) << "\n(marlo-cli does not ask: the answer taken is No)\n";
     m_err.flush();
     return false;
 }
 
 QString CliUserInterface::inputBox(const QString& prompt, const QString& title, const QString&)
 {
-    m_err << title << ": " << plain(prompt) << "\n(marlo-cli does not ask: the answer taken is Cancel)\n";
+    m_err << CliText(title) << ": " << plain(prompt) << "\n(marlo-cli does not ask: the answer taken is Cancel)\n";
     m_err.flush();
     return QString();
 }
 
 std::optional<QString> CliUserInterface::openFileName(const FileDialogRequest& request)
 {
-    m_err << "(marlo-cli does not ask for a file: " << request.title << " cancelled)\n";
+    m_err << "(marlo-cli does not ask for a file: " << CliText(request.title) << " cancelled)\n";
     m_err.flush();
     return std::nullopt;
 }
@@ -127,6 +139,6 @@ void CliUserInterface::processEvents()
 void CliUserInterface::showError(const MarloError& error, const QString&, const QString&)
 {
     ++m_errorsShown;
-    m_err << ErrorLine(error) << '\n';
+    m_err << ErrorReport(error) << '\n';
     m_err.flush();
 }

@@ -35,8 +35,11 @@ public:
     // Messages with the exclamation or critical icon (a refused firmware file, a failed upload).
     int warningsShown() const { return m_warningsShown; }
 
-    // "error NNNNN: description" (line breaks of the description kept as lines).
+    // "error NNNNN: description" (line breaks of the description kept as lines, control
+    // characters escaped).
     static QString ErrorLine(const MarloError& error);
+    // What went wrong and what to do first (mLinkHelp::WhatToDo), then the error line.
+    static QString ErrorReport(const MarloError& error);
 
 private:
     void drawProgress(bool final);

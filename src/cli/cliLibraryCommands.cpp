@@ -52,8 +52,16 @@ public:
     void showError(const MarloError& error, const QString& version, const QString& title) override
     {
         ++errors;
+        // A row that could not be read was left out of the library; the rest is usable.
+        for (const ErrorFrame& frame : error.Trail()) {
+            if (frame.procedure == QLatin1String("Init")) {
+                ++rowErrors;
+                break;
+            }
+        }
         m_inner.showError(error, version, title);
     }
+    int rowErrors = 0;
 
 private:
     cUserInterface& m_inner;
@@ -83,29 +91,25 @@ public:
     // The library, loaded; nothing when it could not be found or read (the reason is shown).
     cColSetsTemplate* open()
     {
-        if (!mMain::CheckForDB())
+        if (!mMain::CheckForDB()) {
+            if (failed())
+                return nullptr; // the reason is shown already
             RaiseError(mErrCodes::RT_FILE_NOT_FOUND, mMain::kModule, mDatabase::kCannotContinueText);
+        }
         if (failed())
             return nullptr;
         if (!mMain::ConnectDB().isOpen() || failed())
             return nullptr;
         cColSetsTemplate& library = mMain::Application().colSetsTemplate();
-        return failed() ? nullptr : &library;
+        // Rows that could not be read are reported and left out; any other failure of the load
+        // leaves no library to work on.
+        return m_ui.errors > m_ui.rowErrors ? nullptr : &library;
     }
 
 private:
     cUserInterface& m_previous;
     CountingUi m_ui;
 };
-
-QString oneLine(QString text)
-{
-    for (QChar& c : text) {
-        if (c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    return text;
-}
 
 std::shared_ptr<cSetsTemplate> findTemplate(cColSetsTemplate& library, const QString& which)
 {
@@ -147,7 +151,7 @@ void printList(CliContext& ctx, cColSetsTemplate& library)
     for (const auto& record : library) {
         if (record->IsDeleted())
             continue;
-        rows.append({QString::number(++n), record->ID(), oneLine(record->sName()),
+        rows.append({QString::number(++n), CliText(record->ID()), CliText(record->sName()),
                      QLocale::c().toString(record->dtDate().date(), QStringLiteral("dd-MMM-yyyy")),
                      record->sROF(), QString::number(record->lShotTime()), QString::number(record->lDwellTime()),
                      QString::number(record->lCycleTimeOpen()), QString::number(record->lLoadTime()),
@@ -180,7 +184,7 @@ void printTemplate(CliContext& ctx, cSetsTemplate& record)
     CliFields fields;
     for (const QString& name : {QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"),
                                 QStringLiteral("sName"), QStringLiteral("dtDate")})
-        fields.append({name, oneLine(object.value(name).toString())});
+        fields.append({name, CliText(object.value(name).toString())});
     for (const QString& name : {QStringLiteral("lShotTime"), QStringLiteral("lDwellTime"),
                                 QStringLiteral("lCycleTimeOpen"), QStringLiteral("lLoadTime"),
                                 QStringLiteral("lCycleTimeClose"), QStringLiteral("lFiringMode"),
@@ -196,8 +200,8 @@ void printTemplate(CliContext& ctx, cSetsTemplate& record)
     const QJsonArray vars = object.value(QStringLiteral("UserVariables")).toArray();
     *ctx.out << "UserVariables: " << vars.size() << '\n';
     for (const QJsonValue& var : vars)
-        *ctx.out << "  " << oneLine(var[QLatin1String("sName")].toString()) << ": "
-                 << oneLine(var[QLatin1String("sValue")].toString()) << '\n';
+        *ctx.out << "  " << CliText(var[QLatin1String("sName")].toString()) << ": "
+                 << CliText(var[QLatin1String("sValue")].toString()) << '\n';
     ctx.out->flush();
 }
 
@@ -249,7 +253,8 @@ int RunLibraryCommand(CliContext& ctx)
             library->SaveOrThrow(connection);
         } else {
             const auto summary = mLibraryExchange::ImportFile(*library, ctx.words[1]);
-            library->SaveOrThrow(connection);
+            // All or nothing: an error, or a kill at any moment, leaves the library as it was.
+            mDatabase::RunInTransaction(connection, [&] { library->SaveOrThrow(connection); });
             PrintFields(ctx, {{QStringLiteral("added"), summary.added},
                               {QStringLiteral("updated"), summary.updated},
                               {QStringLiteral("unchanged"), summary.unchanged}});

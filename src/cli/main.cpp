@@ -7,7 +7,6 @@
 #include "link/MarloError.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
-#include "link/mLinkHelp.h"
 #include "sim/SimDevice.h"
 #include "shell/mMain.h"
 
@@ -49,7 +48,7 @@ int dispatch(CliContext& ctx, const QString& command)
         return RunFirmwareCommand(ctx);
     if (command == QLatin1String("library"))
         return RunLibraryCommand(ctx);
-    throw CliUsageError(QStringLiteral("unknown command '%1'").arg(command));
+    throw CliUsageError(QStringLiteral("unknown command '%1'").arg(CliText(command)));
 }
 
 int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
@@ -58,17 +57,14 @@ int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
         const int status = dispatch(ctx, command);
         return status == ExitOk && ui.errorsShown() > 0 ? ExitError : status;
     } catch (const CliUsageError& e) {
-        *ctx.err << "marlo-cli " << command << ": " << e.message() << '\n'
+        *ctx.err << "marlo-cli " << CliText(command) << ": " << CliText(e.message()) << '\n'
                  << "Run 'marlo-cli --help' for the commands and their options.\n";
         return ExitUsage;
     } catch (const MarloError& e) {
-        *ctx.err << CliUserInterface::ErrorLine(e) << '\n';
-        const QStringList help = mLinkHelp::WhatToDo(e);
-        if (!help.isEmpty())
-            *ctx.err << help.join(QLatin1Char('\n')) << '\n';
+        *ctx.err << CliUserInterface::ErrorReport(e) << '\n';
         return ExitError;
     } catch (const std::exception& e) {
-        *ctx.err << "error: " << e.what() << '\n';
+        *ctx.err << "error: " << CliText(QString::fromLocal8Bit(e.what())) << '\n';
         return ExitError;
     }
 }
@@ -94,7 +90,7 @@ int main(int argc, char* argv[])
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do (see above)."), QStringLiteral("COMMAND [ARGS...]"));
     if (!parser.parse(app.arguments())) {
-        err << parser.errorText() << "\nRun 'marlo-cli --help' for the commands and their options.\n";
+        err << CliText(parser.errorText()) << "\nRun 'marlo-cli --help' for the commands and their options.\n";
         return ExitUsage;
     }
     if (parser.isSet(QStringLiteral("help"))) {
@@ -121,12 +117,20 @@ int main(int argc, char* argv[])
 
     if (parser.isSet(deviceOption)) {
         const QString device = parser.value(deviceOption);
-        const QString problem = SimDevice::Validate(device);
+        // An empty device would silently mean the port of the preferences: a usage error instead.
+        const QString problem = device.trimmed().isEmpty()
+                                    ? QStringLiteral("the device is empty (give a device such as /dev/ttyUSB0, or sim)")
+                                    : SimDevice::Validate(device);
         if (!problem.isEmpty()) {
-            err << "marlo-cli: --device " << device << ": " << problem << '\n';
+            err << "marlo-cli: --device '" << CliText(device) << "': " << CliText(problem) << '\n';
             return ExitUsage;
         }
         mMain::Application().RegistrySettings().overrideCommDevice(device);
+    }
+
+    if (parser.isSet(dbOption) && parser.value(dbOption).trimmed().isEmpty()) {
+        err << "marlo-cli: --db '" << CliText(parser.value(dbOption)) << "': the library file is empty (give the path of a library file)\n";
+        return ExitUsage;
     }
 
     CliContext ctx;

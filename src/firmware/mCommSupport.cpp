@@ -140,6 +140,43 @@ void ULFirmware(const FirmwareFile& image)
     });
 }
 
+void CheckFirmwareImage(const FirmwareFile& image)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("CheckFirmwareImage"), [&] {
+        qint64 bytes = 0;
+        for (qsizetype record = 0; record < image.Segments.size(); ++record) {
+            const HexLine& line = image.Segments.at(record);
+            const qint64 count = qMax<qint64>(line.ByteCount, line.Data.size());
+            const qint32 address = line.AddrHi * 256 + line.AddrLo;
+            bytes += count;
+            QString problem;
+            if (count > kBlockSize)
+                problem = QStringLiteral("the record holds %1 data bytes, but a memory block holds at most %2")
+                              .arg(count)
+                              .arg(kBlockSize);
+            else if (address >= kProgramMemoryBytes)
+                problem = QStringLiteral("the address 0x%1 lies outside the program memory (0x0000 to 0x7FFF)")
+                              .arg(mAppFunc::LZ(4, hexOf(address)));
+            else if (address + count > kProgramMemoryBytes)
+                problem = QStringLiteral("the record's %1 data bytes from address 0x%2 run past the end of the program "
+                                         "memory (0x7FFF)")
+                              .arg(count)
+                              .arg(mAppFunc::LZ(4, hexOf(address)));
+            else if (bytes > kProgramMemoryBytes)
+                problem = QStringLiteral("the file holds more data than the program memory (%1 bytes)").arg(kProgramMemoryBytes);
+            else if (record + 1 > kProgramMemoryBytes)
+                problem = QStringLiteral("the file holds more records than the program memory has bytes (%1)")
+                              .arg(kProgramMemoryBytes);
+            if (!problem.isEmpty()) {
+                // A line of the file, or the record's position in an image not read from one.
+                const qint32 where = line.FileLine > 0 ? line.FileLine : static_cast<qint32>(record + 1);
+                RaiseError(mErrCodes::ERR_FIRMWARE_IMAGE, QStringLiteral("UploadFirmware"),
+                           mErrCodes::FirmwareImageText(where, problem));
+            }
+        }
+    });
+}
+
 bool CompareProgramData(const FirmwareFile& fileImage, const FirmwareFile& gripImage)
 {
     bool equal = true;

@@ -18,6 +18,10 @@ constexpr qint32 kBlockCount = 252;
 // Where grips with old firmware get their program started and stopped again in mid-transfer.
 constexpr qint32 kReadRestartAddress = 0x200;
 constexpr qint32 kWriteRestartAddress = 0xF50;
+// The program memory as the write can address it: byte addresses 0x0000 to 0x7FFF (the address
+// of a line is reckoned in signed 16-bit arithmetic). Whether the grip takes a line outside its
+// readable part is the grip's business.
+constexpr qint32 kProgramMemoryBytes = 0x8000;
 constexpr qint32 kAttempts = 3;
 constexpr qint32 kWriteRetryPauseMs = 500;
 
@@ -27,6 +31,11 @@ void DLFirmware(FirmwareFile& image);
 // Writes every line of the image, in order and whatever its record type. Three failed
 // attempts at a block raise 10801; blocks already written stay written.
 void ULFirmware(const FirmwareFile& image);
+// Checks a whole image before anything is sent: raises 10802 naming the line of the file and
+// what is wrong for an image the write would fail on or could not sensibly send: a line longer
+// than a memory block, an address outside the program memory, data running past its end, more
+// data (or more lines) than the program memory holds. An empty image passes.
+void CheckFirmwareImage(const FirmwareFile& image);
 // Compares a file image with an image read from the grip. An error on the way (an address
 // that overflows, a line beyond the grip image) is shown through the error reporter and
 // answers false.

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
+#include <functional>
 
 using namespace mAppFunc;
 
@@ -74,9 +75,10 @@ void appendHex(QString& text, quint8 value)
     text += QLatin1Char(kDigits[value & 15]);
 }
 
-HexLine parseRecord(QStringView record)
+HexLine parseRecord(QStringView record, qint32 fileLine)
 {
     HexLine line;
+    line.FileLine = fileLine;
     line.ByteCount = byteAt(record, 1);
     line.AddrHi = byteAt(record, 2);
     line.AddrLo = byteAt(record, 3);
@@ -205,13 +207,15 @@ FirmwareFile ParseFirmwareText(const QString& text)
     return PassErrors(kModule, kRevision, QStringLiteral("ParseFirmwareText"), [&] {
         FirmwareFile image;
         qsizetype start = 0;
+        qint32 fileLine = 0;
         while (start <= text.size()) {
             qsizetype end = text.indexOf(kLineEnd, start);
             if (end < 0)
                 end = text.size();
+            ++fileLine;
             const QStringView line = trimBlanks(QStringView(text).mid(start, end - start));
             if (line.startsWith(QLatin1Char(':')))
-                image.Segments.append(parseRecord(line.mid(1)));
+                image.Segments.append(parseRecord(line.mid(1), fileLine));
             else if (line.startsWith(QLatin1Char(';')))
                 parseComment(image, line.mid(1));
             start = end + kLineEnd.size();
@@ -239,11 +243,30 @@ bool checkFirmwareVersion(const FirmwareFile& file)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("checkFirmwareVersion"), [&] {
         mVersion::tVersion bootLower, bootUpper, hardwareLower, hardwareUpper, unused;
-        parseRange(file.Boot, bootLower, bootUpper);
-        parseRange(file.Hardware, hardwareLower, hardwareUpper);
+        // The file's builds, in the order they have always been read; the error stays the one the
+        // version routines raise, and says in a hint what is wrong with the file.
+        const bool noHeader = file.Firmware.isEmpty() && file.Boot.isEmpty() && file.Protocol.isEmpty() &&
+                              file.Hardware.isEmpty();
+        const auto fileBuild = [&](const char* key, const QString& value, const std::function<void()>& parse) {
+            try {
+                parse();
+            } catch (MarloError& e) {
+                if (noHeader)
+                    e.addHint(QStringLiteral("The file has no firmware header: the comment lines \"; Firmware:\", "
+                                             "\"; Boot:\", \"; Protocol:\" and \"; Hardware:\" that name its builds are missing."));
+                else if (value.trimmed().isEmpty())
+                    e.addHint(QStringLiteral("The file's firmware header names no %1 build.").arg(QLatin1String(key)));
+                else
+                    e.addHint(QStringLiteral("The file's %1 build \"%2\" is not a version (three numbers joined by \".\").")
+                                  .arg(QLatin1String(key), value.trimmed()));
+                throw;
+            }
+        };
+        fileBuild("Boot", file.Boot, [&] { parseRange(file.Boot, bootLower, bootUpper); });
+        fileBuild("Hardware", file.Hardware, [&] { parseRange(file.Hardware, hardwareLower, hardwareUpper); });
         // Parsed like the others, though they play no part in the decision.
-        mVersion::str2tVersion(file.Firmware, unused);
-        mVersion::str2tVersion(file.Protocol, unused);
+        fileBuild("Firmware", file.Firmware, [&] { mVersion::str2tVersion(file.Firmware, unused); });
+        fileBuild("Protocol", file.Protocol, [&] { mVersion::str2tVersion(file.Protocol, unused); });
 
         mVersion::tVersion gripBootLower, gripBoot, gripHardwareLower, gripHardware;
         parseRange(GunInfo().BootBuild(), gripBootLower, gripBoot);

@@ -12,8 +12,15 @@ struct HexLine {
     quint8 RecordType = 0;  // 0 data, 1 end of file, 4 extended address...: stored, not interpreted
     QList<quint8> Data;     // ByteCount bytes, empty when ByteCount is 0
     quint8 Checksum = 0;    // as found in the file (or as the transfer made it)
+    // The line of the file the record was read from (from 1; 0 when not read from a file), so
+    // that a refusal can name it. Not part of the record: equality leaves it out.
+    qint32 FileLine = 0;
 
-    bool operator==(const HexLine&) const = default;
+    bool operator==(const HexLine& other) const
+    {
+        return ByteCount == other.ByteCount && AddrLo == other.AddrLo && AddrHi == other.AddrHi &&
+               RecordType == other.RecordType && Data == other.Data && Checksum == other.Checksum;
+    }
 };
 
 // An image of the grip's program memory with the builds it belongs to.
@@ -53,6 +60,8 @@ FirmwareFile ParseFirmwareText(const QString& text);
 
 // Whether a loaded file may be written to the connected grip: the grip's boot and hardware
 // builds must lie in the file's Boot and Hardware ranges. The gun information must be fresh.
+// A file whose header is missing or malformed raises the version-format error as it always
+// has, with a hint that says what is wrong with the file ("The file has no firmware header").
 bool checkFirmwareVersion(const FirmwareFile& file);
 
 } // namespace mFirmware

@@ -131,6 +131,11 @@ FirmwareResult UploadFirmware(const QString& file)
         proc.setName(QStringLiteral("UploadFirmware - load firmware file (") + path + QLatin1Char(')'));
         FirmwareFile image;
         mFirmware::LoadFirmwareFile(image, path);
+        // The whole image is checked before the grip hears a word of it: a file the write would
+        // fail on never leaves the grip stopped and half-written.
+        proc.setName(QStringLiteral("UploadFirmware - check firmware file (") + path + QLatin1Char(')'));
+        mCommSupport::CheckFirmwareImage(image);
+        proc.setName(QStringLiteral("UploadFirmware - load firmware file (") + path + QLatin1Char(')'));
         RefreshGunInfo(true);
 
         FirmwareResult result = FirmwareResult::VersionMismatch;

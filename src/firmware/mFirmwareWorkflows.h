@@ -38,8 +38,9 @@ inline const QString kUploadFailedTitle = QStringLiteral("Failure!");
 inline const QString kFirmwarePut = QStringLiteral("Firmware was put.");
 inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
 
-// Writes a firmware file into the grip: load, check it against the grip's builds, stop the
-// program, write, read back, start the program, compare and say how it went. An empty file
+// Writes a firmware file into the grip: load, check the whole image (a file the write would
+// fail on raises 10802 before the grip is asked anything), check it against the grip's builds,
+// stop the program, write, read back, start the program, compare and say how it went. An empty file
 // asks for one with the open dialog (cancel ends silently). Errors are passed on with the step
 // name ("UploadFirmware - Check bootmode", ...); the progress display is ended on the way out.
 FirmwareResult UploadFirmware(const QString& file);

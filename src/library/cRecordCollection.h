@@ -142,7 +142,9 @@ public:
         report(QStringLiteral("Load"), [&] { LoadOrThrow(connection); });
     }
     // Adds one member per row, without clearing first: a row whose ID is already a member stops
-    // the load at the duplicate key; the members added before it stay.
+    // the load at the duplicate key; the members added before it stay. A row that cannot be read
+    // (a null where none may be, a value that does not fit) is reported with its column and ID
+    // and left out; the rows after it still load, so that one bad row never hides a library.
     void LoadOrThrow(QSqlDatabase& connection)
     {
         pass(QStringLiteral("Load"), [&] {
@@ -155,7 +157,8 @@ public:
             while (query.next()) {
                 const QSqlRecord row = query.record();
                 auto member = std::make_shared<T>(typename T::FromRow{});
-                member->InitOrThrow(&row);
+                if (!report(QStringLiteral("Load"), [&] { member->InitOrThrow(&row); }))
+                    continue;
                 static_cast<Derived*>(this)->loadChildren(*member, connection);
                 AddByObjectOrThrow(member);
             }

@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QSqlError>
 #include <QStringList>
+#include <QUrl>
 #include <cmath>
 
 using mErrCodes::RT_DATABASE;
@@ -76,9 +77,6 @@ QString fileProblem(const QString& path, const QString& problem)
                QStringLiteral("Syntax error in the library statement (%1): %2").arg(problem, statement.left(300)));
 }
 
-bool isWordStart(QChar c) { return c.isLetter() || c == QLatin1Char('_'); }
-bool isWordPart(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_'); }
-
 // Reads a literal that starts at `at` with the quote character `quote` (doubled inside).
 // Returns the position after the closing quote.
 qsizetype readQuoted(const QString& text, qsizetype at, QChar quote, QString& value)
@@ -102,23 +100,32 @@ qsizetype readQuoted(const QString& text, qsizetype at, QChar quote, QString& va
     raiseSyntax(QStringLiteral("unterminated text"), text);
 }
 
-// An SQLite text literal with exactly this content. A NUL cannot stand inside a literal, so it
-// is joined in with char(0).
-void appendLiteral(QString& out, const QString& value)
+// A text literal of the statement as a value bound to SQLite: the statement SQLite sees holds no
+// text of the user's, only "CAST(? AS TEXT)", and the text goes as its UTF-8 bytes. (Bound as
+// UTF-16, SQLite would take a leading U+FEFF or U+FFFE for a byte-order mark and drop it or read
+// the rest backwards.) Lone surrogate halves (a text cut in the middle of a character, or JSON's
+// "\ud800") have no UTF-8 form, and SQLite reads the noncharacters U+FFFE and U+FFFF back as
+// U+FFFD: all of them are stored as U+FFFD, the replacement character, from the start, so that
+// what is stored is what reads back. Everything else, NUL included, is stored exactly.
+QByteArray boundText(const QString& value)
 {
-    const QStringList parts = value.split(QChar(0));
-    for (qsizetype p = 0; p < parts.size(); ++p) {
-        if (p > 0)
-            out.append(QLatin1String("||char(0)||"));
-        out.append(QLatin1Char('\''));
-        QString part = parts[p];
-        out.append(part.replace(QLatin1Char('\''), QLatin1String("''")));
-        out.append(QLatin1Char('\''));
+    QString text = value;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t u = text.at(i).unicode();
+        if (QChar::isHighSurrogate(u) && i + 1 < text.size() && QChar::isLowSurrogate(text.at(i + 1).unicode()))
+            ++i;
+        else if (QChar::isSurrogate(u) || u == 0xFFFE || u == 0xFFFF)
+            text[i] = QChar::ReplacementCharacter;
     }
+    QByteArray bytes = text.toUtf8();
+    // An empty text is bound as an empty text, never as a null (which a null array would be).
+    if (bytes.isNull())
+        bytes = QByteArray("", 0);
+    return bytes;
 }
 
-// #mm-dd-yyyy# (also with "/" and without leading zeros) as an ISO date literal.
-void appendDate(QString& out, const QString& jetDate, const QString& statement)
+// #mm-dd-yyyy# (also with "/" and without leading zeros) as an ISO date.
+QVariant boundDate(const QString& jetDate, const QString& statement)
 {
     const QString text = jetDate.trimmed();
     QDate date;
@@ -129,9 +136,45 @@ void appendDate(QString& out, const QString& jetDate, const QString& statement)
     }
     if (!date.isValid())
         raiseSyntax(QStringLiteral("bad date #%1#").arg(jetDate), statement);
-    out.append(QLatin1Char('\''));
-    out.append(date.toString(Qt::ISODate));
-    out.append(QLatin1Char('\''));
+    return date.toString(Qt::ISODate);
+}
+
+// A number of the statement: a whole number (64 bits) or a decimal one.
+QVariant boundNumber(QStringView token, const QString& statement)
+{
+    bool ok = false;
+    const qint64 whole = token.toLongLong(&ok);
+    if (ok)
+        return whole;
+    const double number = token.toDouble(&ok);
+    if (!ok || !std::isfinite(number))
+        raiseSyntax(QStringLiteral("bad number %1").arg(token.toString()), statement);
+    return number;
+}
+
+bool isAsciiLetter(QChar c)
+{
+    const char16_t u = c.unicode();
+    return (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || u == '_';
+}
+
+bool isAsciiDigit(QChar c)
+{
+    const char16_t u = c.unicode();
+    return u >= '0' && u <= '9';
+}
+
+bool isWordStart(QChar c) { return isAsciiLetter(c); }
+bool isWordPart(QChar c) { return isAsciiLetter(c) || isAsciiDigit(c); }
+
+// " (column X of the row with ID Y)": where a value that cannot be read lies.
+QString whereInRow(const QSqlRecord& row, const QString& column)
+{
+    const int id = row.indexOf(QStringLiteral("ID"));
+    if (id < 0 || row.value(id).isNull() || column == QLatin1String("ID"))
+        return QStringLiteral(" (column %1)").arg(column);
+    const QString key = row.value(id).toString();
+    return QStringLiteral(" (column %1 of the row with ID %2)").arg(column, key.size() > 80 ? key.left(80) + QStringLiteral("...") : key);
 }
 
 QVariant columnValue(const QSqlRecord& row, const QString& column)
@@ -143,9 +186,22 @@ QVariant columnValue(const QSqlRecord& row, const QString& column)
                                   "name or ordinal (column %1).").arg(column));
     const QVariant value = row.value(index);
     if (value.isNull())
-        RaiseError(RT_INVALID_USE_OF_NULL, kModule,
-                   QStringLiteral("Invalid use of Null (column %1).").arg(column));
+        RaiseError(RT_INVALID_USE_OF_NULL, kModule, QStringLiteral("Invalid use of Null") + whereInRow(row, column) + QLatin1Char('.'));
     return value;
+}
+
+// Reads one column; a value that does not convert (a type mismatch, a number too large) is
+// reported with its column and the row's ID.
+template <typename F>
+auto readColumn(const QSqlRecord& row, const QString& column, F read)
+{
+    try {
+        return read(columnValue(row, column));
+    } catch (const MarloError& e) {
+        if (e.Number() == RT_INVALID_USE_OF_NULL || e.Number() == RT_DATABASE)
+            throw;
+        RaiseError(e.Number(), kModule, e.Description() + whereInRow(row, column));
+    }
 }
 
 qint32 wholeNumber(double number)
@@ -184,8 +240,19 @@ QString schemaProblem(const QString& path)
     QString problem;
     {
         QSqlDatabase check = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kCheckConnectionName);
-        check.setDatabaseName(path);
-        check.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=5000"));
+        // Looked at without a change to the file or beside it: without a journal to take into
+        // account, the file is opened as immutable, so SQLite makes no -wal or -shm file even for
+        // a file in WAL mode. With one (another program is writing it), read-only as usual.
+        const bool journal = QFileInfo::exists(path + QStringLiteral("-wal")) ||
+                             QFileInfo::exists(path + QStringLiteral("-journal"));
+        if (journal) {
+            check.setDatabaseName(path);
+            check.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=5000"));
+        } else {
+            check.setDatabaseName(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toString(QUrl::FullyEncoded) +
+                                  QStringLiteral("?mode=ro&immutable=1"));
+            check.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
+        }
         if (!check.open()) {
             problem = QStringLiteral("cannot be opened: %1").arg(check.lastError().text());
         } else {
@@ -265,6 +332,8 @@ QString LibraryFileProblem(const QString& path)
     const QFileInfo info(path);
     if (!info.exists())
         return fileProblem(path, QStringLiteral("does not exist."));
+    if (info.isDir())
+        return fileProblem(path, QStringLiteral("is a folder: give the path of a library file."));
     if (!info.isFile())
         return fileProblem(path, QStringLiteral("is not a file."));
     QFile file(path);
@@ -309,17 +378,22 @@ void EnsureConnection(QSqlDatabase& connection)
         connection = mMain::ConnectDB();
 }
 
-QString TranslateJetSql(const QString& statement)
+SqliteStatement TranslateJetSql(const QString& statement)
 {
-    QString out;
-    out.reserve(statement.size() + 16);
+    SqliteStatement result;
+    QString& out = result.sql;
+    out.reserve(qMin<qsizetype>(statement.size(), 1024) + 16);
     const qsizetype n = statement.size();
     qsizetype i = 0;
     bool ended = false;
     QString literal;
+    const auto bind = [&](QVariant value) {
+        out.append(QLatin1Char('?'));
+        result.values.append(std::move(value));
+    };
     while (i < n) {
         const QChar c = statement[i];
-        if (c.isSpace()) {
+        if (c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\r') || c == QLatin1Char('\n')) {
             out.append(c);
             ++i;
             continue;
@@ -327,26 +401,34 @@ QString TranslateJetSql(const QString& statement)
         if (ended)
             raiseSyntax(QStringLiteral("text after the end of the statement"), statement);
         if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
-            // Jet's double-quoted texts and single-quoted keys both become SQLite literals; a
-            // single-quoted literal comes out exactly as it went in.
+            // Jet's double-quoted texts and single-quoted keys are both values, bound as they are.
             i = readQuoted(statement, i, c, literal);
-            appendLiteral(out, literal);
+            out.append(QLatin1String("CAST("));
+            bind(boundText(literal));
+            out.append(QLatin1String(" AS TEXT)"));
             continue;
         }
         if (c == QLatin1Char('#')) {
             const qsizetype close = statement.indexOf(QLatin1Char('#'), i + 1);
             if (close < 0)
                 raiseSyntax(QStringLiteral("unterminated date"), statement);
-            appendDate(out, statement.mid(i + 1, close - i - 1), statement);
+            bind(boundDate(statement.mid(i + 1, close - i - 1), statement));
             i = close + 1;
             continue;
         }
         if (c == QLatin1Char('[') || c == QLatin1Char('`')) {
+            // A quoted column name: plain name characters only, so it can hold nothing else.
             const QChar close = c == QLatin1Char('[') ? QLatin1Char(']') : QLatin1Char('`');
             const qsizetype end = statement.indexOf(close, i + 1);
             if (end < 0)
                 raiseSyntax(QStringLiteral("unterminated name"), statement);
-            out.append(QStringView(statement).mid(i, end - i + 1));
+            for (qsizetype k = i + 1; k < end; ++k) {
+                if (!isWordPart(statement[k]) && statement[k] != QLatin1Char(' '))
+                    raiseSyntax(QStringLiteral("bad name"), statement);
+            }
+            out.append(QLatin1Char('['));
+            out.append(QStringView(statement).mid(i + 1, end - i - 1));
+            out.append(QLatin1Char(']'));
             i = end + 1;
             continue;
         }
@@ -357,9 +439,9 @@ QString TranslateJetSql(const QString& statement)
             const QStringView word = QStringView(statement).mid(i, end - i);
             i = end;
             if (word.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0) {
-                out.append(QLatin1Char('1'));
+                bind(qint64(1));
             } else if (word.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0) {
-                out.append(QLatin1Char('0'));
+                bind(qint64(0));
             } else if (word.compare(QLatin1String("DELETE"), Qt::CaseInsensitive) == 0) {
                 out.append(word);
                 // Jet's "DELETE * FROM" is SQLite's "DELETE FROM".
@@ -378,30 +460,37 @@ QString TranslateJetSql(const QString& statement)
             }
             continue;
         }
-        if (c.isDigit()) {
+        if (isAsciiDigit(c) || (c == QLatin1Char('.') && i + 1 < n && isAsciiDigit(statement[i + 1]))) {
             // A number with its letters (1e5, 0x1F) is one token: no keyword hides inside it.
             qsizetype end = i + 1;
-            while (end < n && (isWordPart(statement[end]) || statement[end] == QLatin1Char('.')))
+            while (end < n && (isWordPart(statement[end]) || statement[end] == QLatin1Char('.') ||
+                               ((statement[end] == QLatin1Char('+') || statement[end] == QLatin1Char('-')) &&
+                                (statement[end - 1] == QLatin1Char('e') || statement[end - 1] == QLatin1Char('E')))))
                 ++end;
-            out.append(QStringView(statement).mid(i, end - i));
+            bind(boundNumber(QStringView(statement).mid(i, end - i), statement));
             i = end;
             continue;
         }
         if ((c == QLatin1Char('-') && i + 1 < n && statement[i + 1] == QLatin1Char('-'))
             || (c == QLatin1Char('/') && i + 1 < n && statement[i + 1] == QLatin1Char('*')))
             raiseSyntax(QStringLiteral("comment"), statement);
+        // What is left may only be the punctuation of a statement; anything else (a parameter
+        // mark, a character no statement of the library has) is refused.
+        static const QString kPunctuation = QStringLiteral("(),;*=<>!+-/%|&.");
+        if (!kPunctuation.contains(c))
+            raiseSyntax(QStringLiteral("unexpected character U+%1").arg(uint(c.unicode()), 4, 16, QLatin1Char('0')), statement);
         if (c == QLatin1Char(';'))
             ended = true;
         out.append(c);
         ++i;
     }
-    return out;
+    return result;
 }
 
 QSqlQuery Execute(QSqlDatabase& connection, const QString& statement)
 {
     EnsureConnection(connection);
-    const QString sql = TranslateJetSql(statement);
+    const SqliteStatement sqlite = TranslateJetSql(statement);
     if (!connection.isOpen()) {
         const QString reason = connection.connectionName() == kConnectionName ? state().openError : QString();
         RaiseError(RT_DATABASE, kModule,
@@ -410,10 +499,43 @@ QSqlQuery Execute(QSqlDatabase& connection, const QString& statement)
     }
     QSqlQuery query(connection);
     query.setForwardOnly(true);
-    if (!query.exec(sql))
+    // Every literal goes to SQLite as a bound value: no text of the user's is ever SQL.
+    bool done = query.prepare(sqlite.sql);
+    if (done) {
+        for (const QVariant& value : sqlite.values)
+            query.addBindValue(value);
+        done = query.exec();
+    }
+    if (!done)
         RaiseError(RT_DATABASE, kModule,
                    QStringLiteral("%1 (statement: %2)").arg(query.lastError().text(), statement.left(300)));
     return query;
+}
+
+void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& body)
+{
+    EnsureConnection(connection);
+    const auto run = [&](const QString& sql) {
+        QSqlQuery query(connection);
+        if (!query.exec(sql))
+            RaiseError(RT_DATABASE, kModule, QStringLiteral("%1 (statement: %2)").arg(query.lastError().text(), sql));
+    };
+    if (!connection.isOpen())
+        RaiseError(RT_DATABASE, kModule, QStringLiteral("The library is not open."));
+    // IMMEDIATE: the write lock is taken at once, so no other writer can slip in half-way.
+    run(QStringLiteral("BEGIN IMMEDIATE"));
+    try {
+        body();
+    } catch (...) {
+        QSqlQuery(connection).exec(QStringLiteral("ROLLBACK"));
+        throw;
+    }
+    try {
+        run(QStringLiteral("COMMIT"));
+    } catch (...) {
+        QSqlQuery(connection).exec(QStringLiteral("ROLLBACK"));
+        throw;
+    }
 }
 
 QString JetText(const QString& text)
@@ -461,51 +583,55 @@ QString ColumnText(const QSqlRecord& row, const QString& column)
 
 qint32 ColumnLong(const QSqlRecord& row, const QString& column)
 {
-    const QVariant value = columnValue(row, column);
-    const int type = value.metaType().id();
-    if (type == QMetaType::LongLong || type == QMetaType::Int) {
-        const qint64 number = value.toLongLong();
-        if (number < INT32_MIN || number > INT32_MAX)
-            RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
-        return static_cast<qint32>(number);
-    }
-    return wholeNumber(numberOf(value));
+    return readColumn(row, column, [](const QVariant& value) {
+        const int type = value.metaType().id();
+        if (type == QMetaType::LongLong || type == QMetaType::Int) {
+            const qint64 number = value.toLongLong();
+            if (number < INT32_MIN || number > INT32_MAX)
+                RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
+            return static_cast<qint32>(number);
+        }
+        return wholeNumber(numberOf(value));
+    });
 }
 
 bool ColumnBool(const QSqlRecord& row, const QString& column)
 {
-    const QVariant value = columnValue(row, column);
-    if (value.metaType().id() == QMetaType::QString) {
-        const QString text = value.toString().trimmed();
-        if (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
-            return true;
-        if (text.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
-            return false;
-    }
-    return numberOf(value) != 0.0;
+    return readColumn(row, column, [](const QVariant& value) {
+        if (value.metaType().id() == QMetaType::QString) {
+            const QString text = value.toString().trimmed();
+            if (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
+                return true;
+            if (text.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
+                return false;
+        }
+        return numberOf(value) != 0.0;
+    });
 }
 
 QDateTime ColumnDate(const QSqlRecord& row, const QString& column)
 {
-    const QVariant value = columnValue(row, column);
-    const int type = value.metaType().id();
-    if (type == QMetaType::QString || type == QMetaType::QByteArray) {
-        const QString text = value.toString().trimmed();
-        QDate date = QDate::fromString(text.left(10), Qt::ISODate);
-        if (date.isValid() && (text.size() == 10 || text[10] == QLatin1Char(' ') || text[10] == QLatin1Char('T')))
-            return QDateTime(date, QTime(0, 0));
-        // A date written by another program as a day number.
-        bool ok = false;
-        const double days = text.toDouble(&ok);
-        if (!ok)
-            RaiseRuntimeError(mErrCodes::RT_TYPE_MISMATCH);
+    return readColumn(row, column, [](const QVariant& value) {
+        const int type = value.metaType().id();
+        double days = 0.0;
+        if (type == QMetaType::QString || type == QMetaType::QByteArray) {
+            const QString text = value.toString().trimmed();
+            QDate date = QDate::fromString(text.left(10), Qt::ISODate);
+            if (date.isValid() && (text.size() == 10 || text[10] == QLatin1Char(' ') || text[10] == QLatin1Char('T')))
+                return QDateTime(date, QTime(0, 0));
+            // A date written by another program as a day number.
+            bool ok = false;
+            days = text.toDouble(&ok);
+            if (!ok)
+                RaiseRuntimeError(mErrCodes::RT_TYPE_MISMATCH);
+        } else {
+            days = numberOf(value);
+        }
+        // Day numbers count from 30 December 1899, as Jet stored its dates.
+        if (!std::isfinite(days) || std::fabs(days) > 3.0e6)
+            RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
         return QDateTime(QDate(1899, 12, 30).addDays(static_cast<qint64>(std::floor(days))), QTime(0, 0));
-    }
-    // Day numbers count from 30 December 1899, as Jet stored its dates.
-    const double days = numberOf(value);
-    if (!std::isfinite(days) || std::fabs(days) > 3.0e6)
-        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
-    return QDateTime(QDate(1899, 12, 30).addDays(static_cast<qint64>(std::floor(days))), QTime(0, 0));
+    });
 }
 
 } // namespace mDatabase
@@ -526,6 +652,9 @@ bool CheckForDB()
             result = true;
             return;
         }
+        // A folder is no missing library: nothing is made in its place and nobody is asked.
+        if (QFileInfo(candidate).isDir())
+            raiseFile(candidate, QStringLiteral("is a folder: give the path of a library file."));
         const QString templateFile = TemplatePath();
         if (fileExists(templateFile)) {
             // DBName is deliberately left as it is: an empty one keeps meaning the default file.

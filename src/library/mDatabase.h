@@ -4,18 +4,21 @@
 //
 // The record classes write their statements in the Jet dialect the library has always used
 // ("DELETE * FROM", #mm-dd-yyyy# dates, True/False, double-quoted texts). Execute() translates
-// each statement with a tokenizer into SQLite's dialect, so that text inside a literal is never
-// rewritten.
+// each statement with a tokenizer into SQLite's dialect and hands every literal it finds (texts,
+// keys, dates, numbers, True/False) to SQLite as a bound value, so no text typed or imported by
+// a user is ever part of the SQL that SQLite reads, whatever it holds.
 //
 // Keys go between single quotes. A well-formed key (a GUID) holds no quote, so its statements
 // are exactly the classic ones; a key from a library made elsewhere gets its single quotes
-// doubled (JetKey), so whatever it holds it stays one literal and a statement can only reach the
-// row with exactly that key. The translation also refuses a second statement and comments.
+// doubled (JetKey), so whatever it holds it stays one literal. The translation also refuses a
+// second statement, comments and characters no library statement has.
 #include <QDateTime>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <QString>
+#include <QVariantList>
+#include <functional>
 
 namespace mMain {
 
@@ -79,12 +82,22 @@ void DisconnectDB();
 // Fills an empty connection argument with the shared connection.
 void EnsureConnection(QSqlDatabase& connection);
 
+// A statement in SQLite's dialect: its literals are "?" in sql, their values in order in values.
+struct SqliteStatement {
+    QString sql;
+    QVariantList values;
+};
 // Translates one Jet statement into SQLite's dialect. Raises a syntax error for an unterminated
-// literal, a bad date, a comment or a second statement.
-QString TranslateJetSql(const QString& statement);
+// literal, a bad date or number, a comment, a second statement or an unexpected character.
+SqliteStatement TranslateJetSql(const QString& statement);
 // Translates and executes one statement; the query is forward-only and positioned before the
 // first row. A failure raises the database error with the engine's text.
 QSqlQuery Execute(QSqlDatabase& connection, const QString& statement);
+
+// Runs body as one transaction on the connection: all of its statements take effect together
+// when it ends, none when an error leaves it (or the program is killed on the way). The records
+// in memory are not rolled back: after an error the caller must not save them again as they are.
+void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& body);
 
 // Pieces of Jet statements.
 QString JetText(const QString& text);        // "text" with every double quote doubled

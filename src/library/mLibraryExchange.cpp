@@ -75,9 +75,51 @@ const Accessor<bool> kBoolFields[] = {
     {"bAlertTwo", &cSetsTemplate::bAlertTwo, &cSetsTemplate::setbAlertTwo},
 };
 
+// What a grip record can carry of each whole number: a time or a mode is one byte on the grip,
+// the game time is the game timer's one byte, the alerts its two-byte pre-alert times. A value
+// outside could be stored, but never put to a grip.
+struct Range {
+    const char* name;
+    qint32 max;
+    const char* carried;
+};
+const Range kRanges[] = {
+    {"lShotTime", 255, "one byte"},      {"lDwellTime", 255, "one byte"},   {"lCycleTimeOpen", 255, "one byte"},
+    {"lLoadTime", 255, "one byte"},      {"lCycleTimeClose", 255, "one byte"}, {"lGameTime", 255, "one byte"},
+    {"lFiringMode", 255, "one byte"},    {"lAlertOne", 65535, "two bytes"}, {"lAlertTwo", 65535, "two bytes"},
+};
+
+// The longest text taken for a name, a value or a key.
+constexpr qsizetype kMaxText = 65535;
+
 [[noreturn]] void raiseContent(const QString& problem)
 {
     RaiseError(mErrCodes::RT_TYPE_MISMATCH, kModule, QStringLiteral("Not a Marlo library export: %1").arg(problem));
+}
+
+// A value the document gives that the library must not take.
+[[noreturn]] void raiseValue(const QString& where, const QString& problem)
+{
+    RaiseError(mErrCodes::RT_INVALID_PROPERTY, kModule,
+               QStringLiteral("Cannot import %1: %2. Nothing was imported.").arg(where, problem));
+}
+
+void checkLength(const QString& where, const QString& field, const QString& text)
+{
+    if (text.size() > kMaxText)
+        raiseValue(where, QStringLiteral("%1 is %2 characters long; at most %3 are taken").arg(field).arg(text.size()).arg(kMaxText));
+}
+
+void checkRange(const QString& where, const QString& field, qint32 value)
+{
+    for (const Range& range : kRanges) {
+        if (field == QLatin1String(range.name) && (value < 0 || value > range.max))
+            raiseValue(where, QStringLiteral("%1 is %2, but the grip carries it in %3 (0 to %4)")
+                                  .arg(field)
+                                  .arg(value)
+                                  .arg(QLatin1String(range.carried))
+                                  .arg(range.max));
+    }
 }
 
 std::optional<Kind> kindOf(const QString& name)
@@ -107,6 +149,7 @@ UserVars readUserVars(const QJsonValue& value, const QString& where)
                 raiseContent(QStringLiteral("%1: unknown field \"%2\".").arg(at, it.key()));
             if (!it.value().isString())
                 raiseContent(QStringLiteral("%1: %2 must be a text.").arg(at, it.key()));
+            checkLength(at, it.key(), it.value().toString());
             (it.key() == QLatin1String("sName") ? name : text) = it.value().toString();
         }
         vars.append({name, text});
@@ -116,11 +159,17 @@ UserVars readUserVars(const QJsonValue& value, const QString& where)
 
 Incoming readTemplate(const QJsonValue& value, qsizetype position)
 {
-    const QString where = QStringLiteral("template %1").arg(position);
+    QString where = QStringLiteral("template %1").arg(position);
     if (!value.isObject())
         raiseContent(QStringLiteral("%1 is not an object.").arg(where));
     Incoming incoming;
     const QJsonObject object = value.toObject();
+    // Named by its position and, where it has one, its name.
+    const QJsonValue named = object.value(QLatin1String("sName"));
+    if (named.isString() && !named.toString().isEmpty()) {
+        const QString name = named.toString();
+        where += QStringLiteral(" (\"%1\")").arg(name.size() > 40 ? name.left(40) + QStringLiteral("...") : name);
+    }
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString name = it.key();
         const QJsonValue v = it.value();
@@ -130,14 +179,17 @@ Incoming readTemplate(const QJsonValue& value, qsizetype position)
         switch (*kind) {
         case Kind::Key:
             // A key that is not a text counts as missing: it gets a new one.
-            if (v.isString())
+            if (v.isString()) {
+                checkLength(where, name, v.toString());
                 incoming.values.insert(name, v.toString());
+            }
             else if (!v.isNull())
                 raiseContent(QStringLiteral("%1: %2 must be a text.").arg(where, name));
             break;
         case Kind::Text:
             if (!v.isString())
                 raiseContent(QStringLiteral("%1: %2 must be a text.").arg(where, name));
+            checkLength(where, name, v.toString());
             incoming.values.insert(name, v.toString());
             break;
         case Kind::Long: {
@@ -145,6 +197,7 @@ Incoming readTemplate(const QJsonValue& value, qsizetype position)
             if (!v.isDouble() || number != std::floor(number) || number < -2147483648.0 || number > 2147483647.0)
                 raiseContent(QStringLiteral("%1: %2 must be a whole number from -2147483648 to 2147483647.")
                                  .arg(where, name));
+            checkRange(where, name, static_cast<qint32>(number));
             incoming.values.insert(name, static_cast<qint32>(number));
             break;
         }
@@ -331,10 +384,18 @@ ImportSummary ImportDocument(cColSetsTemplate& library, const QByteArray& docume
                 continue;
             }
             auto record = std::make_shared<cSetsTemplate>();
-            // An imported setting carries the variables of the document only.
-            record->colUserVar().Clear();
-            if (wellFormed)
+            // An imported setting carries the variables the document gives; a template that gives
+            // none keeps what every new setting starts with (the seven standard annotations), as
+            // it keeps a new setting's value of every other field the document leaves out.
+            if (incoming.userVars)
+                record->colUserVar().Clear();
+            if (wellFormed) {
                 record->setID(id);
+                // A new ID reaches the collection only; the standard variables it already holds
+                // must belong to the new ID too, or they would be saved as nobody's.
+                for (const auto& variable : record->colUserVar())
+                    variable->setParentID(id);
+            }
             const QString version = incoming.values.value(QStringLiteral("Version")).toString();
             if (mGUIDTools::IsGUIDString(version))
                 record->setVersion(version);

@@ -30,10 +30,13 @@ struct ImportSummary {
     qint32 unchanged = 0;
 };
 
-// Applies a document to the library in memory (the caller saves): a template whose ID is in
-// the library updates that member, any other is added; a missing or malformed ID gets a new
-// one. A template carries exactly the user variables of the document. The whole document is
-// checked first: a malformed one raises a clear error and changes nothing.
+// Applies a document to the library in memory (the caller saves, in one transaction): a
+// template whose ID is in the library updates that member, any other is added; a missing or
+// malformed ID gets a new one. A template carries exactly the user variables the document gives;
+// a new one that the document gives none, or leaves a field out of, gets what a new setting
+// has. The whole document is checked first: a malformed one (13), or one with a value no grip
+// record can carry or a text longer than 65,535 characters (380), raises a clear error naming
+// the template and field and changes nothing.
 ImportSummary ImportDocument(cColSetsTemplate& library, const QByteArray& document);
 // Reads the file and imports it; raises on a file that cannot be read.
 ImportSummary ImportFile(cColSetsTemplate& library, const QString& path);

@@ -3,6 +3,7 @@
 // (module, revision, procedure) frames it passed through on its way to the user.
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <exception>
 #include <string>
 
@@ -20,6 +21,10 @@ public:
     QString Source() const { return m_source; }
     QString Description() const { return m_description; }
     const QList<ErrorFrame>& Trail() const { return m_trail; }
+    // Plain lines that say what went wrong or what to do, added where the cause is known (the
+    // description stays the program's documented message). They travel with the error.
+    const QStringList& Hints() const { return m_hints; }
+    void addHint(const QString& line) { m_hints.append(line); }
 
     void addFrame(const QString& module, const QString& revision, const QString& procedure);
     // "module.procedure" of the frame where the error was first trapped, or empty.
@@ -32,6 +37,7 @@ private:
     QString m_source;
     QString m_description;
     QList<ErrorFrame> m_trail;
+    QStringList m_hints;
     std::string m_what;
 };
 

@@ -71,25 +71,36 @@ void cSerialPort::setPortOpen(bool open)
         m_port.close();
 }
 
-QString cSerialPort::OpenFailureText(const QString& path, QSerialPort::SerialPortError error,
-                                     const QString& systemText)
+mLinkHelp::PortFailure cSerialPort::OpenFailure(const QString& path, QSerialPort::SerialPortError error,
+                                                 const QString& systemText)
 {
+    using Kind = mLinkHelp::PortFailure::Kind;
+    mLinkHelp::PortFailure failure;
+    failure.path = path;
+    failure.systemText = systemText;
     switch (error) {
     case QSerialPort::DeviceNotFoundError:
-        return QStringLiteral("The serial port %1 does not exist. Check the port number or the "
-                              "device in the options, and that the grip's cable is plugged in.")
-            .arg(path);
+        failure.kind = Kind::NotFound;
+        break;
     case QSerialPort::PermissionError:
-        if (QFileInfo::exists(path) && !QFileInfo(path).isWritable())
-            return QStringLiteral("Permission denied opening %1. Your user must be in the "
-                                  "'dialout' group to use serial ports: run "
-                                  "'sudo usermod -aG dialout $USER', then log out and in again.")
-                .arg(path);
-        return QStringLiteral("The serial port %1 is in use by another program (%2). Close the "
-                              "other program and try again.").arg(path, systemText);
+        if (QFileInfo::exists(path) && !QFileInfo(path).isWritable()) {
+            failure.kind = Kind::PermissionDenied;
+            break;
+        }
+        // The device may be written: another program has it, or a lock file keeps it.
+        failure.kind = Kind::InUse;
+        // A lock file decides by itself: its owner runs, or nobody does and it is stale. Without
+        // one, the program that has the device open exclusively is looked for.
+        failure.lockFile = mLinkHelp::FindLockFile(path);
+        failure.holderPid = failure.lockFile.isEmpty() ? mLinkHelp::DeviceUser(path) : mLinkHelp::LockOwner(failure.lockFile);
+        if (failure.holderPid > 0)
+            failure.holder = mLinkHelp::ProgramName(failure.holderPid);
+        break;
     default:
-        return QStringLiteral("The serial port %1 cannot be opened: %2").arg(path, systemText);
+        failure.kind = Kind::Other;
+        break;
     }
+    return failure;
 }
 
 void cSerialPort::open()
@@ -97,9 +108,12 @@ void cSerialPort::open()
     const QString path = devicePath();
     m_port.setPortName(path);
     if (!m_port.open(QIODevice::ReadWrite)) {
-        const QString text = OpenFailureText(path, m_port.error(), m_port.errorString());
+        const mLinkHelp::PortFailure failure = OpenFailure(path, m_port.error(), m_port.errorString());
         m_port.clearError();
-        RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), text);
+        MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), mLinkHelp::PortFailureText(failure));
+        for (const QString& line : mLinkHelp::PortFailureHelp(failure))
+            error.addHint(line);
+        throw error;
     }
     applyLineSettings();
 }

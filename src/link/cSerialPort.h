@@ -3,6 +3,7 @@
 // (from the preference CommDevice: a path, or "sim[:KEY=VALUE,...]" resolved by the installed
 // device resolver), else /dev/ttyS(CommPort-1).
 #include "link/cCommControl.h"
+#include "link/mLinkHelp.h"
 
 #include <QSerialPort>
 #include <functional>
@@ -27,9 +28,10 @@ public:
     void setOutput(const QByteArray& bytes) override;
     void waitForInput(qint32 msecs) override;
 
-    // A readable reason for a failed open, with what to do about it.
-    static QString OpenFailureText(const QString& path, QSerialPort::SerialPortError error,
-                                   const QString& systemText);
+    // What is known about a failed open: the kind of failure and, for a port in use, the lock
+    // file and the program that keep it (mLinkHelp turns it into the cause and the help).
+    static mLinkHelp::PortFailure OpenFailure(const QString& path, QSerialPort::SerialPortError error,
+                                              const QString& systemText);
 
 private:
     void open();

@@ -31,6 +31,7 @@ struct LinkState {
     std::unique_ptr<cCommConsole> console;
     Outcome lastOutcome = Outcome::None;
     QString lastOpenError;
+    QStringList lastOpenHelp;
 };
 
 LinkState& link()
@@ -114,6 +115,7 @@ void ResetConsole() { link().console.reset(); }
 
 Outcome LastOutcome() { return link().lastOutcome; }
 QString LastOpenError() { return link().lastOpenError; }
+QStringList LastOpenHelp() { return link().lastOpenHelp; }
 
 void ShowCommStatus(const QString& text, bool flag)
 {
@@ -269,12 +271,14 @@ bool OpenComm()
             // Not raised: the exchange ends with an empty report. The reason is kept for the
             // traffic log and for front ends that explain it.
             link().lastOpenError = e.Description();
+            link().lastOpenHelp = e.Hints();
             ShowCommStatus(QStringLiteral("Error opening port (%1)!").arg(e.Number()), true);
             ShowCommStatus(e.Description(), true);
             LogCommData(QString(), QStringLiteral("Error opening port (%1): %2").arg(e.Number()).arg(e.Description()));
             return false;
         }
         link().lastOpenError.clear();
+        link().lastOpenHelp.clear();
         return true;
     });
 }

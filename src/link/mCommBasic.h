@@ -3,6 +3,7 @@
 // CommHexData is the one entry point for the rest of the program.
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
@@ -49,8 +50,9 @@ QString FormatLogEntry(const QDateTime& when, const QString& hex, const QString&
 // What the last exchange ended with, so that a front end can explain an empty report.
 enum class Outcome { None, Ok, PortFailed, Timeout, WrongLength, BadChecksum };
 Outcome LastOutcome();
-// Why the port could not be opened the last time, or empty.
+// Why the port could not be opened the last time, or empty, and what to do about it.
 QString LastOpenError();
+QStringList LastOpenHelp();
 
 // The sleep behind DoWait. Tests may replace it so that long transfers run fast; the product
 // never does. nullptr restores the real sleep.

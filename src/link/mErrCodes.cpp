@@ -18,6 +18,13 @@ QString UploadFailedText(qint32 address)
     return QStringLiteral("Upload failed at address: %1").arg(address);
 }
 
+QString FirmwareImageText(qint32 line, const QString& problem)
+{
+    return QStringLiteral("The firmwarefile cannot be uploaded: line %1: %2.\r\nNothing was sent to the grip.")
+        .arg(line)
+        .arg(problem);
+}
+
 QString RuntimeErrorText(qint32 number)
 {
     switch (number) {

@@ -35,6 +35,8 @@ constexpr qint32 ERR_COMM_BUSY = 10300;
 // 108xx: firmware transfer
 constexpr qint32 ERR_DL_FIRMWARE = 10800;
 constexpr qint32 ERR_UL_FIRMWARE = 10801;
+// A firmware file the write would fail on, refused before the grip is touched (FirmwareImageText).
+constexpr qint32 ERR_FIRMWARE_IMAGE = 10802;
 
 // ---- messages ------------------------------------------------------------------------------
 inline const QString MSG_PROGRAM_CONTROL =
@@ -82,6 +84,8 @@ QString ResetCounterMessage(qint32 parameter);
 // "Download failed at address: N" / "Upload failed at address: N" (decimal address)
 QString DownloadFailedText(qint32 address);
 QString UploadFailedText(qint32 address);
+// "The firmwarefile cannot be uploaded: line N: <what is wrong>.\r\nNothing was sent to the grip."
+QString FirmwareImageText(qint32 line, const QString& problem);
 
 // ---- run-time errors (the numbers the language runtime used) --------------------------------
 constexpr qint32 RT_INVALID_CALL = 5;       // invalid procedure call or argument

@@ -4,26 +4,144 @@
 #include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
 namespace mLinkHelp {
+namespace {
+
+// Where serial lock files are kept ("LCK..ttyUSB0"); Qt's serial port uses the first of these
+// that it may write, other programs (minicom, uucp) one of the others.
+const char* const kLockFolders[] = {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp",
+                                    "/tmp", "/var/tmp", "/var/lock/lockdev", "/run/lock"};
+
+QString holderText(const PortFailure& failure)
+{
+    return failure.holder.isEmpty() ? QStringLiteral("process %1").arg(failure.holderPid)
+                                    : QStringLiteral("%1 (process %2)").arg(failure.holder).arg(failure.holderPid);
+}
+
+} // namespace
+
+QString PortFailureText(const PortFailure& failure)
+{
+    switch (failure.kind) {
+    case PortFailure::Kind::NotFound:
+        return QStringLiteral("The serial port %1 does not exist.").arg(failure.path);
+    case PortFailure::Kind::PermissionDenied:
+        return QStringLiteral("Permission denied opening %1").arg(failure.path);
+    case PortFailure::Kind::InUse:
+        if (failure.holderPid > 0)
+            return QStringLiteral("The serial port %1 is in use by %2.").arg(failure.path, holderText(failure));
+        if (!failure.lockFile.isEmpty())
+            return QStringLiteral("The serial port %1 is locked by the lock file %2, which no running program "
+                                  "owns: a program that ended without removing it left it behind.")
+                .arg(failure.path, failure.lockFile);
+        return QStringLiteral("The serial port %1 is in use by another program (%2).").arg(failure.path, failure.systemText);
+    case PortFailure::Kind::Other:
+        break;
+    }
+    return QStringLiteral("The serial port %1 cannot be opened: %2").arg(failure.path, failure.systemText);
+}
+
+QStringList PortFailureHelp(const PortFailure& failure)
+{
+    switch (failure.kind) {
+    case PortFailure::Kind::NotFound:
+        return {QStringLiteral("Check the port number or the device in the options, and that the grip's cable is plugged in.")};
+    case PortFailure::Kind::PermissionDenied:
+        return {QStringLiteral("Your user must be in the 'dialout' group to use serial ports: run "
+                               "'sudo usermod -aG dialout $USER', then log out and in again.")};
+    case PortFailure::Kind::InUse:
+        if (failure.holderPid > 0)
+            return {QStringLiteral("Close %1, or wait until it has finished, and try again.").arg(holderText(failure))};
+        if (!failure.lockFile.isEmpty())
+            return {QStringLiteral("Remove the stale lock file and try again: rm %1").arg(failure.lockFile)};
+        return mErrCodes::HELP_PORT_IN_USE;
+    case PortFailure::Kind::Other:
+        break;
+    }
+    return {QStringLiteral("Check the port number or the device in the options.")};
+}
+
+QString FindLockFile(const QString& devicePath)
+{
+    QString name = devicePath;
+    if (name.startsWith(QLatin1String("/dev/")))
+        name = name.mid(5);
+    name.replace(QLatin1Char('/'), QLatin1Char('_'));
+    if (name.isEmpty())
+        return {};
+    for (const char* folder : kLockFolders) {
+        const QString file = QString::fromLatin1(folder) + QStringLiteral("/LCK..") + name;
+        if (QFileInfo(file).isFile())
+            return file;
+    }
+    return {};
+}
+
+qint64 LockOwner(const QString& lockFile)
+{
+    QFile file(lockFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    // Qt writes "pid\nprogram\nhost", the classic lock files "      1234\n".
+    bool ok = false;
+    const qint64 pid = file.read(64).split('\n').value(0).trimmed().toLongLong(&ok);
+    if (!ok || pid <= 0 || pid == QCoreApplication::applicationPid())
+        return 0;
+    return QFileInfo::exists(QStringLiteral("/proc/%1").arg(pid)) ? pid : 0;
+}
+
+qint64 DeviceUser(const QString& devicePath)
+{
+    const QString device = QFileInfo(devicePath).canonicalFilePath();
+    if (device.isEmpty())
+        return 0;
+    const qint64 self = QCoreApplication::applicationPid();
+    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& process : processes) {
+        bool isPid = false;
+        const qint64 pid = process.toLongLong(&isPid);
+        if (!isPid || pid == self)
+            continue;
+        const QDir fds(QStringLiteral("/proc/%1/fd").arg(pid));
+        for (const QFileInfo& fd : fds.entryInfoList(QDir::System | QDir::Files | QDir::NoDotAndDotDot)) {
+            if (fd.symLinkTarget() == device)
+                return pid;
+        }
+    }
+    return 0;
+}
+
+QString ProgramName(qint64 pid)
+{
+    QFile comm(QStringLiteral("/proc/%1/comm").arg(pid));
+    return comm.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(comm.readAll()).trimmed() : QString();
+}
 
 QStringList WhatToDo(const MarloError& error)
 {
+    QStringList lines = error.Hints();
+    // A port error itself says its cause in its description; its hints are the help.
     if (error.Number() == mErrCodes::RT_PORT_OPEN_FAILED)
-        return mErrCodes::HELP_PORT_IN_USE;
-    switch (mCommBasic::LastOutcome()) {
-    case mCommBasic::Outcome::PortFailed: {
-        QStringList lines{QStringLiteral("The port could not be opened: %1").arg(mCommBasic::LastOpenError())};
-        if (mCommBasic::LastOpenError().contains(QLatin1String("in use")))
-            lines += mErrCodes::HELP_PORT_IN_USE;
         return lines;
-    }
+    switch (mCommBasic::LastOutcome()) {
+    case mCommBasic::Outcome::PortFailed:
+        lines << mCommBasic::LastOpenError() << mCommBasic::LastOpenHelp();
+        break;
     case mCommBasic::Outcome::Timeout:
-        return mErrCodes::HELP_TIMEOUT;
+        lines << mErrCodes::HELP_TIMEOUT;
+        break;
     case mCommBasic::Outcome::BadChecksum:
-        return mErrCodes::HELP_CHECKSUM;
+        lines << mErrCodes::HELP_CHECKSUM;
+        break;
     default:
-        return {};
+        break;
     }
+    return lines;
 }
 
 } // namespace mLinkHelp

@@ -1,17 +1,43 @@
 #pragma once
-// What to do about an error of the link, for every front end: the help texts that go with a
-// grip that did not answer, a port that could not be opened or a spoiled report. The link's last
-// exchange tells which applies, since a silent grip reaches the user as the record's own
-// "unknown error" number.
+// What to do about an error of the link, for every front end: the one place that decides the
+// lines of help that go with a port that could not be opened (it does not exist, permission
+// denied, in use by which program or locked by which stale lock file), a grip that did not
+// answer or a spoiled report. The link's last exchange tells which applies, since a silent grip
+// reaches the user as the record's own "unknown error" number.
+#include <QString>
 #include <QStringList>
 
 class MarloError;
 
 namespace mLinkHelp {
 
-// The lines of help for the error just caught (empty when none applies): for a port that could
-// not be opened its reason (which names the dialout group when permission was denied) and the
-// port-in-use help; for a time-out and a bad checksum their help texts.
+// What is known about a port that could not be opened (gathered by the serial port).
+struct PortFailure {
+    enum class Kind { NotFound, PermissionDenied, InUse, Other };
+    Kind kind = Kind::Other;
+    QString path;         // the device
+    QString systemText;   // the system's own words
+    QString lockFile;     // the lock file that keeps the port, if one does
+    qint64 holderPid = 0; // the process that holds the port or its lock file, if it runs
+    QString holder;       // that process's program name
+};
+
+// The cause in one sentence ("The serial port /dev/ttyUSB0 does not exist.").
+QString PortFailureText(const PortFailure& failure);
+// What to do about it, one line each (the dialout group, which program to close, which stale
+// lock file to remove).
+QStringList PortFailureHelp(const PortFailure& failure);
+
+// The serial lock file that keeps a device ("/var/lock/LCK..ttyUSB0"), if one exists, and the
+// running process that owns the lock file or has the device open (0 and empty when none).
+QString FindLockFile(const QString& devicePath);
+qint64 LockOwner(const QString& lockFile);
+qint64 DeviceUser(const QString& devicePath);
+QString ProgramName(qint64 pid);
+
+// The lines that say what went wrong and what to do about the error just caught, cause first
+// (empty when nothing applies): the error's own hints; for a port that could not be opened its
+// cause and help; for a time-out and a bad checksum their help texts.
 QStringList WhatToDo(const MarloError& error);
 
 } // namespace mLinkHelp

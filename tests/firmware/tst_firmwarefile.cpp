@@ -2,6 +2,7 @@
 // damaged files (which load or fail cleanly, never crash) and the compatibility check against
 // the grip's builds. A file that cannot be opened is a workflow's error.
 #include "FirmwareTestSupport.h"
+#include "firmware/mCommSupport.h"
 #include "grip/cGunInfo.h"
 #include "link/mErrCodes.h"
 
@@ -163,6 +164,86 @@ private slots:
             QCOMPARE(e.Trail().last().procedure, QStringLiteral("LoadFirmwareFile"));
             QVERIFY(image == kExample);
         }
+    }
+
+    void imageCheck_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<int>("line");       // the line named in the refusal, 0: the image may be written
+        QTest::addColumn<QString>("problem"); // what the refusal says is wrong
+        const QByteArray header = wellFormed(0).left(wellFormed(0).indexOf("\r\n:") + 2);  // six lines
+        const auto block = [](int address, int count) {
+            QList<quint8> data;
+            for (int i = 0; i < count; ++i)
+                data.append(quint8(i));
+            return mFirmware::FirmwareFileText({"", "", "", "", {Line(address, data)}}).split("\r\n").at(6).toLatin1() + "\r\n";
+        };
+        QByteArray whole = header;  // the whole program memory in 16-byte blocks
+        for (int address = 0; address < 0x8000; address += 16)
+            whole += block(address, 16);
+        QTest::newRow("only comments: nothing to write") << header << 0 << "";
+        QTest::newRow("the readable memory and the end record") << wellFormed(252) << 0 << "";
+        QTest::newRow("short record: zeros, no refusal") << QByteArray(":0400100001\r\n") << 0 << "";
+        QTest::newRow("the last block") << header + block(0x7FF0, 16) << 0 << "";
+        QTest::newRow("the whole memory") << whole << 0 << "";
+        QTest::newRow("a record of 0x11 bytes, fourth") << wellFormed(2) + block(0x80, 17) << 10 << "holds 17 data bytes, but a memory block holds at most 16";
+        QTest::newRow("count 0xFF, the record cut short") << QByteArray(":FF0040001\r\n") << 1 << "holds 255 data bytes";
+        QTest::newRow("address 0x8000") << header + block(0x8000, 1) << 7 << "the address 0x8000 lies outside the program memory";
+        QTest::newRow("address 0xFFF0") << QByteArray(";\r\n\r\n") + block(0xFFF0, 16) << 3 << "the address 0xFFF0 lies outside";
+        QTest::newRow("data past the end") << header + block(0x7FF8, 16) << 7 << "16 data bytes from address 0x7FF8 run past the end";
+        QTest::newRow("one byte more than the memory") << whole + block(0x40, 1) << 6 + 2049 << "more data than the program memory (32768 bytes)";
+        // Its blocks climb from 0x40: the 2,045th reaches 0x8000.
+        QTest::newRow("10 MB of records") << wellFormed(10 * 1024 * 1024 / 44) << 6 + 2045 << "the address 0x8000 lies outside";
+        QTest::newRow("a record more than the memory has bytes") << QByteArray(":00000001FF\r\n").repeated(32769) << 32769
+                                                                    << "more records than the program memory has bytes (32768)";
+    }
+    // A file the write would fail on is refused as a whole, before anything is sent, naming the
+    // line and what is wrong; the reading rules stay as lenient as they are.
+    void imageCheck()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(int, line);
+        QFETCH(QString, problem);
+        write(text);
+        const FirmwareFile image = load();
+        const MarloError e = ErrorOf([&] { mCommSupport::CheckFirmwareImage(image); });
+        if (line == 0) {
+            QVERIFY2(e.Number() == 0, qPrintable(e.Description()));
+            return;
+        }
+        QCOMPARE(e.Number(), mErrCodes::ERR_FIRMWARE_IMAGE);
+        QVERIFY2(e.Description().startsWith(QStringLiteral("The firmwarefile cannot be uploaded: line %1: ").arg(line)) &&
+                     e.Description().contains(problem) && e.Description().endsWith(QLatin1String("\r\nNothing was sent to the grip.")),
+                 qPrintable(e.Description()));
+    }
+
+    void headerHints_data()
+    {
+        QTest::addColumn<QString>("file");  // Boot|Hardware|Firmware|Protocol
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("hint");
+        QTest::newRow("empty file") << "|||" << mErrCodes::ERR_VERSION_FORMAT << "The file has no firmware header";
+        QTest::newRow("no boot build") << "| 2.1.0| 1.1.70| 1.1.1" << mErrCodes::ERR_VERSION_FORMAT << "The file's firmware header names no Boot build.";
+        QTest::newRow("hardware not a version") << " 1.0.0| 2.1| 1.1.70| 1.1.1" << mErrCodes::ERR_VERSION_FORMAT
+                                                << "The file's Hardware build \"2.1\" is not a version";
+        QTest::newRow("firmware above a byte") << " 1.0.0| 2.1.0| 1.300.0| 1.1.1" << mErrCodes::RT_OVERFLOW
+                                               << "The file's Firmware build \"1.300.0\" is not a version";
+    }
+    // A header that is missing or malformed keeps the error it has always raised and says, in a
+    // hint, what is wrong with the file.
+    void headerHints()
+    {
+        QFETCH(QString, file);
+        QFETCH(int, error);
+        QFETCH(QString, hint);
+        TestLink link;
+        auto sim = Grip(link.port, QString());
+        RefreshGunInfo(true);
+        const QStringList header = file.split(QLatin1Char('|'));
+        const MarloError e = ErrorOf([&] { mFirmware::checkFirmwareVersion({header[2], header[0], header[3], header[1], {}}); });
+        QCOMPARE(e.Number(), error);
+        QCOMPARE(e.Hints().size(), 1);
+        QVERIFY2(e.Hints().first().startsWith(hint), qPrintable(e.Hints().first()));
     }
 
     void checkFirmwareVersion_data()

@@ -40,6 +40,8 @@ struct Flow {
     QString sent{};                      // the command codes
     QStringList status{};                // what the status panels were given
     int progress = 0;                    // the progress maximum, 0 for none
+    int bootMode = -1;                   // the grip in boot mode afterwards (1/0); -1: exactly after an error
+    QString hint{};                      // the start of the error's first hint
 };
 
 } // namespace
@@ -61,6 +63,11 @@ private slots:
         mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("upload.tvf")), Image(lines));
         lines.insert(1, Line(0x40, Pattern(9)));
         mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("bad.tvf")), Image(lines));
+        // The fourth record holds 17 bytes: one more than a block.
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("long.tvf")),
+                                    Image({Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x60, Pattern(3)), Line(0x70, Pattern(4) << 0xEE)}));
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("high.tvf")), Image({Line(0x40, Pattern(1)), Line(0x8000, {1})}));
+        mFirmware::SaveFile(m_dir.filePath(QStringLiteral("empty.tvf")), QString());
         // The messages of a write follow the start of the program.
         const QString success = "83 > Success!: Firmware uploaded successfully!\r\nPress OK to start using the newly uploaded firmware.";
         const QString put = "83 > Confirmation: Firmware was put.";
@@ -120,6 +127,20 @@ private slots:
             .command = "put", .grip = fits + "failblock=40*3", .file = "upload.tvf", .error = mErrCodes::ERR_UL_FIRMWARE,
             .trail = ul + "stop program for upload", .sent = "13 13 11 13 81 13 8A 8A 8A", .status = steps.first(3) << "3:Ready",
             .progress = 256};
+        // A file the write would fail on is refused before the grip hears anything: never stopped,
+        // never half-written. Put ends the progress display and restores the step panel.
+        const QString check = "CheckFirmwareImage < UploadFirmware - check firmware file (%1)";
+        QTest::newRow("upload: a record longer than a block") << Flow{
+            .command = "upload", .grip = fits, .file = "long.tvf", .error = mErrCodes::ERR_FIRMWARE_IMAGE, .trail = check,
+            .status = {steps[0]}, .bootMode = 0};
+        QTest::newRow("put: an address outside the memory") << Flow{
+            .command = "put", .grip = fits, .file = "high.tvf", .error = mErrCodes::ERR_FIRMWARE_IMAGE, .trail = check,
+            .status = {steps[0], "3:Ready"}, .bootMode = 0};
+        // An empty file keeps its error, with a hint; the grip was only asked its builds.
+        QTest::newRow("upload: an empty file") << Flow{
+            .command = "upload", .grip = fits, .file = "empty.tvf", .error = mErrCodes::ERR_VERSION_FORMAT,
+            .trail = "GetVersionInfo < str2tVersion < checkFirmwareVersion < UploadFirmware - load firmware file (%1)",
+            .sent = "13", .status = {steps[0]}, .bootMode = 0, .hint = "The file has no firmware header"};
         const QString dl = "mnuDLFirmware_Click - ";
         QTest::newRow("get: block spoiled") << Flow{
             .command = "get", .grip = fits + "fault=badsum@85*3", .file = "out.tvf", .error = mErrCodes::ERR_DL_FIRMWARE,
@@ -170,7 +191,8 @@ private slots:
         QCOMPARE(ui.statusHistory, f.status);
         QCOMPARE(ui.progressMaxima, f.progress ? QList<int>{f.progress} : QList<int>{});
         QVERIFY(ui.progressEnds >= ui.progressMaxima.size());
-        QCOMPARE(sim->state().bootMode, f.error != 0);
+        QCOMPARE(sim->state().bootMode, f.bootMode < 0 ? f.error != 0 : f.bootMode == 1);
+        QVERIFY2(e.Hints().value(0).startsWith(f.hint), qPrintable(e.Hints().join('\n')));
         QVERIFY(ui.errors.isEmpty()); // errors are passed on, not shown: the caller reports them
         QCOMPARE(mMain::MousePointerDepth(), 0);
         const bool dialog = f.command == QLatin1String("put") || f.dialog;

@@ -66,7 +66,9 @@ void runSql(const QString& path, const QString& statement)
     {
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
         db.setDatabaseName(path);
-        QVERIFY(db.open() && QSqlQuery(db).exec(statement));
+        QVERIFY(db.open());
+        for (const QString& one : statement.split(QLatin1Char(';')))
+            QVERIFY2(QSqlQuery(db).exec(one), qPrintable(one));
     }
     QSqlDatabase::removeDatabase(QStringLiteral("make"));
 }
@@ -156,6 +158,25 @@ private slots:
         QTest::newRow("no table") << QByteArray("<template>") << "DROP TABLE ta_SetsTemplate" << "no table ta_SetsTemplate";
         QTest::newRow("a column missing") << QByteArray("<template>") << "ALTER TABLE ta_UserVar DROP COLUMN sValue" << "no column sValue";
         QTest::newRow("read-only") << QByteArray("<template>") << "" << "read-only";
+        // Another program's database in WAL mode: recognised without SQLite making its -wal and
+        // -shm files beside it, let alone switching it.
+        QTest::newRow("another program's, WAL") << QByteArray("<template>")
+            << "PRAGMA journal_mode=WAL;DROP TABLE ta_SetsTemplate;CREATE TABLE accounts (id, owner)" << "no table ta_SetsTemplate";
+        QTest::newRow("another program's, one table alike") << QByteArray("<template>")
+            << "DROP TABLE ta_UserVar;CREATE TABLE other (x)" << "no table ta_UserVar";
+    }
+
+    // A folder is said to be one: no library is made in it or in its place, nobody is asked.
+    void folder()
+    {
+        StartUp s;
+        mDatabase::SetPathOverride(s.dir.path());
+        QVERIFY(!mMain::CheckForDB());
+        QCOMPARE(s.ui.errors.size(), 1);
+        QVERIFY2(s.ui.errors[0].Description().contains(QLatin1String("is a folder")), qPrintable(s.ui.errors[0].Description()));
+        QVERIFY(s.ui.questions.isEmpty() && QDir(s.dir.path()).isEmpty());
+        QVERIFY(mDatabase::LibraryFileProblem(s.dir.path()).contains(QLatin1String("is a folder")));
+        mDatabase::SetPathOverride(QString());
     }
     void notALibrary()
     {
@@ -190,7 +211,8 @@ private slots:
         // Left exactly as it was, and nothing made beside it.
         QCOMPARE(fileBytes(path), before);
         QCOMPARE(QFile::permissions(path), permissionsBefore);
-        QVERIFY(!QFile::exists(path + QStringLiteral("-wal")) && !QFile::exists(path + QStringLiteral("-journal")));
+        for (const char* beside : {"-wal", "-shm", "-journal"})
+            QVERIFY2(!QFile::exists(path + QLatin1String(beside)), beside);
         QFile::setPermissions(path, permissionsBefore | QFileDevice::WriteOwner);
     }
 };

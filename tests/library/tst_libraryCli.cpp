@@ -49,7 +49,7 @@ private slots:
         const QJsonObject known{{"ID", kKnown}, {"sName", "Spring \"12\""}, {"lShotTime", 10}, {"lDwellTime", 10},
                                 {"lCycleTimeOpen", 30}, {"lLoadTime", 35}, {"lCycleTimeClose", 28}, {"dtDate", "2001-08-01"},
                                 {"bExpertMode", true}, {"UserVariables", QJsonArray{QJsonObject{{"sName", "Barrel"}, {"sValue", "14\""}}}}};
-        const QJsonObject second{{"sName", "Second"}, {"lDwellTime", 500}, {"lCycleTimeOpen", 500}, {"lLoadTime", 500}, {"lCycleTimeClose", 500}};
+        const QJsonObject second{{"sName", "Second"}, {"lDwellTime", 250}, {"lCycleTimeOpen", 250}, {"lLoadTime", 250}, {"lCycleTimeClose", 250}};
         LibraryTest::writeFile(m_dir.filePath(QStringLiteral("seed")), QJsonDocument(QJsonObject{{"templates", QJsonArray{known, second}}}).toJson());
         LibraryTest::writeFile(m_dir.filePath(QStringLiteral("bad")), QByteArray(R"([{"sName": "ok"}, {"lShotTime": "fast"}])"));
         LibraryTest::writeFile(m_dir.filePath(QStringLiteral("access")), QByteArray("\x00\x01\x00\x00Standard Jet DB", 19) + QByteArray(2029, '\0'));
@@ -70,7 +70,7 @@ private slots:
         QTest::addColumn<int>("status");
         QTest::addColumn<QStringList>("said");  // on stdout, or on stderr for a failure
         QTest::newRow("list") << "seeded" << QStringList{"library", "list"} << 0
-                              << QStringList{"#  ID", kKnown, "Spring \"12\"", "01-Aug-2001", " 9.7 ", "Second", " .5 "};
+                              << QStringList{"#  ID", kKnown, "Spring \"12\"", "01-Aug-2001", " 9.7 ", "Second", " 1.0 "};
         QTest::newRow("show --json by ID") << "seeded" << QStringList{"--json", "library", "show", kKnown} << 0
                                            << QStringList{"\"bExpertMode\":true", "\"sValue\":\"14\\\"\""};
         QTest::newRow("show unknown") << "seeded" << QStringList{"library", "show", "{NOT-THERE}"} << 1 << QStringList{"no template"};

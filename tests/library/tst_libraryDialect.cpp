@@ -67,40 +67,101 @@ private slots:
         QCOMPARE(statement, expected);
     }
 
-    // Whatever made the text, a second statement, a comment or an open literal is refused.
+    void translationBinds_data()
+    {
+        QTest::addColumn<QString>("jet");
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QVariantList>("values");
+        QTest::newRow("delete") << "DELETE * FROM ta_UserVar WHERE ID = '{A}';" << "DELETE FROM ta_UserVar WHERE ID = CAST(? AS TEXT);"
+                                << QVariantList{"{A}"};
+        QTest::newRow("every kind of literal")
+            << "UPDATE t SET a = \"say \"\"hi\"\"\" , b = #02-29-2024# , c = True , d = False , e = -7 , f = 2.5 WHERE ID = 'it''s';"
+            << "UPDATE t SET a = CAST(? AS TEXT) , b = ? , c = ? , d = ? , e = -? , f = ? WHERE ID = CAST(? AS TEXT);"
+            << QVariantList{"say \"hi\"", "2024-02-29", 1, 0, 7, 2.5, "it's"};
+        // SQLite never sees a text of the user's: a quote in it cannot end anything.
+        QTest::newRow("a value that looks like SQL") << "INSERT INTO t (a) VALUES (\", (SELECT 1)) --\" );"
+                                                     << "INSERT INTO t (a) VALUES (CAST(? AS TEXT) );" << QVariantList{", (SELECT 1)) --"};
+        QTest::newRow("lone surrogate becomes U+FFFD") << QStringLiteral("SELECT \"k") + QChar(0xD800) + QStringLiteral("\", \"") + QChar(0xDC00) + "\"" << "SELECT CAST(? AS TEXT), CAST(? AS TEXT)"
+                                                       << QVariantList{QStringLiteral("k\uFFFD"), QStringLiteral("\uFFFD")};
+        QTest::newRow("a pair stays a pair") << QStringLiteral("SELECT \"\U0001F3AF\"") << "SELECT CAST(? AS TEXT)" << QVariantList{QStringLiteral("\U0001F3AF")};
+        QTest::newRow("NUL inside a text") << QStringLiteral("SELECT 'a") + QChar(0) + QStringLiteral("b'") << "SELECT CAST(? AS TEXT)"
+                                           << QVariantList{QStringLiteral("a") + QChar(0) + QStringLiteral("b")};
+    }
+    // Every literal goes to SQLite as a value bound to "?": texts and keys (as UTF-8, cast to text),
+    // dates, yes/no, numbers.
+    void translationBinds()
+    {
+        QFETCH(QString, jet);
+        QFETCH(QString, sql);
+        QFETCH(QVariantList, values);
+        const mDatabase::SqliteStatement sqlite = mDatabase::TranslateJetSql(jet);
+        QCOMPARE(sqlite.sql, sql);
+        QCOMPARE(sqlite.values.size(), values.size());
+        for (qsizetype i = 0; i < values.size(); ++i)
+            QCOMPARE(sqlite.values[i].toString(), values[i].toString());
+    }
+
+    // Whatever made the text, a second statement, a comment, an open literal, a parameter mark
+    // or a character no statement of the library has is refused.
     void translationRefuses()
     {
-        for (const char* jet : {"ID = 'x'; DROP TABLE ta_UserVar;", "SELECT 1 -- rest", "SELECT /* x */ 1", "ID = 'abc", "d = #02-30-2001#"})
+        for (const char* jet : {"ID = 'x'; DROP TABLE ta_UserVar;", "SELECT 1 -- rest", "SELECT /* x */ 1", "ID = 'abc", "d = #02-30-2001#",
+                                "SELECT ?", "SELECT :name", "SELECT @x, $y", "SELECT 0x1F", "SELECT a\xc3\xa9", "SELECT [a'b]", "SELECT \"\"\""})
             QVERIFY_THROWS_EXCEPTION(MarloError, mDatabase::TranslateJetSql(QString::fromUtf8(jet)));
     }
 
     void textRoundTrip_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("quotes") << QStringLiteral("12\" barrel, it's '\"'\"\"");
-        QTest::newRow("Jet syntax") << QStringLiteral("#08-01-2001# # DELETE * FROM True False NULL sName = \"x\" WHERE ID = '1'");
-        QTest::newRow("injection, comments") << QStringLiteral("\"; DELETE FROM ta_UserVar; -- /* */");
-        QTest::newRow("backslashes, non-Latin") << QStringLiteral("C:\\paint\\\\lot\\ Ölfarbe, 東京, Ελλάδα, עברית, 🎯");
-        QTest::newRow("blanks, control characters") << QStringLiteral("  a\r\nb\tc\n") + QChar(0) + QStringLiteral("d  ");
-        QTest::newRow("long") << QString(5000, QLatin1Char('"'));
+        QTest::addColumn<QString>("stored");  // what reads back, when it differs
+        QTest::newRow("empty") << QString() << QString();
+        QTest::newRow("quotes") << QStringLiteral("12\" barrel, it's '\"'\"\"") << QString();
+        QTest::newRow("Jet syntax") << QStringLiteral("#08-01-2001# # DELETE * FROM True False NULL sName = \"x\" WHERE ID = '1'") << QString();
+        QTest::newRow("injection, comments") << QStringLiteral("\"; DELETE FROM ta_UserVar; -- /* */") << QString();
+        QTest::newRow("backslashes, non-Latin") << QStringLiteral("C:\\paint\\\\lot\\ Ölfarbe, 東京, Ελλάδα, עברית, 🎯") << QString();
+        QTest::newRow("blanks, control characters") << QStringLiteral("  a\r\nb\tc\n") + QChar(0) + QStringLiteral("d  ") << QString();
+        QTest::newRow("long") << QString(5000, QLatin1Char('"')) << QString();
+        QTest::newRow("1 MB of quotes and hashes") << QStringLiteral("\"'#").repeated(350000) << QString();
+        QTest::newRow("NUL alone") << QString(QChar(0)) << QString();
+        QTest::newRow("hash, dashes, semicolon") << QStringLiteral("#1; -- ;; # /* */ */ ") << QString();
+        QTest::newRow("keywords") << QStringLiteral("SELECT * FROM ta_SetsTemplate; DROP TABLE ta_UserVar; VACUUM; PRAGMA x=1") << QString();
+        QTest::newRow("parameter marks") << QStringLiteral("? ?1 :a @b $c") << QString();
+        // A lone half of a surrogate pair cannot be stored as text: it becomes U+FFFD, and the
+        // characters after it stay where they were.
+        QTest::newRow("lone high surrogate, then SQL") << QStringLiteral("k") + QChar(0xD800) + QStringLiteral("\", (SELECT 1)) --")
+                                                       << QStringLiteral("k\uFFFD\", (SELECT 1)) --");
+        QTest::newRow("lone low surrogate, last") << QStringLiteral("x") + QChar(0xDFFF) << QStringLiteral("x\uFFFD");
+        QTest::newRow("high surrogate before a quote") << QString(QChar(0xDBFF)) + QStringLiteral("'\"") << QStringLiteral("\uFFFD'\"");
+        // What UTF-16 would take for a byte-order mark stays text.
+        QTest::newRow("leading U+FEFF") << QStringLiteral("\uFEFFname") << QString();
+        // SQLite reads the noncharacters U+FFFE and U+FFFF back as U+FFFD: so they are stored.
+        QTest::newRow("leading U+FFFE, U+FFFF") << QStringLiteral("\uFFFE\u6100\uFFFF") << QStringLiteral("\uFFFD\u6100\uFFFD");
     }
-    // As a setting's name, a variable's name and a variable's value: stored and loaded exactly.
+    // As a setting's name, a variable's name and a variable's value: stored and loaded exactly
+    // (a lone surrogate as U+FFFD); the statements add one row to each table and no more.
     void textRoundTrip()
     {
         QFETCH(QString, text);
+        QFETCH(QString, stored);
+        if (stored.isNull())
+            stored = text;
         LIBRARY_FIXTURE(f);
         auto record = f.library().Add();
         record->setsName(text);
         record->colUserVar().Clear();
         record->AddUserVar(text, text);
         f.save();
-        QCOMPARE(f.row(QStringLiteral("SELECT sName FROM ta_SetsTemplate")).value(0).toString(), text);
+        QCOMPARE(f.row(QStringLiteral("SELECT sName FROM ta_SetsTemplate")).value(0).toString(), stored);
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")) * 10 + f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar")), 11);
+        record->setlShotTime(3);  // and an update, which changes no count
+        f.save();
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")) * 10 + f.count(QStringLiteral("SELECT COUNT(*) FROM ta_UserVar")), 11);
         f.restart();
         record = f.library().Item(record->ID());
         QVERIFY(record && record->colUserVar().Count() == 1);
         const auto variable = record->colUserVar().Item(1);
-        QCOMPARE((QStringList{record->sName(), variable->sName(), variable->sValue()}), QStringList(3, text));
+        QCOMPARE((QStringList{record->sName(), variable->sName(), variable->sValue()}), QStringList(3, stored));
+        QCOMPARE(record->lShotTime(), 3);
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
     }
 

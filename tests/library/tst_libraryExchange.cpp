@@ -5,6 +5,7 @@
 
 #include "library/mGUIDTools.h"
 #include "library/mLibraryExchange.h"
+#include "link/mErrCodes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -81,8 +82,8 @@ private slots:
         QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << false;
         QTest::newRow("hostile") << QJsonValue(QStringLiteral("x' OR '1'='1")) << false;
     }
-    // Any other ID gets a new one; fields the document leaves out keep a new record's defaults;
-    // no variables in the document means none, not the seven standard ones.
+    // Any other ID gets a new one; fields the document leaves out keep a new record's defaults,
+    // the user variables included (the seven standard ones).
     void importAdds()
     {
         QFETCH(QJsonValue, id);
@@ -99,7 +100,10 @@ private slots:
         QCOMPARE(added->ID() == kKnown, keepsId);
         QCOMPARE((QStringList{added->Version(), added->ParentID(), added->sName(), added->dtDate().toString(Qt::ISODate)}),
                  (QStringList{"{11111111-1111-4111-8111-111111111111}", "", "Imported", "2020-02-29T00:00:00"}));
-        QVERIFY(added->bCTCLikeCTO() && added->lGameTime() == 10 && added->colUserVar().Count() == 0);
+        QVERIFY(added->bCTCLikeCTO() && added->lGameTime() == 10 && added->lAlertOne() == 1 && added->lAlertTwo() == 1);
+        QCOMPARE(LibraryTest::liveNames(added->colUserVar()), (QStringList{"Name", "Date", "Temperature", "Humidity", "Sun", "Barrel", "Paint"}));
+        for (const auto& variable : added->colUserVar())
+            QCOMPARE(variable->ParentID(), added->ID());  // they belong to the ID it ends up with
         QCOMPARE(added->colUserVar().Add()->ParentID(), added->ID());
     }
 
@@ -145,6 +149,45 @@ private slots:
         QTest::newRow("memory-only field") << QByteArray(R"([{"lShots": 5}])") << "lShots";
         QTest::newRow("bad one after a good one") << QByteArray(R"([{"sName": "fine"}, {"lLoadTime": true}])") << "template 2";
     }
+    void outOfReach_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("problem");
+        QTest::newRow("a time beyond a byte") << QByteArray(R"([{"sName": "big", "lShotTime": 500000000}])")
+                                              << "template 1 (\"big\"): lShotTime is 500000000, but the grip carries it in one byte (0 to 255)";
+        QTest::newRow("a negative time") << QByteArray(R"([{"lDwellTime": -1}])") << "template 1: lDwellTime is -1";
+        QTest::newRow("a mode beyond a byte") << QByteArray(R"([{}, {"sName": "x", "lFiringMode": 256}])") << "template 2 (\"x\"): lFiringMode is 256";
+        QTest::newRow("the game time") << QByteArray(R"([{"lGameTime": 300}])") << "lGameTime is 300, but the grip carries it in one byte";
+        QTest::newRow("an alert beyond two bytes") << QByteArray(R"([{"lAlertTwo": 65536}])") << "lAlertTwo is 65536, but the grip carries it in two bytes (0 to 65535)";
+        QTest::newRow("a long name") << "[{\"sName\": \"" + QByteArray(65536, 'n') + "\"}]" << "sName is 65536 characters long; at most 65535";
+        QTest::newRow("a long value") << "[{\"UserVariables\": [{\"sName\": \"a\", \"sValue\": \"" + QByteArray(70000, 'v') + "\"}]}]"
+                                      << "template 1, user variable 1: sValue is 70000 characters long";
+    }
+    // A value no grip record can carry, or a text beyond any sane length, is refused naming the
+    // template and the field; nothing changes, not even by the good templates before it.
+    void outOfReach()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(QString, problem);
+        cColSetsTemplate library;
+        auto r = sample(library);
+        const QByteArray withGood = "[{\"sName\": \"fine\"}, " + document.mid(1);
+        for (const QByteArray& doc : {document, withGood}) {
+            try {
+                mLibraryExchange::ImportDocument(library, doc);
+                QFAIL("the document was accepted");
+            } catch (const MarloError& e) {
+                QCOMPARE(e.Number(), mErrCodes::RT_INVALID_PROPERTY);
+                QVERIFY2(e.Description().startsWith(QLatin1String("Cannot import ")) && e.Description().endsWith(QLatin1String("Nothing was imported.")),
+                         qPrintable(e.Description()));
+                // Alone, the template is the first; after a good one, the one after it.
+                QVERIFY2(doc != document || e.Description().contains(problem), qPrintable(e.Description()));
+            }
+        }
+        QCOMPARE(library.Count(), 1);
+        QVERIFY(!r->IsDirty());
+    }
+
     // A clear error, and nothing changed, not even by the good templates before the bad one.
     void malformed()
     {

@@ -13,8 +13,12 @@ void FakeCommPort::setPortOpen(bool open)
             RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("FakeCommPort"), QStringLiteral("Port not open"));
         return;
     }
-    if (open && m_openFailure)
-        RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("FakeCommPort"), *m_openFailure);
+    if (open && m_openFailure) {
+        MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("FakeCommPort"), *m_openFailure);
+        for (const QString& hint : m_openHints)
+            error.addHint(hint);
+        throw error;
+    }
     m_open = open;
     if (open) {
         ++opens;

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -16,6 +17,8 @@ public:
     void setResponder(Responder responder) { m_responder = std::move(responder); }
     // Makes every open fail with this description (nullopt: opening works).
     void setOpenFailure(std::optional<QString> description) { m_openFailure = std::move(description); }
+    // The lines of help that failure carries, as the serial port gives them.
+    void setOpenHints(const QStringList& hints) { m_openHints = hints; }
     // Bytes that are waiting before the next exchange starts.
     void queueInput(const QByteArray& bytes) { m_input += bytes; }
 
@@ -38,6 +41,7 @@ private:
 
     Responder m_responder;
     std::optional<QString> m_openFailure;
+    QStringList m_openHints;
     QByteArray m_input;
     QByteArray m_pending;
     bool m_open = false;

@@ -1,0 +1,245 @@
+// marlo-cli given hostile or broken input, run as the program itself: errors that lead with the
+// cause, usage errors for empty devices and files, control characters that reach the terminal
+// escaped, firmware files refused before the grip is touched, foreign and folder libraries left
+// alone, imports that are all or nothing and libraries that stay readable.
+#include "../library/LibraryTestSupport.h"
+
+#include "cli/CliContext.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QtTest>
+
+using LibraryTest::fileBytes;
+using LibraryTest::writeFile;
+
+namespace {
+
+struct Run {
+    int status = -1;
+    QString out, err;
+};
+
+// A library file looked at past the program.
+qint64 rows(const QString& path, const QString& table)
+{
+    qint64 count = -1;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("look"));
+        db.setDatabaseName(path);
+        QSqlQuery query(db);
+        if (db.open() && query.exec(QStringLiteral("SELECT COUNT(*) FROM ") + table) && query.next())
+            count = query.value(0).toLongLong();
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("look"));
+    return count;
+}
+
+// Runs statements separated by "|" on the file.
+bool runSql(const QString& path, const QString& sql)
+{
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
+        db.setDatabaseName(path);
+        ok = db.open();
+        for (const QString& one : sql.split(QLatin1Char('|')))
+            ok = ok && QSqlQuery(db).exec(one);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("make"));
+    return ok;
+}
+
+} // namespace
+
+class tst_cliHostileInput : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir m_dir;
+    QString m_home = m_dir.filePath(QStringLiteral("prog"));
+    QString library() const { return QDir(m_home).filePath(QStringLiteral("Marlo.mdb")); }
+
+    // marlo-cli with this test's program folder and preferences; "<name>" is a file of the test.
+    Run cli(QStringList arguments)
+    {
+        for (QString& argument : arguments) {
+            if (argument.startsWith(QLatin1Char('<')) && argument.endsWith(QLatin1Char('>')))
+                argument = m_dir.filePath(argument.mid(1, argument.size() - 2));
+        }
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("MARLO_HOME"), m_home);
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
+        process.setProcessEnvironment(environment);
+        process.start(QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("marlo-cli")), arguments);
+        Run run;
+        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
+            run = {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+        return run;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        // A firmware file whose fourth record holds 17 bytes, and an empty one.
+        QByteArray firmware = ";\r\n; Firmware: 1.1.70\r\n; Boot: 1.0.0-1.2.0\r\n; Protocol: 1.1.1\r\n; Hardware: 2.1.0\r\n";
+        for (const char* record : {":0400400001020304B2", ":0400500001020304A2", ":040060000102030492",
+                                   ":11007000000102030405060708090A0B0C0D0E0F1044"})
+            firmware += QByteArray(record) + "\r\n";
+        writeFile(m_dir.filePath(QStringLiteral("long.tvf")), firmware);
+        writeFile(m_dir.filePath(QStringLiteral("empty.tvf")), QByteArray());
+        QVERIFY(QDir().mkpath(m_dir.filePath(QStringLiteral("folder"))));
+    }
+    void init()
+    {
+        QDir(m_home).removeRecursively();
+        QDir(m_dir.filePath(QStringLiteral("config"))).removeRecursively();
+        QVERIFY(QDir().mkpath(m_home));
+        QVERIFY(QFile::copy(LibraryTest::builtTemplate(), QDir(m_home).filePath(QStringLiteral("instdbxx.tmp"))));
+    }
+
+    void escaping_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("plain, non-Latin, a pair") << QStringLiteral("Barrel 14\" Ölfarbe 東京 \U0001F3AF") << QStringLiteral("Barrel 14\" Ölfarbe 東京 \U0001F3AF");
+        QTest::newRow("escape sequence, bell") << QStringLiteral("\x1b]0;pwned\x07\x1b[2J") << QStringLiteral("\\x1b]0;pwned\\x07\\x1b[2J");
+        QTest::newRow("line breaks, tab, NUL") << QStringLiteral("a\r\nb\tc") + QChar(0) << QStringLiteral("a\\r\\nb\\tc\\x00");
+        QTest::newRow("DEL and C1 controls") << QStringLiteral("\x7f") + QChar(0x9B) + QStringLiteral("31m") << QStringLiteral("\\x7f\\x9b31m");
+        QTest::newRow("bidirectional override") << QStringLiteral("abc") + QChar(0x202E) + QStringLiteral("fdp.exe") << QStringLiteral("abc\\u202efdp.exe");
+        QTest::newRow("lone surrogate") << QStringLiteral("k") + QChar(0xD800) << QStringLiteral("k\\ud800");
+    }
+    void escaping()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, shown);
+        QCOMPARE(CliText(text), shown);
+        QCOMPARE(CliText(shown), shown);  // escaping twice changes nothing
+        // A message keeps its own CR LF line breaks as lines.
+        if (!text.contains(QLatin1Char('\n')))
+            QCOMPARE(CliLines(text + QStringLiteral("\r\n") + text), shown + QLatin1Char('\n') + shown);
+    }
+
+    void errors_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QStringList>("lines");  // stderr begins with these lines, in order (a line may be cut short)
+        QTest::newRow("empty device") << QStringList{"--device", "", "info"} << 2
+                                      << QStringList{"marlo-cli: --device '': the device is empty"};
+        QTest::newRow("empty library") << QStringList{"--db", " ", "library", "list"} << 2
+                                       << QStringList{"marlo-cli: --db ' ': the library file is empty"};
+        QTest::newRow("port that does not exist: cause first") << QStringList{"--device", "/dev/marlo-no-such-port", "info"} << 1
+            << QStringList{"The serial port /dev/marlo-no-such-port does not exist.", "Check the port number or the device in the options",
+                           "error 10201: An unknown error occurred during download of guninfo-values."};
+        QTest::newRow("control characters in an option") << QStringList{"--device", "sim:serial=\x1b[31mX\x07", "info"} << 2
+            << QStringList{"marlo-cli: --device 'sim:serial=\\x1b[31mX\\x07': serial='\\x1b[31mX\\x07'"};
+        QTest::newRow("control characters in a word") << QStringList{"library", "show", "\x1b]0;owned\x07"} << 1
+            << QStringList{"error 5: The library holds no template \"\\x1b]0;owned\\x07\"."};
+        QTest::newRow("control characters in a command") << QStringList{"\x1b[2J"} << 2
+            << QStringList{"marlo-cli \\x1b[2J: unknown command '\\x1b[2J'"};
+        // Refused before any exchange: the missing port is never even tried.
+        QTest::newRow("firmware longer than a block") << QStringList{"--device", "/dev/marlo-no-such-port", "firmware", "write", "<long.tvf>"} << 1
+            << QStringList{"Loading firmwarefile to be uploaded",
+                           "error 10802: The firmwarefile cannot be uploaded: line 9: the record holds 17 data bytes, but a memory block holds at most 16.",
+                           "Nothing was sent to the grip."};
+        QTest::newRow("empty firmware file") << QStringList{"--device", "sim", "firmware", "write", "<empty.tvf>"} << 1
+            << QStringList{"Loading firmwarefile to be uploaded", "The file has no firmware header", "error 10012: The format of the versionstring"};
+        QTest::newRow("library that is a folder") << QStringList{"--db", "<folder>", "library", "list"} << 1
+            << QStringList{"error 3000: The library file \"" + m_dir.filePath("folder") + "\" is a folder: give the path of a library file."};
+    }
+    void errors()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(int, status);
+        QFETCH(QStringList, lines);
+        const Run run = cli(arguments);
+        QCOMPARE(run.status, status);
+        const QStringList said = run.err.split(QLatin1Char('\n'));
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            QVERIFY2(said.value(i).startsWith(lines[i]), qPrintable(QStringLiteral("line %1 is not '%2':\n%3").arg(i).arg(lines[i], run.err)));
+        QVERIFY2(!run.err.contains(QChar(0x1b)) && !run.err.contains(QChar(7)), "a control character reached the terminal");
+        // One error, and no library made where none was used.
+        QVERIFY(run.err.count(QLatin1String("\nerror ")) + run.err.startsWith(QLatin1String("error ")) <= 1);
+        QVERIFY(!QFile::exists(library()) || arguments.contains(QStringLiteral("show")));
+    }
+
+    // Another program's SQLite file, in WAL mode: refused byte for byte as it was, nothing beside it.
+    void foreignFileUntouched()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("accounts.db"));
+        QFile::remove(path);
+        QVERIFY(runSql(path, "PRAGMA journal_mode=WAL|CREATE TABLE accounts (id, owner)|INSERT INTO accounts VALUES (1, 'me')"));
+        const QByteArray before = fileBytes(path);
+        const Run run = cli({"--db", path, "library", "import", "<nothing.json>"});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.err.contains(QLatin1String("is not a Marlo library: it has no table ta_SetsTemplate")), qPrintable(run.err));
+        QCOMPARE(fileBytes(path), before);
+        for (const char* beside : {"-wal", "-shm", "-journal"})
+            QVERIFY2(!QFile::exists(path + QLatin1String(beside)), beside);
+    }
+
+    void imports_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<QString>("trigger");  // a refusal the library file itself makes, or none
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("said");
+        const QByteArray threeWithSurrogate = "{\"templates\": [{\"sName\": \"first\", \"UserVariables\": []}, {\"sName\": \"second\", \"UserVariables\": [{\"sName\": \"a\", \"sValue\": \"b\"}]},"
+            "{\"sName\": \"third\", \"UserVariables\": [{\"sName\": \"k\\ud800\", \"sValue\": \"\\\", (SELECT 1)) --\"}]}]}";
+        QTest::newRow("a lone surrogate stays text") << threeWithSurrogate << QString() << 0 << "added:     3";
+        QTest::newRow("a value no grip carries") << QByteArray("[{\"sName\": \"ok\"}, {\"sName\": \"big\", \"lShotTime\": 500000000}]") << QString() << 1
+            << "error 380: Cannot import template 2 (\"big\"): lShotTime is 500000000, but the grip carries it in one byte (0 to 255).";
+        // The third template's variable is refused by the file: the whole import goes.
+        QTest::newRow("refused half-way: nothing") << threeWithSurrogate
+            << "CREATE TRIGGER refuse BEFORE INSERT ON ta_UserVar WHEN NEW.sName LIKE 'k%' BEGIN SELECT RAISE(ABORT, 'refused'); END" << 1
+            << "error 3000: refused";
+    }
+    // An import is all or nothing; a library holding the seed stays as it was on any error.
+    void imports()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(QString, trigger);
+        QFETCH(int, status);
+        QFETCH(QString, said);
+        writeFile(m_dir.filePath(QStringLiteral("seed.json")), "[{\"sName\": \"seed\", \"UserVariables\": [{\"sName\": \"s\", \"sValue\": \"t\"}]}]");
+        writeFile(m_dir.filePath(QStringLiteral("import.json")), document);
+        QCOMPARE(cli({"library", "import", "<seed.json>"}).status, 0);
+        if (!trigger.isEmpty())
+            QVERIFY(runSql(library(), trigger));
+        const Run run = cli({"library", "import", "<import.json>"});
+        QCOMPARE(run.status, status);
+        QVERIFY2((status ? run.err : run.out).contains(said), qPrintable(run.out + run.err));
+        QCOMPARE(rows(library(), "ta_SetsTemplate"), status ? 1 : 4);
+        QCOMPARE(rows(library(), "ta_UserVar"), status ? 1 : 3);
+        if (status == 0) {
+            // Stored and read back, the lone surrogate as U+FFFD and the SQL-like value as it is.
+            const Run shown = cli({"--json", "library", "show", "4"});
+            const QJsonObject variable = QJsonDocument::fromJson(shown.out.toUtf8()).object()["UserVariables"][0].toObject();
+            QCOMPARE(variable["sName"].toString(), QStringLiteral("k\uFFFD"));
+            QCOMPARE(variable["sValue"].toString(), QStringLiteral("\", (SELECT 1)) --"));
+        }
+    }
+
+    // Rows another program wrote: extreme numbers are listed; a null where none may be is
+    // reported with its ID and column, and the other rows are still listed.
+    void readableLibrary()
+    {
+        writeFile(m_dir.filePath(QStringLiteral("seed.json")), "[{\"ID\": \"{00000000-0000-4000-8000-000000000001}\", \"sName\": \"extreme\"},"
+            "{\"ID\": \"{00000000-0000-4000-8000-000000000002}\", \"sName\": \"broken\"},"
+            "{\"sName\": \"plain\\u001b[31m\"}]");
+        QCOMPARE(cli({"library", "import", "<seed.json>"}).status, 0);
+        QVERIFY(runSql(library(), "UPDATE ta_SetsTemplate SET lDwellTime = 2147483647, lCycleTimeOpen = 2147483647, lLoadTime = 2147483647, "
+                                  "lCycleTimeClose = 2147483647 WHERE sName = 'extreme'|UPDATE ta_SetsTemplate SET sName = NULL WHERE sName = 'broken'"));
+        const Run run = cli({"library", "list"});
+        QCOMPARE(run.status, 1);
+        QVERIFY2(run.out.contains(QLatin1String("extreme")) && run.out.contains(QLatin1String("2147483647")) &&
+                     run.out.contains(QLatin1String("plain\\x1b[31m")), qPrintable(run.out));
+        QCOMPARE(run.err, QStringLiteral("error 94: Invalid use of Null (column sName of the row with ID "
+                                         "{00000000-0000-4000-8000-000000000002}). (mDatabase)\n"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_cliHostileInput)
+#include "tst_cliHostileInput.moc"

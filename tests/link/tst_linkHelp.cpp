@@ -1,0 +1,185 @@
+// What a front end says about an error of the link, cause first: a port that does not exist,
+// permission denied (the dialout group), a port in use by which program or locked by which stale
+// lock file (found on a real pseudo-terminal with a real lock file), a silent grip.
+#include "TestLink.h"
+
+#include "link/MarloError.h"
+#include "link/cSerialPort.h"
+#include "link/mCommBasic.h"
+#include "link/mErrCodes.h"
+#include "link/mLinkHelp.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QtTest>
+#include <pty.h>
+#include <unistd.h>
+
+using mLinkHelp::PortFailure;
+using Kind = PortFailure::Kind;
+
+Q_DECLARE_METATYPE(PortFailure)
+
+namespace {
+
+// Where Qt's serial port keeps its lock files: the first of its folders that may be written.
+QString qtLockFolder()
+{
+    for (const char* folder : {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp", "/tmp"}) {
+        const QFileInfo info(QString::fromLatin1(folder));
+        if (info.isDir() && info.isReadable() && info.isWritable())
+            return info.filePath();
+    }
+    return {};
+}
+
+// A pseudo-terminal for the length of a test: a real serial device that nobody else uses.
+struct Pty {
+    Pty()
+    {
+        char name[256] = {};
+        if (openpty(&master, &slave, name, nullptr, nullptr) == 0)
+            path = QString::fromLocal8Bit(name);
+    }
+    ~Pty()
+    {
+        if (!path.isEmpty()) {
+            ::close(master);
+            ::close(slave);
+        }
+    }
+    int master = -1;
+    int slave = -1;
+    QString path;
+};
+
+} // namespace
+
+class tst_linkHelp : public QObject {
+    Q_OBJECT
+
+private slots:
+    void portFailures_data()
+    {
+        QTest::addColumn<PortFailure>("failure");
+        QTest::addColumn<QString>("cause");
+        QTest::addColumn<QString>("help");  // the start of the first line of help
+        QTest::newRow("does not exist") << PortFailure{Kind::NotFound, "/dev/ttyUSB9", "No such file or directory", {}, 0, {}}
+                                        << "The serial port /dev/ttyUSB9 does not exist." << "Check the port number or the device";
+        QTest::newRow("permission denied") << PortFailure{Kind::PermissionDenied, "/dev/ttyS0", "Permission denied", {}, 0, {}}
+                                           << "Permission denied opening /dev/ttyS0"
+                                           << "Your user must be in the 'dialout' group to use serial ports: run 'sudo usermod -aG dialout $USER'";
+        QTest::newRow("in use by a program") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "locked", "/var/lock/LCK..ttyUSB0", 4242, "minicom"}
+                                             << "The serial port /dev/ttyUSB0 is in use by minicom (process 4242)."
+                                             << "Close minicom (process 4242), or wait until it has finished";
+        QTest::newRow("stale lock file") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "locked", "/var/lock/LCK..ttyUSB0", 0, {}}
+                                         << "The serial port /dev/ttyUSB0 is locked by the lock file /var/lock/LCK..ttyUSB0, which no running program owns"
+                                         << "Remove the stale lock file and try again: rm /var/lock/LCK..ttyUSB0";
+        QTest::newRow("in use, nobody found") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "Device or resource busy", {}, 0, {}}
+                                              << "The serial port /dev/ttyUSB0 is in use by another program (Device or resource busy)."
+                                              << mErrCodes::HELP_PORT_IN_USE.first();
+        QTest::newRow("anything else") << PortFailure{Kind::Other, "/dev/ttyUSB0", "I/O error", {}, 0, {}}
+                                       << "The serial port /dev/ttyUSB0 cannot be opened: I/O error" << "Check the port number or the device";
+    }
+    void portFailures()
+    {
+        QFETCH(PortFailure, failure);
+        QFETCH(QString, cause);
+        QFETCH(QString, help);
+        QVERIFY2(mLinkHelp::PortFailureText(failure).startsWith(cause), qPrintable(mLinkHelp::PortFailureText(failure)));
+        QVERIFY2(mLinkHelp::PortFailureHelp(failure).value(0).startsWith(help), qPrintable(mLinkHelp::PortFailureHelp(failure).join('\n')));
+    }
+
+    void lockFiles_data()
+    {
+        QTest::addColumn<QByteArray>("content");  // of the lock file; "<none>": no lock file; "<child>": a running program's
+        QTest::addColumn<QString>("cause");       // %1 the device, %2 the lock file, %3 the program's process
+        QTest::addColumn<QString>("help");
+        QTest::newRow("no lock file: opens") << QByteArray("<none>") << QString() << QString();
+        QTest::newRow("empty lock file of a killed run") << QByteArray() << "The serial port %1 is locked by the lock file %2"
+                                                         << "Remove the stale lock file and try again: rm %2";
+        QTest::newRow("a running program's lock") << QByteArray("<child>") << "The serial port %1 is in use by sleep (process %3)."
+                                                  << "Close sleep (process %3), or wait until it has finished, and try again.";
+    }
+    // A real device: the lock file that keeps it is named, with what to do about it.
+    void lockFiles()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, cause);
+        QFETCH(QString, help);
+        Pty pty;
+        const QString folder = qtLockFolder();
+        if (pty.path.isEmpty() || folder.isEmpty())
+            QSKIP("no pseudo-terminal or no lock folder to write");
+        const QString lock = folder + QStringLiteral("/LCK..") + pty.path.mid(5).replace(QLatin1Char('/'), QLatin1Char('_'));
+        QVERIFY(!QFileInfo::exists(lock));
+        QProcess child;
+        if (content == "<child>") {
+            child.start(QStringLiteral("sleep"), {QStringLiteral("30")});
+            QVERIFY(child.waitForStarted());
+            content = QByteArray::number(child.processId()) + "\nsleep\n" + QSysInfo::machineHostName().toLocal8Bit() + "\n";
+        }
+        if (content != "<none>") {
+            QFile file(lock);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        }
+        cSerialPort port;
+        port.setDevice(pty.path);
+        QString description;
+        QStringList hints;
+        try {
+            port.setPortOpen(true);
+        } catch (const MarloError& e) {
+            QCOMPARE(e.Number(), mErrCodes::RT_PORT_OPEN_FAILED);
+            description = e.Description();
+            hints = e.Hints();
+        }
+        if (port.PortOpen())
+            port.setPortOpen(false);
+        const qint64 holder = child.processId();
+        child.kill();
+        child.waitForFinished();
+        const bool lockLeft = QFile::remove(lock);
+        QCOMPARE(lockLeft, content != "<none>");
+        const auto fill = [&](const QString& text) { return QString(text).replace("%1", pty.path).replace("%2", lock).replace("%3", QString::number(holder)); };
+        QVERIFY2(description.startsWith(fill(cause)), qPrintable(description));
+        QCOMPARE(hints.value(0), fill(help));
+    }
+
+    void whatToDo_data()
+    {
+        QTest::addColumn<QString>("outcome");  // port, silent or ok
+        QTest::addColumn<bool>("hint");        // the error carries a hint of its own
+        QTest::addColumn<QStringList>("lines");
+        const QStringList port{"The serial port /dev/x does not exist.", "Check it."};
+        QTest::newRow("port") << "port" << false << port;
+        QTest::newRow("hint first, then the port") << "port" << true << (QStringList{"own hint"} + port);
+        QTest::newRow("silent grip") << "silent" << false << mErrCodes::HELP_TIMEOUT;
+        QTest::newRow("answered: the hint only") << "ok" << true << QStringList{"own hint"};
+        QTest::newRow("answered: nothing") << "ok" << false << QStringList{};
+    }
+    // The lines of help for an error, cause first: its own hints, then what the link knows.
+    void whatToDo()
+    {
+        QFETCH(QString, outcome);
+        QFETCH(bool, hint);
+        QFETCH(QStringList, lines);
+        TestLink link;
+        link.port.setResponder([&](const QByteArray&) { return outcome == QLatin1String("ok") ? QByteArray("\x42\xBE", 2) : QByteArray(); });
+        if (outcome == QLatin1String("port")) {
+            // The serial port raises its cause with the help as hints; the link keeps both.
+            link.port.setOpenFailure(QStringLiteral("The serial port /dev/x does not exist."));
+            link.port.setOpenHints({QStringLiteral("Check it.")});
+        }
+        mCommBasic::CommHexData(QStringLiteral("24"), true);
+        MarloError error(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
+        if (hint)
+            error.addHint(QStringLiteral("own hint"));
+        QCOMPARE(mLinkHelp::WhatToDo(error), lines);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_linkHelp)
+#include "tst_linkHelp.moc"
