@@ -1,6 +1,7 @@
 #include "link/mSerialDevices.h"
 
 #include "link/cSerialPort.h"
+#include "link/mLinkHelp.h"
 
 #include <QFileInfo>
 #include <QSerialPortInfo>
@@ -69,12 +70,16 @@ QString AccessProblem(const QString& path)
     if (path.isEmpty())
         return QString();
     const QFileInfo info(path);
+    mLinkHelp::PortFailure failure;
+    failure.path = path;
     if (!info.exists())
-        return cSerialPort::OpenFailureText(path, QSerialPort::DeviceNotFoundError, QString());
+        failure.kind = mLinkHelp::PortFailure::Kind::NotFound;
     // isReadable/isWritable ask the system for this user, groups included.
-    if (!info.isReadable() || !info.isWritable())
-        return cSerialPort::OpenFailureText(path, QSerialPort::PermissionError, QString());
-    return QString();
+    else if (!info.isReadable() || !info.isWritable())
+        failure.kind = mLinkHelp::PortFailure::Kind::PermissionDenied;
+    else
+        return QString();
+    return (QStringList{mLinkHelp::PortFailureText(failure)} + mLinkHelp::PortFailureHelp(failure)).join(QLatin1Char(' '));
 }
 
 } // namespace mSerialDevices
