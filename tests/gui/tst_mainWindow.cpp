@@ -168,8 +168,16 @@ void tst_mainWindow::getMakesTheSettingReadOnlyButTheButtonsStayEnabled()
     WindowHarness h;
     fTolvaneMan& w = h.open();
     QVERIFY(w.IsTemplate());
-    tool(w, 0)->click();
+    QList<QRect> places;
+    for (int i : {0, 1, 2, 4, 6})
+        places.append(tool(w, i)->geometry());
+    control<QAction>(&w, QStringLiteral("mnuDLTiming"))->trigger();
     QVERIFY(!w.IsTemplate());
+    // Disabled in their places: the row does not move and nothing overlaps.
+    QVERIFY(!tool(w, 1)->isEnabled());
+    for (int k = 0; k < 5; ++k)
+        QCOMPARE(tool(w, QList<int>{0, 1, 2, 4, 6}[k])->geometry(), places[k]);
+    tool(w, 0)->click();
     // UpdateState disabled Put and Properties; the tool-button handler enabled every button
     // again at its end, as the program always did.
     QVERIFY(tool(w, 1)->isEnabled());

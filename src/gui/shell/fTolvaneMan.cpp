@@ -614,16 +614,10 @@ void fTolvaneMan::showEvent(QShowEvent* event)
     QMainWindow::showEvent(event);
     if (!m_activated) {
         m_activated = true;
-        // The first activation reads the command line, once the window is on screen.
+        // The window is activated once, when it is first on screen: it lays out its tool buttons
+        // and reads the command line. Later changes of state enable and disable buttons in place.
         QTimer::singleShot(0, this, &fTolvaneMan::Form_Activate);
     }
-}
-
-bool fTolvaneMan::event(QEvent* event)
-{
-    if (event->type() == QEvent::WindowActivate && m_activated)
-        LayoutToolButtons();
-    return QMainWindow::event(event);
 }
 
 void fTolvaneMan::Form_Activate()

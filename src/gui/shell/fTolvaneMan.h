@@ -152,7 +152,6 @@ private:
 
 protected:
     void showEvent(QShowEvent* event) override;
-    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
