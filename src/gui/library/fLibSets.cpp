@@ -27,6 +27,7 @@
 #include <algorithm>
 #include <functional>
 
+using mGUISupport::MakeControl;
 using mGUISupport::TwipsToPixels;
 using mMain::Application;
 
@@ -71,14 +72,6 @@ const CellText kCells[fLibSets::ColumnCount] = {
     [](cSetsTemplate& r) { return number(r.lCycleTimeClose()); },
 };
 
-template <typename W>
-W* make(QWidget* parent, const QString& name)
-{
-    auto* widget = new W(parent);
-    widget->setObjectName(name);
-    return widget;
-}
-
 } // namespace
 
 std::shared_ptr<cSetsTemplate> fLibSets::MakeFactoryDefault()
@@ -114,7 +107,7 @@ fLibSets::fLibSets(fTolvaneMan* owner) : QDialog(owner), m_owner(owner)
 
 void fLibSets::createControls()
 {
-    lvwLib = make<QTreeWidget>(this, QStringLiteral("lvwLib"));
+    lvwLib = MakeControl<QTreeWidget>(this, QStringLiteral("lvwLib"));
     lvwLib->setAccessibleName(tr("Settings library"));
     lvwLib->setAccessibleDescription(tr("Enter uses the selected setting, Delete deletes it, Ctrl+P shows its properties."));
     lvwLib->setRootIsDecorated(false);
@@ -127,16 +120,16 @@ void fLibSets::createControls()
     lvwLib->setEditTriggers(QAbstractItemView::NoEditTriggers);
     lvwLib->setSortingEnabled(false); // the list sorts only when a header is clicked
 
-    cmdUse = make<QPushButton>(this, QStringLiteral("cmdUse"));
+    cmdUse = MakeControl<QPushButton>(this, QStringLiteral("cmdUse"));
     cmdUse->setText(tr("&Use"));
     cmdUse->setToolTip(tr("Load the selected setting into the main window (Enter)"));
-    cmdDelete = make<QPushButton>(this, QStringLiteral("cmdDelete"));
+    cmdDelete = MakeControl<QPushButton>(this, QStringLiteral("cmdDelete"));
     cmdDelete->setText(tr("&Delete"));
     cmdDelete->setToolTip(tr("Delete the selected setting when the library is next saved (Delete)"));
-    cmdProperties = make<QPushButton>(this, QStringLiteral("cmdProperties"));
+    cmdProperties = MakeControl<QPushButton>(this, QStringLiteral("cmdProperties"));
     cmdProperties->setText(tr("&Properties"));
     cmdProperties->setToolTip(tr("Show the name, date and user variables of the selected setting (Ctrl+P)"));
-    cmdClose = make<QPushButton>(this, QStringLiteral("cmdClose"));
+    cmdClose = MakeControl<QPushButton>(this, QStringLiteral("cmdClose"));
     cmdClose->setText(tr("&Close"));
     // Enter belongs to Use wherever the focus is; no button is the dialog's default.
     for (QPushButton* button : {cmdUse, cmdDelete, cmdProperties, cmdClose}) {
@@ -161,7 +154,7 @@ void fLibSets::createControls()
 
 void fLibSets::createPopup()
 {
-    mnuPopup = make<QMenu>(this, QStringLiteral("mnuPopup"));
+    mnuPopup = MakeControl<QMenu>(this, QStringLiteral("mnuPopup"));
     mnuPopup->setAccessibleName(tr("Setting"));
     struct Item {
         QAction* fLibSets::*action;

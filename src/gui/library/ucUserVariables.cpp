@@ -1,3 +1,4 @@
+#include "gui/shell/mGUISupport.h"
 #include "gui/library/ucUserVariables.h"
 
 #include "gui/library/fUserVariable.h"
@@ -17,24 +18,18 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+using mGUISupport::MakeControl;
+
 namespace {
 
 constexpr int kKeyRole = Qt::UserRole;
-
-template <typename W>
-W* make(QWidget* parent, const QString& name)
-{
-    auto* widget = new W(parent);
-    widget->setObjectName(name);
-    return widget;
-}
 
 } // namespace
 
 ucUserVariables::ucUserVariables(QWidget* parent) : QWidget(parent)
 {
     setObjectName(kForm);
-    lvwUserVariables = make<QTreeWidget>(this, QStringLiteral("lvwUserVariables"));
+    lvwUserVariables = MakeControl<QTreeWidget>(this, QStringLiteral("lvwUserVariables"));
     lvwUserVariables->setAccessibleName(tr("User variables"));
     lvwUserVariables->setColumnCount(2);
     lvwUserVariables->setHeaderLabels({tr("Name"), tr("Value")});
@@ -47,16 +42,16 @@ ucUserVariables::ucUserVariables(QWidget* parent) : QWidget(parent)
     lvwUserVariables->viewport()->installEventFilter(this);
     lvwUserVariables->installEventFilter(this);
 
-    cmdAdd = make<QPushButton>(this, QStringLiteral("cmdAdd"));
+    cmdAdd = MakeControl<QPushButton>(this, QStringLiteral("cmdAdd"));
     cmdAdd->setText(tr("&Add"));
-    cmdEdit = make<QPushButton>(this, QStringLiteral("cmdEdit"));
+    cmdEdit = MakeControl<QPushButton>(this, QStringLiteral("cmdEdit"));
     cmdEdit->setText(tr("&Edit"));
-    cmdRemove = make<QPushButton>(this, QStringLiteral("cmdRemove"));
+    cmdRemove = MakeControl<QPushButton>(this, QStringLiteral("cmdRemove"));
     cmdRemove->setText(tr("&Remove"));
     for (QPushButton* button : {cmdAdd, cmdEdit, cmdRemove})
         button->setAutoDefault(false);
 
-    mnuPopup = make<QMenu>(this, QStringLiteral("mnuPopup"));
+    mnuPopup = MakeControl<QMenu>(this, QStringLiteral("mnuPopup"));
     mnuAdd = mnuPopup->addAction(tr("&Add"));
     mnuAdd->setObjectName(QStringLiteral("mnuAdd"));
     mnuEdit = mnuPopup->addAction(tr("&Edit"));

@@ -1,3 +1,4 @@
+#include "gui/shell/mGUISupport.h"
 #include "gui/shell/fOptions.h"
 
 #include "gui/shell/KeyPreview.h"
@@ -22,6 +23,9 @@
 #include <QVBoxLayout>
 
 using mMain::Application;
+
+using mGUISupport::MakeCheckBox;
+using mGUISupport::MakeControl;
 
 namespace {
 
@@ -79,21 +83,6 @@ private:
     std::function<void()> m_beforePopup;
 };
 
-template <typename W>
-W* make(QWidget* parent, const QString& name)
-{
-    auto* widget = new W(parent);
-    widget->setObjectName(name);
-    return widget;
-}
-
-QCheckBox* checkBox(QWidget* parent, const QString& name, const QString& caption)
-{
-    auto* box = make<QCheckBox>(parent, name);
-    box->setText(caption);
-    return box;
-}
-
 QString lines(const QStringList& parts)
 {
     return parts.join(QStringLiteral("\r\n"));
@@ -109,17 +98,17 @@ fOptions::fOptions(QWidget* parent)
     setObjectName(kForm);
     setWindowTitle(tr("Options"));
 
-    tbsOptions = make<QTabBar>(this, QStringLiteral("tbsOptions"));
+    tbsOptions = MakeControl<QTabBar>(this, QStringLiteral("tbsOptions"));
     tbsOptions->setAccessibleName(tr("Pages"));
     tbsOptions->setExpanding(false);
     tbsOptions->setDrawBase(false);
-    m_pages = make<QStackedWidget>(this, QStringLiteral("picOptionsArea"));
+    m_pages = MakeControl<QStackedWidget>(this, QStringLiteral("picOptionsArea"));
     m_pages->setFrameShape(QFrame::StyledPanel);
     for (const Tab& tab : kTabs) {
         const int index = tbsOptions->addTab(tr(tab.caption));
         tbsOptions->setTabData(index, QLatin1String(tab.key));
         tbsOptions->setTabToolTip(index, tr(tab.toolTip));
-        auto* page = make<QWidget>(m_pages, QStringLiteral("picOptions(%1)").arg(index));
+        auto* page = MakeControl<QWidget>(m_pages, QStringLiteral("picOptions(%1)").arg(index));
         page->setAccessibleName(tr(tab.caption));
         m_pages->addWidget(page);
         picOptions.append(page);
@@ -127,12 +116,12 @@ fOptions::fOptions(QWidget* parent)
     createGeneralPage(picOptions[0]);
     createCommunicationPage(picOptions[1]);
 
-    cmdOK = make<QPushButton>(this, QStringLiteral("cmdOK"));
+    cmdOK = MakeControl<QPushButton>(this, QStringLiteral("cmdOK"));
     cmdOK->setText(tr("OK"));
     cmdOK->setDefault(true);
-    cmdCancel = make<QPushButton>(this, QStringLiteral("cmdCancel"));
+    cmdCancel = MakeControl<QPushButton>(this, QStringLiteral("cmdCancel"));
     cmdCancel->setText(tr("Cancel"));
-    cmdApply = make<QPushButton>(this, QStringLiteral("cmdApply"));
+    cmdApply = MakeControl<QPushButton>(this, QStringLiteral("cmdApply"));
     cmdApply->setText(tr("Apply"));
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
@@ -153,16 +142,16 @@ fOptions::fOptions(QWidget* parent)
 
 void fOptions::createGeneralPage(QWidget* page)
 {
-    chkShowSplash = checkBox(page, QStringLiteral("chkShowSplash"), tr("Show splashscreen on startup"));
-    chkConfirm = checkBox(page, QStringLiteral("chkConfirm"), tr("Show confirmation after grip communication"));
-    chkBackwardCompatibleUpload = checkBox(page, QStringLiteral("chkBackwardCompatibleUpload"), tr("Backward Compatible Upload"));
+    chkShowSplash = MakeCheckBox(page, QStringLiteral("chkShowSplash"), tr("Show splashscreen on startup"));
+    chkConfirm = MakeCheckBox(page, QStringLiteral("chkConfirm"), tr("Show confirmation after grip communication"));
+    chkBackwardCompatibleUpload = MakeCheckBox(page, QStringLiteral("chkBackwardCompatibleUpload"), tr("Backward Compatible Upload"));
 
-    fraDataPath = make<QGroupBox>(page, QStringLiteral("fraDataPath"));
+    fraDataPath = MakeControl<QGroupBox>(page, QStringLiteral("fraDataPath"));
     fraDataPath->setTitle(tr("Database path"));
-    txtDBPath = make<QLineEdit>(fraDataPath, QStringLiteral("txtDBPath"));
+    txtDBPath = MakeControl<QLineEdit>(fraDataPath, QStringLiteral("txtDBPath"));
     txtDBPath->setAccessibleName(tr("Database path"));
     txtDBPath->setMinimumWidth(300);
-    cmdBrowseDBPath = make<QPushButton>(fraDataPath, QStringLiteral("cmdBrowseDBPath"));
+    cmdBrowseDBPath = MakeControl<QPushButton>(fraDataPath, QStringLiteral("cmdBrowseDBPath"));
     cmdBrowseDBPath->setText(tr("..."));
     cmdBrowseDBPath->setAccessibleName(tr("Browse for the database"));
     cmdBrowseDBPath->setToolTip(tr("Browse for the database"));
@@ -174,13 +163,13 @@ void fOptions::createGeneralPage(QWidget* page)
 
     // The grip synchronization frame is part of the form but nothing reads or writes its
     // controls: it stays inert, as it always was.
-    fraGripSync = make<QGroupBox>(page, QStringLiteral("fraGripSync"));
+    fraGripSync = MakeControl<QGroupBox>(page, QStringLiteral("fraGripSync"));
     fraGripSync->setTitle(tr("Grip syncronization"));
-    chkSettingsGet = checkBox(fraGripSync, QStringLiteral("chkSettingsGet"), tr("Get settings on connect:"));
-    chkAutoDetect = checkBox(fraGripSync, QStringLiteral("chkAutoDetect"), tr("Automatic grip detection:"));
-    auto* lblAutocheckInterval = make<QLabel>(fraGripSync, QStringLiteral("lblAutocheckInterval"));
+    chkSettingsGet = MakeCheckBox(fraGripSync, QStringLiteral("chkSettingsGet"), tr("Get settings on connect:"));
+    chkAutoDetect = MakeCheckBox(fraGripSync, QStringLiteral("chkAutoDetect"), tr("Automatic grip detection:"));
+    auto* lblAutocheckInterval = MakeControl<QLabel>(fraGripSync, QStringLiteral("lblAutocheckInterval"));
     lblAutocheckInterval->setText(tr("Interval (secs):"));
-    txtAutocheckInterval = make<QLineEdit>(fraGripSync, QStringLiteral("txtAutocheckInterval"));
+    txtAutocheckInterval = MakeControl<QLineEdit>(fraGripSync, QStringLiteral("txtAutocheckInterval"));
     txtAutocheckInterval->setFixedWidth(txtAutocheckInterval->fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 14);
     mLabels::LabelFor(lblAutocheckInterval, txtAutocheckInterval);
     auto* sync = new QGridLayout(fraGripSync);
@@ -201,19 +190,19 @@ void fOptions::createGeneralPage(QWidget* page)
 
 void fOptions::createCommunicationPage(QWidget* page)
 {
-    chkLogCommToFile = checkBox(page, QStringLiteral("chkLogCommToFile"), tr("Log communication to a file"));
-    chkLogCommToConsole = checkBox(page, QStringLiteral("chkLogCommToConsole"), tr("Log communication to console"));
+    chkLogCommToFile = MakeCheckBox(page, QStringLiteral("chkLogCommToFile"), tr("Log communication to a file"));
+    chkLogCommToConsole = MakeCheckBox(page, QStringLiteral("chkLogCommToConsole"), tr("Log communication to console"));
 
-    fraComm = make<QGroupBox>(page, QStringLiteral("fraComm"));
+    fraComm = MakeControl<QGroupBox>(page, QStringLiteral("fraComm"));
     fraComm->setTitle(tr("Communication parameters"));
     auto* grid = new QGridLayout(fraComm);
     int row = 0;
     for (const FixedList& list : fixedLists()) {
-        auto* combo = make<QComboBox>(fraComm, QLatin1String(list.name));
+        auto* combo = MakeControl<QComboBox>(fraComm, QLatin1String(list.name));
         for (const ListItem& item : list.items)
             combo->addItem(tr(item.text), item.data);
         combo->setCurrentIndex(-1);
-        auto* caption = make<QLabel>(fraComm, QStringLiteral("lbl") + QLatin1String(list.name).mid(3));
+        auto* caption = MakeControl<QLabel>(fraComm, QStringLiteral("lbl") + QLatin1String(list.name).mid(3));
         caption->setText(tr(list.label));
         mLabels::LabelFor(caption, combo);
         grid->addWidget(caption, row, 0);
@@ -229,7 +218,7 @@ void fOptions::createCommunicationPage(QWidget* page)
         combo->setMinimumWidth(combo->fontMetrics().horizontalAdvance(QStringLiteral("256000")) + 40);
 
     // Beyond the port number: a serial device of this machine, the virtual grip, or any path.
-    auto* lblDevice = make<QLabel>(fraComm, QStringLiteral("lblDevice"));
+    auto* lblDevice = MakeControl<QLabel>(fraComm, QStringLiteral("lblDevice"));
     lblDevice->setText(tr("&Device:"));
     cboDevice = new DeviceComboBox(fraComm, [this] { RefreshDeviceList(); });
     cboDevice->setObjectName(QStringLiteral("cboDevice"));
@@ -244,11 +233,11 @@ void fOptions::createCommunicationPage(QWidget* page)
     grid->addWidget(lblDevice, row, 0);
     grid->addWidget(cboDevice, row, 1);
     ++row;
-    lblDeviceProblemIcon = make<QLabel>(fraComm, QStringLiteral("lblDeviceProblemIcon"));
+    lblDeviceProblemIcon = MakeControl<QLabel>(fraComm, QStringLiteral("lblDeviceProblemIcon"));
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     lblDeviceProblemIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(iconSize, iconSize));
     lblDeviceProblemIcon->setAlignment(Qt::AlignRight | Qt::AlignTop);
-    lblDeviceProblem = make<QLabel>(fraComm, QStringLiteral("lblDeviceProblem"));
+    lblDeviceProblem = MakeControl<QLabel>(fraComm, QStringLiteral("lblDeviceProblem"));
     lblDeviceProblem->setWordWrap(true);
     lblDeviceProblem->setTextFormat(Qt::PlainText);
     lblDeviceProblem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -31,6 +31,9 @@
 #include <algorithm>
 #include <tuple>
 
+using mGUISupport::MakeCheckBox;
+using mGUISupport::MakeControl;
+using mGUISupport::MakeLabel;
 using mGUISupport::SetControlState;
 using mGUISupport::TwipsToPixels;
 using mMain::Application;
@@ -135,34 +138,10 @@ QString named(const char* name, int index)
     return QStringLiteral("%1(%2)").arg(QLatin1String(name)).arg(index);
 }
 
-template <typename W>
-W* make(QWidget* parent, const QString& name)
-{
-    auto* widget = new W(parent);
-    widget->setObjectName(name);
-    return widget;
-}
-
-QLabel* label(QWidget* parent, const QString& name, const QString& text)
-{
-    auto* l = make<QLabel>(parent, name);
-    l->setText(text);
-    return l;
-}
-
-QCheckBox* checkBox(QWidget* parent, const QString& name, const QString& caption, const QString& toolTip = QString())
-{
-    auto* box = make<QCheckBox>(parent, name);
-    box->setText(caption);
-    if (!toolTip.isEmpty())
-        box->setToolTip(toolTip);
-    return box;
-}
-
 // A text box wide enough for the given number of digits.
 QLineEdit* textBox(QWidget* parent, const QString& name, int digits)
 {
-    auto* box = make<QLineEdit>(parent, name);
+    auto* box = MakeControl<QLineEdit>(parent, name);
     box->setAlignment(Qt::AlignRight);
     const int width = box->fontMetrics().horizontalAdvance(QString(digits + 1, QLatin1Char('0'))) + 14;
     box->setFixedWidth(width);
@@ -171,7 +150,7 @@ QLineEdit* textBox(QWidget* parent, const QString& name, int digits)
 
 UpDown* upDown(QWidget* parent, const QString& name, QLineEdit* buddy, const QString& accessibleName)
 {
-    auto* control = make<UpDown>(parent, name);
+    auto* control = MakeControl<UpDown>(parent, name);
     control->setAccessibleName(accessibleName);
     control->setBuddy(buddy);
     return control;
@@ -220,7 +199,7 @@ void fTolvaneMan::createPanes()
 {
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("picMain"));
-    m_toolRow = make<QWidget>(central, QStringLiteral("picTools"));
+    m_toolRow = MakeControl<QWidget>(central, QStringLiteral("picTools"));
     // The tool buttons come first in the tab order, then the panes.
     createToolButtons();
     fraTiming = createTimingPane();
@@ -254,12 +233,12 @@ void fTolvaneMan::createPanes()
 
 QGroupBox* fTolvaneMan::createTimingPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraTiming"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraTiming"));
     pane->setTitle(tr("Timing"));
     auto* grid = new QGridLayout(pane);
 
-    lblFiringModes = label(pane, QStringLiteral("lblFiringModes"), tr("Firing mode:"));
-    cboFiringModes = make<QComboBox>(pane, QStringLiteral("cboFiringModes"));
+    lblFiringModes = MakeLabel(pane, QStringLiteral("lblFiringModes"), tr("Firing mode:"));
+    cboFiringModes = MakeControl<QComboBox>(pane, QStringLiteral("cboFiringModes"));
     cboFiringModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     lblFiringModes->setBuddy(cboFiringModes);
     nameAfter(cboFiringModes, lblFiringModes->text());
@@ -269,9 +248,9 @@ QGroupBox* fTolvaneMan::createTimingPane()
     modeRow->addStretch(1);
     grid->addLayout(modeRow, 0, 0, 1, 5);
 
-    chkExpert = checkBox(pane, QStringLiteral("chkExpert"), tr("Expert Mode"), tr("All timingsettings are made available for adjusting"));
-    chkCopyCTO = checkBox(pane, QStringLiteral("chkCopyCTO"), tr("Close = Open"), tr("Cycle Time Close assumes the same value as Cycle Time Open"));
-    chkCTOAdjust = checkBox(pane, QStringLiteral("chkCTOAdjust"), tr("Training Mode"));
+    chkExpert = MakeCheckBox(pane, QStringLiteral("chkExpert"), tr("Expert Mode"), tr("All timingsettings are made available for adjusting"));
+    chkCopyCTO = MakeCheckBox(pane, QStringLiteral("chkCopyCTO"), tr("Close = Open"), tr("Cycle Time Close assumes the same value as Cycle Time Open"));
+    chkCTOAdjust = MakeCheckBox(pane, QStringLiteral("chkCTOAdjust"), tr("Training Mode"));
     auto* switches = new QHBoxLayout;
     switches->addWidget(chkExpert);
     switches->addWidget(chkCopyCTO);
@@ -282,17 +261,17 @@ QGroupBox* fTolvaneMan::createTimingPane()
     for (int i = 0; i < 5; ++i) {
         const QString suffix = QLatin1String(kTimingRows[i].suffix);
         TimingControls& t = m_timing[i];
-        t.caption = label(pane, QStringLiteral("lbl") + suffix, tr(kTimingRows[i].caption));
+        t.caption = MakeLabel(pane, QStringLiteral("lbl") + suffix, tr(kTimingRows[i].caption));
         t.text = textBox(pane, QStringLiteral("txtTiming") + suffix, 3);
         t.caption->setBuddy(t.text);
         t.upDown = upDown(pane, QStringLiteral("upd") + suffix, t.text, tr(kTimingRows[i].caption));
-        t.slider = make<QSlider>(pane, QStringLiteral("sld") + suffix);
+        t.slider = MakeControl<QSlider>(pane, QStringLiteral("sld") + suffix);
         t.slider->setOrientation(Qt::Horizontal);
         t.slider->setTickPosition(QSlider::TicksBelow);
         t.slider->setTickInterval(5);
         t.slider->setMinimumWidth(160);
         t.slider->setAccessibleName(tr(kTimingRows[i].caption));
-        t.unit = label(pane, QStringLiteral("lbl") + suffix + QStringLiteral("ms"), tr("(ms)"));
+        t.unit = MakeLabel(pane, QStringLiteral("lbl") + suffix + QStringLiteral("ms"), tr("(ms)"));
         const int row = 2 + i;
         grid->addWidget(t.caption, row, 0);
         grid->addWidget(t.text, row, 1);
@@ -302,13 +281,13 @@ QGroupBox* fTolvaneMan::createTimingPane()
     }
     grid->setColumnStretch(3, 1);
 
-    lblROFtxt = label(pane, QStringLiteral("lblROFtxt"), tr("Rate of Fire"));
-    lblROFbps = label(pane, QStringLiteral("lblROFbps"), tr("10,0"));
+    lblROFtxt = MakeLabel(pane, QStringLiteral("lblROFtxt"), tr("Rate of Fire"));
+    lblROFbps = MakeLabel(pane, QStringLiteral("lblROFbps"), tr("10,0"));
     lblROFbps->setToolTip(tr("Balls Per Second"));
     lblROFbps->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblROFbps->setMinimumWidth(lblROFbps->fontMetrics().horizontalAdvance(QStringLiteral("000.0")));
     lblROFbps->setAccessibleName(tr("Rate of Fire"));
-    lblROFbpstxt = label(pane, QStringLiteral("lblROFbpstxt"), tr("bps."));
+    lblROFbpstxt = MakeLabel(pane, QStringLiteral("lblROFbpstxt"), tr("bps."));
     auto* rof = new QHBoxLayout;
     rof->addWidget(lblROFtxt);
     rof->addWidget(lblROFbps);
@@ -321,29 +300,29 @@ QGroupBox* fTolvaneMan::createTimingPane()
 
 QGroupBox* fTolvaneMan::createOptionsPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraOptions"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraOptions"));
     pane->setTitle(tr("Options"));
     auto* grid = new QGridLayout(pane);
-    chkACE = checkBox(pane, QStringLiteral("chkACE"), tr("A.C.E. Mounted"));
-    chkUseEye = checkBox(pane, QStringLiteral("chkUseEye"), tr("Use A.C.E."));
-    chkUseFeeder = checkBox(pane, QStringLiteral("chkUseFeeder"), tr("Use Feeder"));
-    chkUseLED = checkBox(pane, QStringLiteral("chkUseLED"), tr("Use LED"));
-    chkTriggerFilter = checkBox(pane, QStringLiteral("chkTriggerFilter"), tr("Use Trigger Filter"));
+    chkACE = MakeCheckBox(pane, QStringLiteral("chkACE"), tr("A.C.E. Mounted"));
+    chkUseEye = MakeCheckBox(pane, QStringLiteral("chkUseEye"), tr("Use A.C.E."));
+    chkUseFeeder = MakeCheckBox(pane, QStringLiteral("chkUseFeeder"), tr("Use Feeder"));
+    chkUseLED = MakeCheckBox(pane, QStringLiteral("chkUseLED"), tr("Use LED"));
+    chkTriggerFilter = MakeCheckBox(pane, QStringLiteral("chkTriggerFilter"), tr("Use Trigger Filter"));
     grid->addWidget(chkACE, 0, 0);
     grid->addWidget(chkUseEye, 0, 1, 1, 3);
     grid->addWidget(chkUseFeeder, 1, 0);
     grid->addWidget(chkUseLED, 1, 1, 1, 3);
     grid->addWidget(chkTriggerFilter, 2, 0, 1, 4);
 
-    chkEyeCheckMax = checkBox(pane, QStringLiteral("chkEyeCheckMax"), tr("Eye Check Max"));
+    chkEyeCheckMax = MakeCheckBox(pane, QStringLiteral("chkEyeCheckMax"), tr("Eye Check Max"));
     txtEyeCheckMax = textBox(pane, QStringLiteral("txtEyeCheckMax"), 3);
     nameAfter(txtEyeCheckMax, chkEyeCheckMax->text());
     updEyeCheckMax = upDown(pane, QStringLiteral("updEyeCheckMax"), txtEyeCheckMax, txtEyeCheckMax->accessibleName());
-    chkEyeOKMax = checkBox(pane, QStringLiteral("chkEyeOKMax"), tr("Eye OK Max"));
+    chkEyeOKMax = MakeCheckBox(pane, QStringLiteral("chkEyeOKMax"), tr("Eye OK Max"));
     txtEyeOKMax = textBox(pane, QStringLiteral("txtEyeOKMax"), 3);
     nameAfter(txtEyeOKMax, chkEyeOKMax->text());
     updEyeOKMax = upDown(pane, QStringLiteral("updEyeOKMax"), txtEyeOKMax, txtEyeOKMax->accessibleName());
-    lblDefaultLoadTime = label(pane, QStringLiteral("lblDefaultLoadTime"), tr("Max ROF in ms"));
+    lblDefaultLoadTime = MakeLabel(pane, QStringLiteral("lblDefaultLoadTime"), tr("Max ROF in ms"));
     txtDefaultLoadTime = textBox(pane, QStringLiteral("txtDefaultLoadTime"), 3);
     lblDefaultLoadTime->setBuddy(txtDefaultLoadTime);
     updDefaultLoadTime = upDown(pane, QStringLiteral("updDefaultLoadTime"), txtDefaultLoadTime, lblDefaultLoadTime->text());
@@ -356,14 +335,14 @@ QGroupBox* fTolvaneMan::createOptionsPane()
         grid->addWidget(up, row, 2);
         ++row;
     }
-    lblBPStxt = label(pane, QStringLiteral("lblBPStxt"), tr("Max ROF"));
-    lblMaxROF = label(pane, QStringLiteral("lblMaxROF"), tr("10,0"));
+    lblBPStxt = MakeLabel(pane, QStringLiteral("lblBPStxt"), tr("Max ROF"));
+    lblMaxROF = MakeLabel(pane, QStringLiteral("lblMaxROF"), tr("10,0"));
     lblMaxROF->setToolTip(tr("Maximum Balls Per Second"));
     lblMaxROF->setAccessibleName(tr("Max ROF"));
     lblMaxROF->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(lblBPStxt, row, 0);
     grid->addWidget(lblMaxROF, row, 1);
-    grid->addWidget(label(pane, QStringLiteral("lblMaxROFbps"), tr("bps.")), row, 2, 1, 2);
+    grid->addWidget(MakeLabel(pane, QStringLiteral("lblMaxROFbps"), tr("bps.")), row, 2, 1, 2);
     grid->setColumnStretch(3, 1);
     grid->setRowStretch(row + 1, 1);
     return pane;
@@ -371,21 +350,21 @@ QGroupBox* fTolvaneMan::createOptionsPane()
 
 QGroupBox* fTolvaneMan::createRampingPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraRamping"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraRamping"));
     pane->setTitle(tr("Ramping"));
     auto* grid = new QGridLayout(pane);
-    lblHyperModes = label(pane, QStringLiteral("lblHyperModes"), tr("Ramping Mode :"));
-    cboHyperModes = make<QComboBox>(pane, QStringLiteral("cboHyperModes"));
+    lblHyperModes = MakeLabel(pane, QStringLiteral("lblHyperModes"), tr("Ramping Mode :"));
+    cboHyperModes = MakeControl<QComboBox>(pane, QStringLiteral("cboHyperModes"));
     cboHyperModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     lblHyperModes->setBuddy(cboHyperModes);
     nameAfter(cboHyperModes, lblHyperModes->text());
     grid->addWidget(lblHyperModes, 0, 0);
     grid->addWidget(cboHyperModes, 0, 1, 1, 3);
-    lblShots = label(pane, QStringLiteral("lblShots"), tr("Shots before ramping"));
+    lblShots = MakeLabel(pane, QStringLiteral("lblShots"), tr("Shots before ramping"));
     txtShots = textBox(pane, QStringLiteral("txtShots"), 3);
     lblShots->setBuddy(txtShots);
     updShots = upDown(pane, QStringLiteral("updShots"), txtShots, lblShots->text());
-    lblHyperTime = label(pane, QStringLiteral("lblHyperTime"), tr("ROF in ms before ramping"));
+    lblHyperTime = MakeLabel(pane, QStringLiteral("lblHyperTime"), tr("ROF in ms before ramping"));
     txtHyperTime = textBox(pane, QStringLiteral("txtHyperTime"), 3);
     lblHyperTime->setBuddy(txtHyperTime);
     updHyperTime = upDown(pane, QStringLiteral("updHyperTime"), txtHyperTime, lblHyperTime->text());
@@ -402,7 +381,7 @@ QGroupBox* fTolvaneMan::createRampingPane()
 
 QGroupBox* fTolvaneMan::createCountersPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraCounters"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraCounters"));
     pane->setTitle(tr("Counters"));
     auto* grid = new QGridLayout(pane);
     static const char* const captions[] = {QT_TRANSLATE_NOOP("fTolvaneMan", "Counter 1 is at"),
@@ -411,14 +390,14 @@ QGroupBox* fTolvaneMan::createCountersPane()
     // The boxes are sized for 4, 5 and 8 digits; they only display, and never cut a value.
     static const int digits[] = {4, 5, 8};
     for (int i = 0; i < 3; ++i) {
-        lblCounter[i] = label(pane, named("lblCounter", i), tr(captions[i]));
+        lblCounter[i] = MakeLabel(pane, named("lblCounter", i), tr(captions[i]));
         txtCounters[i] = textBox(pane, named("txtCounters", i), qMax(digits[i], 5));
         lblCounter[i]->setBuddy(txtCounters[i]);
         grid->addWidget(lblCounter[i], i, 0);
         grid->addWidget(txtCounters[i], i, 1);
     }
     for (int i = 0; i < 2; ++i) {
-        cmdReset[i] = make<QPushButton>(pane, named("cmdReset", i));
+        cmdReset[i] = MakeControl<QPushButton>(pane, named("cmdReset", i));
         cmdReset[i]->setText(tr("Reset"));
         cmdReset[i]->setAccessibleDescription(tr("Reset counter %1").arg(i + 1));
         cmdReset[i]->setToolTip(tr("Reset counter %1").arg(i + 1));
@@ -430,16 +409,16 @@ QGroupBox* fTolvaneMan::createCountersPane()
 
 QGroupBox* fTolvaneMan::createGameTimerPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraGameTimer"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraGameTimer"));
     pane->setTitle(tr("Game Timer"));
     auto* grid = new QGridLayout(pane);
-    lblGT = label(pane, QStringLiteral("lblGT"), tr("Counting down from "));
+    lblGT = MakeLabel(pane, QStringLiteral("lblGT"), tr("Counting down from "));
     txtCntDown = textBox(pane, QStringLiteral("txtCntDown"), 3);
     lblGT->setBuddy(txtCntDown);
     updGT = upDown(pane, QStringLiteral("updGT"), txtCntDown, lblGT->text().trimmed());
     updGT->setRange(0, 255);
-    lblGTmin = label(pane, QStringLiteral("lblGTmin"), tr("minutes"));
-    chkAlertOne = checkBox(pane, QStringLiteral("chkAlertOne"), tr("Sound alert 60 sec. before game end"));
+    lblGTmin = MakeLabel(pane, QStringLiteral("lblGTmin"), tr("minutes"));
+    chkAlertOne = MakeCheckBox(pane, QStringLiteral("chkAlertOne"), tr("Sound alert 60 sec. before game end"));
     grid->addWidget(lblGT, 0, 0);
     grid->addWidget(txtCntDown, 0, 1);
     grid->addWidget(updGT, 0, 2);
@@ -452,10 +431,10 @@ QGroupBox* fTolvaneMan::createGameTimerPane()
 
 QGroupBox* fTolvaneMan::createBatteryPane()
 {
-    auto* pane = make<QGroupBox>(this, QStringLiteral("fraBettery"));
+    auto* pane = MakeControl<QGroupBox>(this, QStringLiteral("fraBettery"));
     pane->setTitle(tr("Battery"));
     auto* layout = new QVBoxLayout(pane);
-    ucIProgress1 = make<ucIProgress>(pane, QStringLiteral("ucIProgress1"));
+    ucIProgress1 = MakeControl<ucIProgress>(pane, QStringLiteral("ucIProgress1"));
     ucIProgress1->setVisible(false);
     layout->addWidget(ucIProgress1);
     layout->addStretch(1);
@@ -466,7 +445,7 @@ void fTolvaneMan::createToolButtons()
 {
     cmdTools = QList<QPushButton*>(10, nullptr);
     for (const ToolButton& b : kToolButtons) {
-        auto* button = make<QPushButton>(m_toolRow, named("cmdTools", b.index));
+        auto* button = MakeControl<QPushButton>(m_toolRow, named("cmdTools", b.index));
         button->setText(tr(b.caption));
         if (b.designToolTip)
             button->setToolTip(tr(b.designToolTip));
@@ -521,13 +500,13 @@ void fTolvaneMan::createMenus()
 
 void fTolvaneMan::createStatusBar()
 {
-    QStatusBar* bar = make<QStatusBar>(this, QStringLiteral("stbStatus"));
+    QStatusBar* bar = MakeControl<QStatusBar>(this, QStringLiteral("stbStatus"));
     setStatusBar(bar);
     static const char* const names[] = {QT_TRANSLATE_NOOP("fTolvaneMan", "Library"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Firmware version"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Status")};
     for (int panel = 1; panel <= 3; ++panel) {
-        auto* text = label(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), panel == kPanelDatabase ? QString() : tr("N/A"));
+        auto* text = MakeLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), panel == kPanelDatabase ? QString() : tr("N/A"));
         text->setAccessibleName(tr(names[panel - 1]));
         text->setFrameShape(QFrame::StyledPanel);
         text->setFrameShadow(QFrame::Sunken);
@@ -537,12 +516,12 @@ void fTolvaneMan::createStatusBar()
     }
     m_panels[kPanelFirmware - 1]->setObjectName(QStringLiteral("FWVer"));
     m_panels[kPanelFirmware - 1]->setToolTip(tr("The grip's firmware version"));
-    m_progressPanel = make<QFrame>(bar, QStringLiteral("stbStatus.Panels(4)"));
+    m_progressPanel = MakeControl<QFrame>(bar, QStringLiteral("stbStatus.Panels(4)"));
     m_progressPanel->setFrameShape(QFrame::StyledPanel);
     m_progressPanel->setFrameShadow(QFrame::Sunken);
     m_progressPanel->setMinimumWidth(TwipsToPixels(2400, this));
     auto* inset = new QHBoxLayout(m_progressPanel);
-    pgbProgress = make<QProgressBar>(m_progressPanel, QStringLiteral("pgbProgress"));
+    pgbProgress = MakeControl<QProgressBar>(m_progressPanel, QStringLiteral("pgbProgress"));
     pgbProgress->setAccessibleName(tr("Progress"));
     pgbProgress->setTextVisible(true);
     inset->addWidget(pgbProgress);

@@ -8,6 +8,7 @@
 #include <QAbstractSlider>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -76,6 +77,22 @@ int TwipsToPixels(double twips, const QWidget* widget)
 double PixelsToTwips(int pixels, const QWidget* widget)
 {
     return pixels * 1440.0 / logicalDpi(widget);
+}
+
+QLabel* MakeLabel(QWidget* parent, const QString& name, const QString& caption)
+{
+    auto* label = MakeControl<QLabel>(parent, name);
+    label->setText(caption);
+    return label;
+}
+
+QCheckBox* MakeCheckBox(QWidget* parent, const QString& name, const QString& caption, const QString& toolTip)
+{
+    auto* box = MakeControl<QCheckBox>(parent, name);
+    box->setText(caption);
+    if (!toolTip.isEmpty())
+        box->setToolTip(toolTip);
+    return box;
 }
 
 void SetSliderValue(QAbstractSlider* slider, int value)

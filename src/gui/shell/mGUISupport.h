@@ -5,6 +5,8 @@
 
 class QAction;
 class QAbstractSlider;
+class QCheckBox;
+class QLabel;
 class QWidget;
 
 namespace mGUISupport {
@@ -25,5 +27,17 @@ double PixelsToTwips(int pixels, const QWidget* widget = nullptr);
 // Sets a slider's value; a value outside its range is refused with "Invalid property value",
 // as the slider control did, instead of being clamped silently.
 void SetSliderValue(QAbstractSlider* slider, int value);
+
+// A control of the given kind, made on its parent under its documented name.
+template <typename W>
+W* MakeControl(QWidget* parent, const QString& name)
+{
+    auto* control = new W(parent);
+    control->setObjectName(name);
+    return control;
+}
+// A caption label and a check box with their captions (and the box's tool tip).
+QLabel* MakeLabel(QWidget* parent, const QString& name, const QString& caption);
+QCheckBox* MakeCheckBox(QWidget* parent, const QString& name, const QString& caption, const QString& toolTip = QString());
 
 } // namespace mGUISupport
