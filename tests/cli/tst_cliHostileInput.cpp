@@ -2,6 +2,7 @@
 // cause, usage errors for empty devices and files, control characters that reach the terminal
 // escaped, firmware files refused before the grip is touched, foreign and folder libraries left
 // alone, imports that are all or nothing and libraries that stay readable.
+#include "CliRunner.h"
 #include "../library/LibraryTestSupport.h"
 
 #include "cli/CliContext.h"
@@ -16,10 +17,7 @@ using LibraryTest::writeFile;
 
 namespace {
 
-struct Run {
-    int status = -1;
-    QString out, err;
-};
+using Run = CliRun;
 
 // A library file looked at past the program.
 qint64 rows(const QString& path, const QString& table)
@@ -61,23 +59,7 @@ class tst_cliHostileInput : public QObject {
     QString library() const { return QDir(m_home).filePath(QStringLiteral("Marlo.mdb")); }
 
     // marlo-cli with this test's program folder and preferences; "<name>" is a file of the test.
-    Run cli(QStringList arguments)
-    {
-        for (QString& argument : arguments) {
-            if (argument.startsWith(QLatin1Char('<')) && argument.endsWith(QLatin1Char('>')))
-                argument = m_dir.filePath(argument.mid(1, argument.size() - 2));
-        }
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("MARLO_HOME"), m_home);
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
-        process.setProcessEnvironment(environment);
-        process.start(QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("marlo-cli")), arguments);
-        Run run;
-        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
-            run = {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-        return run;
-    }
+    Run cli(const QStringList& arguments) { return RunCli(QDir(m_dir.path()), m_home, arguments); }
 
 private slots:
     void initTestCase()

@@ -1,5 +1,6 @@
 // marlo-cli's library commands, run as the program itself: list, show, export, import, delete,
 // --db and --json, and what it says instead of asking.
+#include "CliRunner.h"
 #include "LibraryTestSupport.h"
 
 #include <QJsonArray>
@@ -14,7 +15,7 @@ namespace {
 
 const QString kKnown = QStringLiteral("{0F0F0F0F-1111-4222-8333-444444444444}");
 
-struct Run { int status = -1; QString out, err; };
+using Run = CliRun;
 
 } // namespace
 
@@ -25,23 +26,7 @@ class tst_libraryCli : public QObject {
     QString m_home = m_dir.filePath(QStringLiteral("prog"));
 
     // marlo-cli with this test's program folder and preferences; "<name>" is a file of the test.
-    Run cli(QStringList arguments)
-    {
-        for (QString& argument : arguments) {
-            if (argument.startsWith(QLatin1Char('<')))
-                argument = m_dir.filePath(argument.mid(1, argument.size() - 2));
-        }
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("MARLO_HOME"), m_home);
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
-        process.setProcessEnvironment(environment);
-        process.start(QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("marlo-cli")), arguments);
-        Run run;
-        if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
-            run = {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
-        return run;
-    }
+    Run cli(const QStringList& arguments) { return RunCli(QDir(m_dir.path()), m_home, arguments); }
 
 private slots:
     void initTestCase()
