@@ -31,7 +31,7 @@ QString PortFailureText(const PortFailure& failure)
     case PortFailure::Kind::NotFound:
         return QStringLiteral("The serial port %1 does not exist.").arg(failure.path);
     case PortFailure::Kind::PermissionDenied:
-        return QStringLiteral("Permission denied opening %1").arg(failure.path);
+        return QStringLiteral("Permission denied opening %1.").arg(failure.path);
     case PortFailure::Kind::InUse:
         if (failure.holderPid > 0)
             return QStringLiteral("The serial port %1 is in use by %2.").arg(failure.path, holderText(failure));

@@ -69,7 +69,7 @@ private slots:
         QTest::newRow("does not exist") << PortFailure{Kind::NotFound, "/dev/ttyUSB9", "No such file or directory", {}, 0, {}}
                                         << "The serial port /dev/ttyUSB9 does not exist." << "Check the port number or the device";
         QTest::newRow("permission denied") << PortFailure{Kind::PermissionDenied, "/dev/ttyS0", "Permission denied", {}, 0, {}}
-                                           << "Permission denied opening /dev/ttyS0"
+                                           << "Permission denied opening /dev/ttyS0."
                                            << "Your user must be in the 'dialout' group to use serial ports: run 'sudo usermod -aG dialout $USER'";
         QTest::newRow("in use by a program") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "locked", "/var/lock/LCK..ttyUSB0", 4242, "minicom"}
                                              << "The serial port /dev/ttyUSB0 is in use by minicom (process 4242)."
