@@ -61,6 +61,14 @@ struct Workflow {
     QString version, sent;
 };
 
+// A grip and a file that make an upload fail, the error reported (-1 any) and the step the
+// report names (%1: the file).
+struct BadUpload {
+    QString grip, file;
+    int error;
+    QString step;
+};
+
 } // namespace
 
 class tst_firmwareWindow : public QObject {
@@ -198,27 +206,20 @@ private slots:
     }
     void badInputLeavesAUsableWindow_data()
     {
-        QTest::addColumn<QString>("grip");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<int>("error");
-        QTest::addColumn<QString>("step"); // the step the error report names (%1: the file)
+        QTest::addColumn<BadUpload>("badUpload");
 
         const QString fits = QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0");
         const QString load = QStringLiteral("UploadFirmware - load firmware file (%1)");
-        QTest::newRow("missing file") << fits << "missing.tvf" << mErrCodes::RT_FILE_NOT_FOUND << load;
-        QTest::newRow("a folder, not a file") << fits << "." << mErrCodes::RT_FILE_ACCESS << load;
-        QTest::newRow("garbage") << fits << "garbage.tvf" << -1 << load;
-        QTest::newRow("grip refuses a block halfway") << fits + ",failblock=300*3" << "good.tvf" << mErrCodes::ERR_UL_FIRMWARE
-                                                      << "UploadFirmware - stop program for upload";
-        QTest::newRow("grip in boot mode refuses a block") << fits + ",bootmode=1,failblock=50*3" << "good.tvf"
-                                                           << mErrCodes::ERR_UL_FIRMWARE << "UploadFirmware - Check bootmode";
+        QTest::newRow("missing file") << BadUpload{fits, "missing.tvf", mErrCodes::RT_FILE_NOT_FOUND, load};
+        QTest::newRow("a folder, not a file") << BadUpload{fits, ".", mErrCodes::RT_FILE_ACCESS, load};
+        QTest::newRow("garbage") << BadUpload{fits, "garbage.tvf", -1, load};
+        QTest::newRow("grip refuses a block halfway") << BadUpload{fits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - stop program for upload"};
+        QTest::newRow("grip in boot mode refuses a block") << BadUpload{fits + ",bootmode=1,failblock=50*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - Check bootmode"};
     }
     void badInputLeavesAUsableWindow()
     {
-        QFETCH(QString, grip);
-        QFETCH(QString, file);
-        QFETCH(int, error);
-        QFETCH(QString, step);
+        QFETCH(BadUpload, badUpload);
+        const auto& [grip, file, error, step] = badUpload;
 
         WindowHarness h(grip);
         fTolvaneMan& w = h.open();

@@ -67,6 +67,43 @@ void showAndActivate(QWidget& window)
 
 const QString kFactory = QStringLiteral("Factory Default");
 
+// The row deleted, the way (a command, or "key"), the names left, the row selected then and
+// the error reported (0 none).
+struct Deleting {
+    int row;
+    QString way;
+    QStringList remaining;
+    QString selected;
+    int error;
+};
+
+// The templates (names, shot times, dates), the column headers clicked in order, the column
+// compared and its texts then.
+struct Sorting {
+    QStringList names;
+    QList<int> shotTimes;
+    QList<QDate> dates;
+    QList<int> clicks;
+    int column;
+    QStringList order;
+};
+
+// A column: its width in twips (0 hidden), right-aligned or not, and its cell for the record
+// made below and for the factory default.
+struct ColumnLook {
+    int column, twips;
+    bool right;
+    QString cell, factory;
+};
+
+// The control with the focus, a key with its modifiers, and what happens: used, deleted,
+// properties or nothing.
+struct KeyPress {
+    QString focus;
+    int key, modifiers;
+    QString expected;
+};
+
 } // namespace
 
 class tst_libraryBrowser : public QObject {
@@ -111,32 +148,24 @@ private slots:
     }
     void columns_data()
     {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<int>("twips"); // 0: hidden
-        QTest::addColumn<bool>("right");
-        QTest::addColumn<QString>("cell");    // of the record below
-        QTest::addColumn<QString>("factory"); // of the factory default
-
+        QTest::addColumn<ColumnLook>("columnLook");
         const QString name = QStringLiteral("Wet day, a name much longer than its column is wide");
-        QTest::newRow("0 key") << 0 << 0 << false << "" << "";
-        QTest::newRow("1 #") << 1 << 360 << true << "1" << "0";
-        QTest::newRow("2 Name") << 2 << 1875 << false << name << kFactory;
-        QTest::newRow("3 Date") << 3 << 1100 << false << "07-Mar-2024" << "01-Aug-2001";
+        QTest::newRow("0 key") << ColumnLook{0, 0, false, "", ""};
+        QTest::newRow("1 #") << ColumnLook{1, 360, true, "1", "0"};
+        QTest::newRow("2 Name") << ColumnLook{2, 1875, false, name, kFactory};
+        QTest::newRow("3 Date") << ColumnLook{3, 1100, false, "07-Mar-2024", "01-Aug-2001"};
         // 1000 / (10 + 30 + 35 + 25) = 10 shots a second; the shot time is not part of the cycle.
-        QTest::newRow("4 ROF bps") << 4 << 840 << true << "10.0" << ".0";
-        QTest::newRow("5 ST ms") << 5 << 645 << true << "12345" << "0";
-        QTest::newRow("6 DT ms") << 6 << 645 << true << "10" << "0";
-        QTest::newRow("7 CTO ms") << 7 << 750 << true << "30" << "0";
-        QTest::newRow("8 LT ms") << 8 << 645 << true << "35" << "0";
-        QTest::newRow("9 CTC ms") << 9 << 750 << true << "25" << "0";
+        QTest::newRow("4 ROF bps") << ColumnLook{4, 840, true, "10.0", ".0"};
+        QTest::newRow("5 ST ms") << ColumnLook{5, 645, true, "12345", "0"};
+        QTest::newRow("6 DT ms") << ColumnLook{6, 645, true, "10", "0"};
+        QTest::newRow("7 CTO ms") << ColumnLook{7, 750, true, "30", "0"};
+        QTest::newRow("8 LT ms") << ColumnLook{8, 645, true, "35", "0"};
+        QTest::newRow("9 CTC ms") << ColumnLook{9, 750, true, "25", "0"};
     }
     void columns()
     {
-        QFETCH(int, column);
-        QFETCH(int, twips);
-        QFETCH(bool, right);
-        QFETCH(QString, cell);
-        QFETCH(QString, factory);
+        QFETCH(ColumnLook, columnLook);
+        const auto& [column, twips, right, cell, factory] = columnLook;
         ScriptedLibrary library;
         const auto record = addTemplate(QStringLiteral("Wet day, a name much longer than its column is wide"), 12345, QDate(2024, 3, 7));
         record->setlDwellTime(10);
@@ -176,27 +205,20 @@ private slots:
     }
     void deleting_data()
     {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QString>("way"); // a command, or the Delete key
-        QTest::addColumn<QStringList>("remaining");
-        QTest::addColumn<QString>("selected");
-        QTest::addColumn<int>("error");
-        QTest::newRow("first template, button: the next") << 1 << "cmdDelete" << QStringList{kFactory, "B", "C"} << "B" << 0;
-        QTest::newRow("middle, menu: the next") << 2 << "mnuDelete" << QStringList{kFactory, "A", "C"} << "C" << 0;
-        QTest::newRow("last, Delete key: the new last") << 3 << "key" << QStringList{kFactory, "A", "B"} << "B" << 0;
+        QTest::addColumn<Deleting>("deleting");
+        QTest::newRow("first template, button: the next") << Deleting{1, "cmdDelete", {kFactory, "B", "C"}, "B", 0};
+        QTest::newRow("middle, menu: the next") << Deleting{2, "mnuDelete", {kFactory, "A", "C"}, "C", 0};
+        QTest::newRow("last, Delete key: the new last") << Deleting{3, "key", {kFactory, "A", "B"}, "B", 0};
         // The factory default cannot be deleted, whichever way.
         const QStringList all{kFactory, "A", "B", "C"};
-        QTest::newRow("factory default, button") << 0 << "cmdDelete" << all << kFactory << 10020;
-        QTest::newRow("factory default, menu") << 0 << "mnuDelete" << all << kFactory << 10020;
-        QTest::newRow("factory default, Delete key") << 0 << "key" << all << kFactory << 10020;
+        QTest::newRow("factory default, button") << Deleting{0, "cmdDelete", all, kFactory, 10020};
+        QTest::newRow("factory default, menu") << Deleting{0, "mnuDelete", all, kFactory, 10020};
+        QTest::newRow("factory default, Delete key") << Deleting{0, "key", all, kFactory, 10020};
     }
     void deleting()
     {
-        QFETCH(int, row);
-        QFETCH(QString, way);
-        QFETCH(QStringList, remaining);
-        QFETCH(QString, selected);
-        QFETCH(int, error);
+        QFETCH(Deleting, deleting);
+        const auto& [row, way, remaining, selected, error] = deleting;
         ScriptedLibrary library;
         const QList<std::shared_ptr<cSetsTemplate>> records = {addTemplate("A"), addTemplate("B"), addTemplate("C")};
         fLibSets browser;
@@ -271,37 +293,27 @@ private slots:
     }
     void sortsAsText_data()
     {
-        QTest::addColumn<QStringList>("names");
-        QTest::addColumn<QList<int>>("shotTimes");
-        QTest::addColumn<QList<QDate>>("dates");
-        QTest::addColumn<QList<int>>("clicks"); // column headers clicked, in order
-        QTest::addColumn<int>("column");        // the column compared
-        QTest::addColumn<QStringList>("order");
-
+        QTest::addColumn<Sorting>("sorting");
         const QStringList three = {"a", "b", "c"};
         const QList<int> st = {5, 10, 20};
         const QList<QDate> days = {QDate(2024, 3, 7), QDate(2023, 12, 25), QDate(2022, 1, 9)};
-        QTest::newRow("ST ascending: 10 before 5") << three << st << days << QList<int>{5} << 5 << QStringList{"0", "10", "20", "5"};
-        QTest::newRow("ST again flips") << three << st << days << QList<int>{5, 5} << 5 << QStringList{"5", "20", "10", "0"};
-        QTest::newRow("ST a third time ascends") << three << st << days << QList<int>{5, 5, 5} << 5 << QStringList{"0", "10", "20", "5"};
-        QTest::newRow("dates by their day first") << three << st << days << QList<int>{3} << 3
-                                                  << QStringList{"01-Aug-2001", "07-Mar-2024", "09-Jan-2022", "25-Dec-2023"};
-        QTest::newRow("another column starts ascending") << three << st << days << QList<int>{5, 5, 2} << 2
-                                                         << QStringList{"Factory Default", "a", "b", "c"};
-        QTest::newRow("names as text, capitals first") << QStringList{"b", "B", "a"} << st << days << QList<int>{2} << 2
-                                                       << QStringList{"B", "Factory Default", "a", "b"};
-        QTest::newRow("row numbers as text") << QStringList{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}
-                                             << QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10} << QList<QDate>{} << QList<int>{1, 1} << 1
-                                             << QStringList{"9", "8", "7", "6", "5", "4", "3", "2", "10", "1", "0"};
+        QTest::newRow("ST ascending: 10 before 5") << Sorting{three, st, days, {5}, 5, {"0", "10", "20", "5"}};
+        QTest::newRow("ST again flips") << Sorting{three, st, days, {5, 5}, 5, {"5", "20", "10", "0"}};
+        QTest::newRow("ST a third time ascends") << Sorting{three, st, days, {5, 5, 5}, 5, {"0", "10", "20", "5"}};
+        QTest::newRow("dates by their day first")
+            << Sorting{three, st, days, {3}, 3, {"01-Aug-2001", "07-Mar-2024", "09-Jan-2022", "25-Dec-2023"}};
+        QTest::newRow("another column starts ascending")
+            << Sorting{three, st, days, {5, 5, 2}, 2, {"Factory Default", "a", "b", "c"}};
+        QTest::newRow("names as text, capitals first")
+            << Sorting{{"b", "B", "a"}, st, days, {2}, 2, {"B", "Factory Default", "a", "b"}};
+        QTest::newRow("row numbers as text")
+            << Sorting{{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {}, {1, 1}, 1,
+                       {"9", "8", "7", "6", "5", "4", "3", "2", "10", "1", "0"}};
     }
     void sortsAsText()
     {
-        QFETCH(QStringList, names);
-        QFETCH(QList<int>, shotTimes);
-        QFETCH(QList<QDate>, dates);
-        QFETCH(QList<int>, clicks);
-        QFETCH(int, column);
-        QFETCH(QStringList, order);
+        QFETCH(Sorting, sorting);
+        const auto& [names, shotTimes, dates, clicks, column, order] = sorting;
         ScriptedLibrary library;
         for (int i = 0; i < names.size(); ++i)
             addTemplate(names[i], shotTimes.value(i), dates.value(i, QDate(2020, 1, 1)));
@@ -314,28 +326,6 @@ private slots:
         }
         QCOMPARE(columnTexts(listOf(browser), column), order);
         QCOMPARE(header->sortIndicatorSection(), clicks.last());
-    }
-    void deletedAndUnsavedIsNotShownAgain()
-    {
-        ScriptedLibrary library;
-        addTemplate(QStringLiteral("Keep"));
-        const auto gone = addTemplate(QStringLiteral("Gone"));
-        saveAndReload();
-        {
-            fLibSets browser;
-            selectRow(listOf(browser), 2);
-            run(&browser, QStringLiteral("cmdDelete"));
-            run(&browser, QStringLiteral("cmdClose"));
-        }
-        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, "Keep"}));
-        // Not saved: the row is still in the file until the library is saved.
-        {
-            QSqlDatabase connection = mMain::ConnectDB();
-            QVERIFY(mDatabase::Execute(connection, QStringLiteral("SELECT * FROM ta_SetsTemplate WHERE sName = \"Gone\";")).next());
-        }
-        saveAndReload();
-        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, "Keep"}));
-        QVERIFY(!Application().colSetsTemplate().Find(gone->ID()));
     }
     void neverReadsTheLibraryFileAgain()
     {
@@ -357,85 +347,47 @@ private slots:
         QCOMPARE(listOf(browser)->topLevelItemCount(), 5);
         GUITEST_NO_ERRORS(library.ui.script);
     }
-    void anyTextIsShownAndKeptExactly_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("quotes, date marks, keywords, comments")
-            << QStringLiteral("12\" \"\"wet\"\" O'Brien's #08-01-2001# DELETE * FROM ta_SetsTemplate WHERE ID = '1' -- /*");
-        QTest::newRow("non-Latin letters") << QStringLiteral("Ölkännchen 日本語 Ελληνικά русский");
-        QTest::newRow("very long") << QString(2000, QLatin1Char('x')) + QStringLiteral(" end");
-        QTest::newRow("blanks around") << QStringLiteral("  spaced  ");
-    }
-    void anyTextIsShownAndKeptExactly()
-    {
-        QFETCH(QString, name);
-        ScriptedLibrary library;
-        addTemplate(QStringLiteral("before"));
-        const auto record = addTemplate(QStringLiteral("typed later"));
-        addTemplate(QStringLiteral("after"));
-        saveAndReload();
-        {
-            // Typed in the property editor opened from the browser, then saved with the library.
-            fLibSets browser;
-            selectRow(listOf(browser), 2);
-            answerNextModal([&](QDialog* editor) {
-                auto* txtName = control<QLineEdit>(editor, QStringLiteral("txtName"));
-                txtName->selectAll();
-                txtName->insert(name); // any text, as a paste would put it
-                run(editor, QStringLiteral("cmdOK"));
-            });
-            run(&browser, QStringLiteral("cmdProperties"));
-            QCOMPARE(listOf(browser)->topLevelItem(2)->text(fLibSets::ColName), name);
-        }
-        saveAndReload();
-        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, "before", name, "after"}));
-        QCOMPARE(Application().colSetsTemplate().Find(record->ID())->sName(), name);
-        GUITEST_NO_ERRORS(library.ui.script);
-    }
     void propertiesRefreshTheRow()
     {
         ScriptedLibrary library;
         const auto record = addTemplate(QStringLiteral("Old name"));
         fLibSets browser;
         QString caption;
+        // Any text, shown exactly as typed.
+        const QString name = QStringLiteral("  12\" \"\"wet\"\" O'Brien's #08-01-2001# -- Ölkännchen 日本語  ");
         // Cancel keeps what was typed (OK the same); the factory default's changes are kept nowhere.
         for (const char* button : {"cmdCancel", "cmdOK"}) {
             const int row = QLatin1String(button) == QLatin1String("cmdCancel") ? 1 : 0;
             selectRow(listOf(browser), row);
             answerNextModal([&](QDialog* editor) {
                 caption = editor->windowTitle();
-                control<QLineEdit>(editor, QStringLiteral("txtName"))->setText(QStringLiteral("New name"));
+                control<QLineEdit>(editor, QStringLiteral("txtName"))->setText(name);
                 run(editor, QLatin1String(button));
             });
             run(&browser, QStringLiteral("cmdProperties"));
             QCOMPARE(caption, QStringLiteral("Settings #%1").arg(row));
         }
-        QCOMPARE(record->sName(), QStringLiteral("New name"));
-        QCOMPARE(listOf(browser)->topLevelItem(1)->text(fLibSets::ColName), QStringLiteral("New name"));
+        QCOMPARE(record->sName(), name);
+        QCOMPARE(listOf(browser)->topLevelItem(1)->text(fLibSets::ColName), name);
         QCOMPARE(Application().colSetsTemplate().Count(), 1);
-        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, "New name"}));
+        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, name}));
     }
     void keysWorkWhereverTheFocusIs_data()
     {
-        QTest::addColumn<QString>("focus");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<QString>("expected"); // used, deleted, properties, nothing
-        QTest::newRow("Enter on Close") << "cmdClose" << int(Qt::Key_Return) << int(Qt::NoModifier) << "used";
-        QTest::newRow("keypad Enter on Delete") << "cmdDelete" << int(Qt::Key_Enter) << int(Qt::KeypadModifier) << "used";
-        QTest::newRow("Delete on Use") << "cmdUse" << int(Qt::Key_Delete) << int(Qt::NoModifier) << "deleted";
-        QTest::newRow("Ctrl+P on the list") << "lvwLib" << int(Qt::Key_P) << int(Qt::ControlModifier) << "properties";
-        QTest::newRow("Ctrl+P on Close") << "cmdClose" << int(Qt::Key_P) << int(Qt::ControlModifier) << "properties";
-        QTest::newRow("Shift+Delete does nothing") << "lvwLib" << int(Qt::Key_Delete) << int(Qt::ShiftModifier) << "nothing";
-        QTest::newRow("Ctrl+Enter does nothing") << "lvwLib" << int(Qt::Key_Return) << int(Qt::ControlModifier) << "nothing";
-        QTest::newRow("P alone does nothing") << "lvwLib" << int(Qt::Key_P) << int(Qt::NoModifier) << "nothing";
+        QTest::addColumn<KeyPress>("keyPress");
+        QTest::newRow("Enter on Close") << KeyPress{"cmdClose", int(Qt::Key_Return), int(Qt::NoModifier), "used"};
+        QTest::newRow("keypad Enter on Delete") << KeyPress{"cmdDelete", int(Qt::Key_Enter), int(Qt::KeypadModifier), "used"};
+        QTest::newRow("Delete on Use") << KeyPress{"cmdUse", int(Qt::Key_Delete), int(Qt::NoModifier), "deleted"};
+        QTest::newRow("Ctrl+P on the list") << KeyPress{"lvwLib", int(Qt::Key_P), int(Qt::ControlModifier), "properties"};
+        QTest::newRow("Ctrl+P on Close") << KeyPress{"cmdClose", int(Qt::Key_P), int(Qt::ControlModifier), "properties"};
+        QTest::newRow("Shift+Delete does nothing") << KeyPress{"lvwLib", int(Qt::Key_Delete), int(Qt::ShiftModifier), "nothing"};
+        QTest::newRow("Ctrl+Enter does nothing") << KeyPress{"lvwLib", int(Qt::Key_Return), int(Qt::ControlModifier), "nothing"};
+        QTest::newRow("P alone does nothing") << KeyPress{"lvwLib", int(Qt::Key_P), int(Qt::NoModifier), "nothing"};
     }
     void keysWorkWhereverTheFocusIs()
     {
-        QFETCH(QString, focus);
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
-        QFETCH(QString, expected);
+        QFETCH(KeyPress, keyPress);
+        const auto& [focus, key, modifiers, expected] = keyPress;
         ScriptedLibrary library;
         const auto record = addTemplate(QStringLiteral("A"));
         addTemplate(QStringLiteral("B"));

@@ -50,6 +50,19 @@ struct Closing {
     QString message;
 };
 
+// A device chosen from the list (item) or typed, what is stored, the path checked for access
+// ("" none) and whether the page shows a problem.
+struct Device {
+    int item; // -1: typed is typed
+    QString typed, device, checked;
+    bool problem;
+};
+
+// The tab on show, a key with its modifiers, and the tab on show then.
+struct TabKey {
+    int start, key, modifiers, tab;
+};
+
 } // namespace
 
 class tst_options : public QObject {
@@ -203,23 +216,18 @@ private slots:
     }
     void ctrlTabAndOnlyCtrlTab_data()
     {
-        QTest::addColumn<int>("start");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<int>("modifiers");
-        QTest::addColumn<int>("tab");
-        QTest::newRow("Ctrl+Tab to the next") << 0 << int(Qt::Key_Tab) << int(Qt::ControlModifier) << 1;
-        QTest::newRow("Ctrl+Tab from the last to the first") << 1 << int(Qt::Key_Tab) << int(Qt::ControlModifier) << 0;
-        QTest::newRow("Ctrl+Shift+Tab (backtab) nothing") << 0 << int(Qt::Key_Backtab) << int(Qt::ControlModifier | Qt::ShiftModifier) << 0;
-        QTest::newRow("Ctrl+Shift+Tab (tab) nothing") << 1 << int(Qt::Key_Tab) << int(Qt::ControlModifier | Qt::ShiftModifier) << 1;
-        QTest::newRow("Ctrl+Alt+Tab nothing") << 0 << int(Qt::Key_Tab) << int(Qt::ControlModifier | Qt::AltModifier) << 0;
-        QTest::newRow("Tab alone nothing") << 0 << int(Qt::Key_Tab) << int(Qt::NoModifier) << 0;
+        QTest::addColumn<TabKey>("row");
+        QTest::newRow("Ctrl+Tab to the next") << TabKey{0, int(Qt::Key_Tab), int(Qt::ControlModifier), 1};
+        QTest::newRow("Ctrl+Tab from the last to the first") << TabKey{1, int(Qt::Key_Tab), int(Qt::ControlModifier), 0};
+        QTest::newRow("Ctrl+Shift+Tab (backtab) nothing") << TabKey{0, int(Qt::Key_Backtab), int(Qt::ControlModifier | Qt::ShiftModifier), 0};
+        QTest::newRow("Ctrl+Shift+Tab (tab) nothing") << TabKey{1, int(Qt::Key_Tab), int(Qt::ControlModifier | Qt::ShiftModifier), 1};
+        QTest::newRow("Ctrl+Alt+Tab nothing") << TabKey{0, int(Qt::Key_Tab), int(Qt::ControlModifier | Qt::AltModifier), 0};
+        QTest::newRow("Tab alone nothing") << TabKey{0, int(Qt::Key_Tab), int(Qt::NoModifier), 0};
     }
     void ctrlTabAndOnlyCtrlTab()
     {
-        QFETCH(int, start);
-        QFETCH(int, key);
-        QFETCH(int, modifiers);
-        QFETCH(int, tab);
+        QFETCH(TabKey, row);
+        const auto [start, key, modifiers, tab] = row;
         ScriptedLibrary library;
         fOptions dialog;
         dialog.show();
@@ -253,90 +261,70 @@ private slots:
         // Nothing is applied by browsing.
         QCOMPARE(Application().RegistrySettings().DBName(), before);
     }
-    void deviceListFromTheGivenPorts()
+    void devices_data()
     {
+        QTest::addColumn<Device>("row");
+        QTest::newRow("a port of the machine, access denied") << Device{0, "", "/dev/ttyUSB0", "/dev/ttyUSB0", true};
+        QTest::newRow("a port without description") << Device{1, "", "/dev/ttyACM0", "/dev/ttyACM0", false};
+        QTest::newRow("the virtual grip: nothing to check") << Device{2, "", "sim", "", false};
+        QTest::newRow("a path typed") << Device{-1, " /dev/ttyS7 ", "/dev/ttyS7", "/dev/ttyS7", false};
+        QTest::newRow("a virtual grip with options") << Device{-1, "sim:firmware=1.1.70", "sim:firmware=1.1.70", "", false};
+        QTest::newRow("empty: the port number decides") << Device{-1, "", "", "/dev/ttyS1", false};
+    }
+    void devices()
+    {
+        QFETCH(Device, row);
+        const auto& [item, typed, device, checked, problem] = row;
         ScriptedLibrary library;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        prefs.setCommDevice(QStringLiteral("/dev/old"));
+        prefs.setCommPort(2);
         fOptions dialog;
-        int asked = 0;
+        int listed = 0;
         dialog.setPortLister([&] {
-            ++asked;
+            ++listed;
             return kPorts;
         });
-        QComboBox* devices = combo(&dialog, "cboDevice");
-        devices->setEditText(QStringLiteral("typed by hand"));
-        dialog.RefreshDeviceList();
-        QCOMPARE(itemsOf(devices), (QStringList{"/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001):/dev/ttyUSB0",
-                                                "/dev/ttyACM0:/dev/ttyACM0", "Virtual grip (demo):sim"}));
-        QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
-        QCOMPARE(asked, 1);
-        // Opening the list asks for the ports again: a device plugged in meanwhile shows.
-        dialog.show();
-        devices->showPopup();
-        devices->hidePopup();
-        QCOMPARE(asked, 2);
-        QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
-    }
-    void chosenDeviceIsStored_data()
-    {
-        QTest::addColumn<int>("item"); // -1: the text below is typed
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("device");
-        QTest::newRow("a port of the machine") << 0 << "" << "/dev/ttyUSB0";
-        QTest::newRow("a port without description") << 1 << "" << "/dev/ttyACM0";
-        QTest::newRow("the virtual grip") << 2 << "" << "sim";
-        QTest::newRow("a path typed") << -1 << " /dev/ttyS7 " << "/dev/ttyS7";
-        QTest::newRow("a virtual grip with options") << -1 << "sim:firmware=1.1.70" << "sim:firmware=1.1.70";
-        QTest::newRow("empty: the port number") << -1 << "" << "";
-    }
-    void chosenDeviceIsStored()
-    {
-        QFETCH(int, item);
-        QFETCH(QString, typed);
-        QFETCH(QString, device);
-        ScriptedLibrary library;
-        Application().RegistrySettings().setCommDevice(QStringLiteral("/dev/old"));
-        fOptions dialog;
-        dialog.setPortLister([] { return kPorts; });
-        dialog.RefreshDeviceList();
-        QComboBox* devices = combo(&dialog, "cboDevice");
-        if (item >= 0)
-            devices->setCurrentIndex(item);
-        else
-            devices->setEditText(typed);
-        QCOMPARE(dialog.ChosenDevice(), device);
-        run(&dialog, QStringLiteral("cmdOK"));
-        QCOMPARE(Application().RegistrySettings().CommDevice(), device);
-        QCOMPARE(stored(QStringLiteral("CommDevice")), device);
-    }
-    void deviceProblemShownOnThePage()
-    {
-        ScriptedLibrary library;
-        Application().RegistrySettings().setCommPort(2);
-        fOptions dialog;
         const QString denied = QStringLiteral("Permission denied opening /dev/ttyUSB0. Your user must be in the 'dialout' group");
         QStringList asked;
         dialog.setDeviceChecker([&](const QString& path) {
             asked << path;
             return path == QLatin1String("/dev/ttyUSB0") ? denied : QString();
         });
-        auto* problem = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
-        QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS1")); // no device: the port number decides
-        QVERIFY(problem->isHidden());
-        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyUSB0"));
-        QCOMPARE(dialog.DeviceProblem(), denied);
-        QVERIFY(!problem->isHidden());
-        QCOMPARE(problem->text(), denied);
-        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("Virtual grip (demo)"));
-        QCOMPARE(asked.last(), QString());
-        QVERIFY(problem->isHidden());
-        combo(&dialog, "cboDevice")->setEditText(QString());
+        // The machine's ports with what they tell of themselves, then the virtual grip; what was
+        // typed stays. Opening the list asks again, so that a device plugged in meanwhile shows.
+        QComboBox* devices = combo(&dialog, "cboDevice");
+        devices->setEditText(QStringLiteral("typed by hand"));
+        dialog.RefreshDeviceList();
+        QCOMPARE(itemsOf(devices), (QStringList{"/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001):/dev/ttyUSB0",
+                                                "/dev/ttyACM0:/dev/ttyACM0", "Virtual grip (demo):sim"}));
+        dialog.show();
+        devices->showPopup();
+        devices->hidePopup();
+        QCOMPARE(listed, 2);
+        QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
+        if (item >= 0)
+            devices->setCurrentIndex(item);
+        else
+            devices->setEditText(typed);
+        QCOMPARE(dialog.ChosenDevice(), device);
+        // The device's problem, if any, is shown on the page at once.
+        QCOMPARE(asked.last(), checked);
+        auto* label = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
+        QCOMPARE(label->isHidden() ? QString() : label->text(), problem ? denied : QString());
         combo(&dialog, "cboPort")->setCurrentIndex(3);
-        QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS3"));
-
-        // The core's own check of a device that is not there.
-        fOptions real;
-        combo(&real, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
-        QVERIFY2(real.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(real.DeviceProblem()));
+        if (device.isEmpty())
+            QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS3"));
+        run(&dialog, QStringLiteral("cmdOK"));
+        QCOMPARE(prefs.CommDevice(), device);
+        QCOMPARE(stored(QStringLiteral("CommDevice")), device);
+    }
+    void aMissingDeviceIsNamedOnThePage()
+    {
+        ScriptedLibrary library;
+        fOptions dialog;
+        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
+        QVERIFY2(dialog.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(dialog.DeviceProblem()));
     }
 };
 

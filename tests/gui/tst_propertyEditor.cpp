@@ -35,6 +35,19 @@ QString selectedVariable(QTreeWidget* list)
     return selected.isEmpty() ? QStringLiteral("(none)") : selected.first()->text(0);
 }
 
+// A command on the user variables: how it is given (a command, or a double-click on the row),
+// the row selected first or double-clicked, how the variable dialog is closed, what the dialog
+// showed first ("-": no dialog), the rows afterwards ("name=value") and the row selected then
+// ("": not looked at).
+struct VariableCommand {
+    QString how;
+    int row;
+    bool ok;
+    QString prefilled;
+    QStringList rows;
+    QString selected;
+};
+
 } // namespace
 
 class tst_propertyEditor : public QObject {
@@ -121,12 +134,7 @@ private slots:
     }
     void userVariableCommands_data()
     {
-        QTest::addColumn<QString>("how");       // a command, or a double-click on the row
-        QTest::addColumn<int>("row");           // the row selected first, or double-clicked
-        QTest::addColumn<bool>("ok");           // how the variable dialog is closed
-        QTest::addColumn<QString>("prefilled"); // what the dialog showed ("-": no dialog)
-        QTest::addColumn<QStringList>("rows");  // afterwards, "name=value"
-        QTest::addColumn<QString>("selected"); // afterwards ("": not looked at)
+        QTest::addColumn<VariableCommand>("variableCommand");
 
         // The dialog is answered with Wind and 3 m/s "gusty".
         const QStringList vars = {"Name=", "Date=", "Temperature=", "Humidity=", "Sun=", "Barrel=12\"", "Paint="};
@@ -139,25 +147,21 @@ private slots:
                 rows[row] = text;
             return rows;
         };
-        QTest::newRow("add, button, OK") << "cmdAdd" << 0 << true << "=" << vars + QStringList{wind} << "Wind";
-        QTest::newRow("add, menu, OK") << "mnuAdd" << 0 << true << "=" << vars + QStringList{wind} << "Wind";
-        QTest::newRow("add, Cancel: nothing added") << "cmdAdd" << 0 << false << "=" << vars << "Name";
-        QTest::newRow("edit, button, OK") << "cmdEdit" << 5 << true << "Barrel=12\"" << with(5, wind) << "Wind";
-        QTest::newRow("edit, menu, OK") << "mnuEdit" << 5 << true << "Barrel=12\"" << with(5, wind) << "Wind";
-        QTest::newRow("edit, double-click, OK") << "double-click" << 5 << true << "Barrel=12\"" << with(5, wind) << "";
-        QTest::newRow("edit, double-click, Cancel") << "double-click" << 5 << false << "Barrel=12\"" << vars << "";
-        QTest::newRow("remove first, button: the next") << "cmdRemove" << 0 << true << "-" << with(0, "") << "Date";
-        QTest::newRow("remove middle, menu: the next") << "mnuRemove" << 3 << true << "-" << with(3, "") << "Sun";
-        QTest::newRow("remove last, button: the new last") << "cmdRemove" << 6 << true << "-" << with(6, "") << "Barrel";
+        QTest::newRow("add, button, OK") << VariableCommand{"cmdAdd", 0, true, "=", vars + QStringList{wind}, "Wind"};
+        QTest::newRow("add, menu, OK") << VariableCommand{"mnuAdd", 0, true, "=", vars + QStringList{wind}, "Wind"};
+        QTest::newRow("add, Cancel: nothing added") << VariableCommand{"cmdAdd", 0, false, "=", vars, "Name"};
+        QTest::newRow("edit, button, OK") << VariableCommand{"cmdEdit", 5, true, "Barrel=12\"", with(5, wind), "Wind"};
+        QTest::newRow("edit, menu, OK") << VariableCommand{"mnuEdit", 5, true, "Barrel=12\"", with(5, wind), "Wind"};
+        QTest::newRow("edit, double-click, OK") << VariableCommand{"double-click", 5, true, "Barrel=12\"", with(5, wind), ""};
+        QTest::newRow("edit, double-click, Cancel") << VariableCommand{"double-click", 5, false, "Barrel=12\"", vars, ""};
+        QTest::newRow("remove first, button: the next") << VariableCommand{"cmdRemove", 0, true, "-", with(0, ""), "Date"};
+        QTest::newRow("remove middle, menu: the next") << VariableCommand{"mnuRemove", 3, true, "-", with(3, ""), "Sun"};
+        QTest::newRow("remove last, button: the new last") << VariableCommand{"cmdRemove", 6, true, "-", with(6, ""), "Barrel"};
     }
     void userVariableCommands()
     {
-        QFETCH(QString, how);
-        QFETCH(int, row);
-        QFETCH(bool, ok);
-        QFETCH(QString, prefilled);
-        QFETCH(QStringList, rows);
-        QFETCH(QString, selected);
+        QFETCH(VariableCommand, variableCommand);
+        const auto& [how, row, ok, prefilled, rows, selected] = variableCommand;
         ScriptedLibrary library;
         const auto record = Application().colSetsTemplate().Add();
         record->colUserVar().Item(6)->setsValue(QStringLiteral("12\""));
@@ -187,37 +191,24 @@ private slots:
         QCOMPARE(rowsOf(list), rows);
         if (!selected.isEmpty())
             QCOMPARE(selectedVariable(list), selected);
-        // The record holds what the list shows: a page opened again before any save shows the same.
+        // The record holds what the list shows: a page opened again before any save shows the same;
+        // a removed variable is only marked until the save, which writes what the list showed.
         ucUserVariables again;
         again.setSetting(record);
         QCOMPARE(rowsOf(again), rows);
         QCOMPARE(record->colUserVar().Item(record->colUserVar().Count())->ParentID(), record->ID());
-        QVERIFY(library.ui.script.questions.isEmpty());
-        GUITEST_NO_ERRORS(library.ui.script);
-    }
-    void removedVariableLeavesTheFileAtTheNextSave()
-    {
-        ScriptedLibrary library;
-        const QString id = Application().colSetsTemplate().Add()->ID();
-        const auto save = [] {
-            QSqlDatabase connection;
-            Application().colSetsTemplate().Save(connection);
-        };
-        save();
-        const auto record = Application().colSetsTemplate().Find(id);
-        ucUserVariables page;
-        page.setSetting(record);
-        selectRow(control<QTreeWidget>(&page, QStringLiteral("lvwUserVariables")), 2);
-        run(&page, QStringLiteral("cmdRemove"));
-        QCOMPARE(record->colUserVar().Count(), 7); // until the save
-        save();
-        QCOMPARE(record->colUserVar().Count(), 6);
+        QCOMPARE(record->colUserVar().Count(), rows.size() > 7 ? 8 : 7);
+        QSqlDatabase connection;
+        Application().colSetsTemplate().Save(connection);
         mMain::ReleaseApplication();
         ucUserVariables reloaded;
-        reloaded.setSetting(Application().colSetsTemplate().Find(id));
-        QStringList names = rowsOf(reloaded);
-        names.sort();
-        QCOMPARE(names, (QStringList{"Barrel=", "Date=", "Humidity=", "Name=", "Paint=", "Sun="}));
+        reloaded.setSetting(Application().colSetsTemplate().Find(record->ID()));
+        QStringList saved = rowsOf(reloaded), expected = rows;
+        saved.sort();
+        expected.sort();
+        QCOMPARE(saved, expected);
+        QVERIFY(library.ui.script.questions.isEmpty());
+        GUITEST_NO_ERRORS(library.ui.script);
     }
     void variableBinder()
     {

@@ -1,6 +1,6 @@
 // The timing editor of the main window: limits, slider, up-down and text in step, typed values
-// the slider refuses, the mode lists by firmware, Close = Open, the option switches, the rate of
-// fire and the default settings.
+// the slider refuses, the mode lists by firmware, Close = Open, the option switches and their
+// limits, the rate of fire and the default settings.
 #include "GuiTestSupport.h"
 
 #include "grip/cHyper.h"
@@ -97,22 +97,6 @@ private slots:
         QCOMPARE(c.text->text(), QStringLiteral("14"));
         QCOMPARE(values(), (QList<int>{14, 14, 14}));
         GUITEST_NO_ERRORS(h.ui.script);
-    }
-    void optionLimits_data()
-    {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<int>("maximum"); // the minimum is 1 for all
-        QTest::newRow("eye check max") << "updEyeCheckMax" << 255;
-        QTest::newRow("eye ok max") << "updEyeOKMax" << 255;
-        QTest::newRow("default load time") << "updDefaultLoadTime" << 126;
-    }
-    void optionLimits()
-    {
-        QFETCH(QString, control);
-        QFETCH(int, maximum);
-        WindowHarness h;
-        auto* range = guitest::control<QAbstractSlider>(&h.open(), control);
-        QCOMPARE(QPoint(range->minimum(), range->maximum()), QPoint(1, maximum));
     }
     void aValueOutsideTheSliderIsReported()
     {
@@ -246,6 +230,11 @@ private slots:
         for (int g = 0; g < groups.size(); ++g)
             for (const QString& name : groups[g])
                 QVERIFY2(control<QWidget>(&w, name)->isEnabled() == row.enabled[g], qPrintable(name));
+        // The option times' limits.
+        for (const auto& [name, maximum] : QList<QPair<const char*, int>>{{"updEyeCheckMax", 255}, {"updEyeOKMax", 255}, {"updDefaultLoadTime", 126}}) {
+            auto* range = control<QAbstractSlider>(&w, QLatin1String(name));
+            QCOMPARE(QPoint(range->minimum(), range->maximum()), QPoint(1, maximum));
+        }
     }
     void defaultSettings()
     {
