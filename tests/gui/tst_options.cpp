@@ -1,5 +1,5 @@
-// The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths, the lists
-// that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the device list.
+// The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths and the
+// lists that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the devices.
 #include "GuiTestSupport.h"
 
 #include "gui/shell/fOptions.h"
@@ -136,10 +136,14 @@ private slots:
         }
         prefs.setShowConfirmComm(true);
         prefs.setCommPort(1);
+        prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
         prefs.setDBChanged(false);
         fOptions dialog;
         dialog.show();
         control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->setChecked(false);
+        // The baud, parity, bits and stop-bit lists only show the stored settings: never written.
+        for (const auto& [name, item] : QList<QPair<const char*, const char*>>{{"cboBaud", "19200"}, {"cboParity", "Odd"}, {"cboBits", "7"}, {"cboStopBits", "2"}})
+            combo(&dialog, name)->setCurrentText(QLatin1String(item));
         combo(&dialog, "cboPort")->setCurrentIndex(1);
         combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyUSB3"));
         control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))->setText(target);
@@ -154,6 +158,7 @@ private slots:
         QCOMPARE(prefs.CommDevice(), applied ? QStringLiteral("/dev/ttyUSB3") : QString());
         QCOMPARE(prefs.DBName(), applied ? target : library0);
         QCOMPARE(prefs.DBChanged(), applied && path == QLatin1String("other"));
+        QCOMPARE(prefs.CommSettings() + QLatin1Char('/') + stored(QStringLiteral("CommSettings")), QStringLiteral("9600,N,8,1/9600,N,8,1"));
 
         const QList<ScriptedUi::Message> shown = answer >= 0 ? library.ui.script.questions : library.ui.script.messages;
         QCOMPARE(shown.size(), message.isEmpty() ? 0 : 1);
@@ -174,22 +179,6 @@ private slots:
             }
         }
         GUITEST_NO_ERRORS(library.ui.script);
-    }
-    void commSettingsAreNeverWritten()
-    {
-        ScriptedLibrary library;
-        cRegistrySettings& prefs = Application().RegistrySettings();
-        prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
-        fOptions dialog;
-        for (const auto& [name, item] : QList<QPair<const char*, const char*>>{{"cboBaud", "19200"}, {"cboParity", "Odd"}, {"cboBits", "7"}, {"cboStopBits", "2"}})
-            combo(&dialog, name)->setCurrentText(QLatin1String(item));
-        run(&dialog, QStringLiteral("cmdOK"));
-        QCOMPARE(dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(prefs.CommSettings(), QStringLiteral("9600,N,8,1"));
-        QCOMPARE(stored(QStringLiteral("CommSettings")), QStringLiteral("9600,N,8,1"));
-        fOptions again;
-        QCOMPARE(combo(&again, "cboBaud")->currentText(), QStringLiteral("9600"));
-        QCOMPARE(combo(&again, "cboParity")->currentText(), QStringLiteral("None"));
     }
     void backwardCompatibleBoxOnlyWithLogToFile_data()
     {

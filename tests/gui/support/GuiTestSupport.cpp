@@ -1,22 +1,12 @@
 #include "GuiTestSupport.h"
 
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
 #include "link/mCommBasic.h"
-#include "shell/mMain.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
-#include <QAction>
-#include <QApplication>
-#include <QComboBox>
-#include <QDialog>
 #include <QDir>
-#include <QFile>
-#include <QLineEdit>
 #include <QSettings>
 #include <QTimer>
-#include <QTreeWidget>
 
 namespace guitest {
 
