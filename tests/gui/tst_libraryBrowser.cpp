@@ -1,5 +1,6 @@
-// The library browser: its rows and columns, using, deleting and sorting settings, the factory
-// default, the keys and the pop-up menu, its placement, and that it shows and keeps any text.
+// The library browser: its rows, cells and columns, using, deleting and sorting settings, the
+// factory default, the properties with any text shown exactly, the keys, the pop-up menu, that
+// it never reads the library file again, and its placement.
 #include "GuiTestSupport.h"
 
 #include "gui/library/fLibSets.h"
@@ -87,7 +88,6 @@ struct Sorting {
     int column;
     QStringList order;
 };
-
 
 // The control with the focus, a key with its modifiers, and what happens: used, deleted,
 // properties or nothing.
