@@ -184,7 +184,7 @@ private slots:
         QCOMPARE(w.PanelText(2), version);
         // Held while it ran (closing was refused, the get did not start), given back afterwards.
         QVERIFY(s.heldEverywhere);
-        QVERIFY(!s.closed && w.isVisible());
+        QVERIFY(!s.closed && w.isVisible() && !w.FirmwareTransferRunning());
         QCOMPARE(commandStates(&w), before);
         QCOMPARE(mMain::MousePointerDepth(), 0);
         const QList<int> codes = h.grip.codes();

@@ -88,8 +88,10 @@ private slots:
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.takeCodes(), codes);
         QCOMPARE(messageTexts(h.ui.script), confirmation.isEmpty() ? QStringList() : QStringList{confirmation});
-        if (!confirmation.isEmpty())
+        if (!confirmation.isEmpty()) {
             QCOMPARE(h.ui.script.messages.first().title, QStringLiteral("Confirmation"));
+            QCOMPARE(h.ui.script.messages.first().icon, MsgIcon::Information);
+        }
         QCOMPARE(mMain::MousePointerDepth(), 0);
         QVERIFY(!QApplication::overrideCursor());
         QCOMPARE(mMain::Application().colSetsTemplate().Count(), settings);
