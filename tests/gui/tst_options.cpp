@@ -1,36 +1,19 @@
-// The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths, the lists
-// that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the device list.
-#include "DialogTestSupport.h"
+// The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths and the
+// lists that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the devices.
+#include "GuiTestSupport.h"
 
 #include "gui/shell/fOptions.h"
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
-#include "shell/mMain.h"
 
-#include <QAction>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QTemporaryDir>
-#include <QtTest>
 
 using namespace guitest;
 using mMain::Application;
 using mSerialDevices::PortEntry;
 
 namespace {
-
-QString stored(const QString& key)
-{
-    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
-    return store.value(QStringLiteral("Initialize/") + key).toString();
-}
 
 QStringList itemsOf(QComboBox* combo)
 {
@@ -57,371 +40,282 @@ const QString kRefusedOK = QStringLiteral(
     "If you wish to end the options-dialog without saving press 'Yes'.\r\n"
     "If you wish to correct the path to a valid path press 'No'.");
 
+// The library path typed (same, other, missing, folder, text, access), the button pressed, the
+// answer to OK's question (-1 none asked, 0 No, 1 Yes), whether the changes were applied and the
+// dialog is still open, and the beginning of the message or question shown ("" none).
+struct Closing {
+    QString path, button;
+    int answer;
+    bool applied, open;
+    QString message;
+};
+
+// A device chosen from the list (item) or typed, what is stored, the path checked for access
+// ("" none) and whether the page shows a problem.
+struct Device {
+    int item; // -1: typed is typed
+    QString typed, device, checked;
+    bool problem;
+};
+
+// The tab on show, a key with its modifiers, and the tab on show then.
+struct TabKey {
+    int start, key, modifiers, tab;
+};
+
 } // namespace
 
 class tst_options : public QObject {
     Q_OBJECT
 private slots:
-    void loadsThePreferences();
-    void applyOkCancel_data();
-    void applyOkCancel();
-    void commSettingsAreNeverWritten();
-    void backwardCompatibleBoxOnlyWithLogToFile_data();
-    void backwardCompatibleBoxOnlyWithLogToFile();
-    void ctrlTabAndOnlyCtrlTab_data();
-    void ctrlTabAndOnlyCtrlTab();
-    void browseFillsThePath();
-    void deviceListFromTheGivenPorts();
-    void chosenDeviceIsStored_data();
-    void chosenDeviceIsStored();
-    void deviceProblemShownOnThePage();
-    void everyControlHasAName();
-    void mainWindowOpensTheDialog();
-};
-
-void tst_options::loadsThePreferences()
-{
-    ScriptedLibrary library;
-    cRegistrySettings& prefs = Application().RegistrySettings();
-    prefs.setShowSplash(false);
-    prefs.setShowConfirmComm(true);
-    prefs.setCommLogToFile(true);
-    prefs.setCommLogToConsole(false);
-    prefs.setCommPort(3);
-    prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
-    prefs.setCommDevice(QStringLiteral("sim"));
-    fOptions dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Options"));
-    QCOMPARE(control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))->text(), prefs.DBName());
-    QCOMPARE(control<QCheckBox>(&dialog, QStringLiteral("chkShowSplash"))->isChecked(), false);
-    QCOMPARE(control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->isChecked(), true);
-    QCOMPARE(control<QCheckBox>(&dialog, QStringLiteral("chkLogCommToFile"))->isChecked(), true);
-    QCOMPARE(control<QCheckBox>(&dialog, QStringLiteral("chkLogCommToConsole"))->isChecked(), false);
-    QStringList shown;
-    for (const char* name : {"cboPort", "cboBaud", "cboParity", "cboBits", "cboStopBits"})
-        shown << combo(&dialog, name)->currentText();
-    QCOMPARE(shown, (QStringList{"3", "19200", "Even", "7", "2"}));
-    QCOMPARE(combo(&dialog, "cboDevice")->currentText(), QStringLiteral("Virtual grip (demo)"));
-    QCOMPARE(dialog.ChosenDevice(), QStringLiteral("sim"));
-    auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
-    QCOMPARE(tabs->currentIndex(), 0);
-    QStringList tabRows;
-    for (int i = 0; i < tabs->count(); ++i)
-        tabRows << tabs->tabText(i) + QLatin1Char('|') + tabs->tabData(i).toString() + QLatin1Char('|') + tabs->tabToolTip(i);
-    QCOMPARE(tabRows, (QStringList{"General|general|Set general options", "Communication|Comm|Set options for communication"}));
-    QCOMPARE(control<QStackedWidget>(&dialog, QStringLiteral("picOptionsArea"))->currentWidget()->objectName(), QStringLiteral("picOptions(0)"));
-    QCOMPARE(control<QGroupBox>(&dialog, QStringLiteral("fraGripSync"))->title(), QStringLiteral("Grip syncronization"));
-    QVERIFY(library.ui.script.errors.isEmpty());
-}
-
-void tst_options::applyOkCancel_data()
-{
-    QTest::addColumn<QString>("path");   // same, other, missing, folder, text, access
-    QTest::addColumn<QString>("button"); // cmdApply, cmdOK, cmdCancel
-    QTest::addColumn<int>("answer");     // to OK's question: -1 none asked, 0 No, 1 Yes
-    QTest::addColumn<bool>("applied");
-    QTest::addColumn<bool>("open");
-    QTest::addColumn<QString>("message"); // beginning of the message or question shown, or empty
-
-    const QString changed = QStringLiteral("The databasename and/or -path has changed.\r\n"
-                                           "For this change of setting to take effect you have to close and reopen the Marlo");
-    QTest::newRow("Apply, same library") << "same" << "cmdApply" << -1 << true << true << "";
-    QTest::newRow("Apply, another library") << "other" << "cmdApply" << -1 << true << true << changed;
-    QTest::newRow("Apply, missing file") << "missing" << "cmdApply" << -1 << false << true << kRefusedApply;
-    QTest::newRow("Apply, a folder") << "folder" << "cmdApply" << -1 << false << true << kRefusedApply;
-    QTest::newRow("Apply, a text file") << "text" << "cmdApply" << -1 << false << true << kRefusedApply;
-    QTest::newRow("Apply, an Access file") << "access" << "cmdApply" << -1 << false << true << kRefusedApply;
-    QTest::newRow("OK, same library") << "same" << "cmdOK" << -1 << true << false << "";
-    QTest::newRow("OK, another library") << "other" << "cmdOK" << -1 << true << false << changed;
-    QTest::newRow("OK, missing, No") << "missing" << "cmdOK" << 0 << false << true << kRefusedOK;
-    QTest::newRow("OK, missing, Yes") << "missing" << "cmdOK" << 1 << false << false << kRefusedOK;
-    QTest::newRow("OK, a text file, No") << "text" << "cmdOK" << 0 << false << true << kRefusedOK;
-    QTest::newRow("Cancel") << "other" << "cmdCancel" << -1 << false << false << "";
-}
-
-void tst_options::applyOkCancel()
-{
-    QFETCH(QString, path);
-    QFETCH(QString, button);
-    QFETCH(int, answer);
-    QFETCH(bool, applied);
-    QFETCH(bool, open);
-    QFETCH(QString, message);
-    ScriptedLibrary library;
-    QTemporaryDir folder;
-    cRegistrySettings& prefs = Application().RegistrySettings();
-    const QString library0 = prefs.DBName();
-    QString target = library0;
-    if (path == QLatin1String("other")) {
-        target = folder.filePath(QStringLiteral("Other.mdb"));
-        QVERIFY(QFile::copy(mDatabase::TemplatePath(), target));
-    } else if (path == QLatin1String("missing")) {
-        target = folder.filePath(QStringLiteral("Missing.mdb"));
-    } else if (path == QLatin1String("folder")) {
-        target = folder.path();
-    } else if (path == QLatin1String("text") || path == QLatin1String("access")) {
-        target = folder.filePath(QStringLiteral("Foreign.mdb"));
-        QFile file(target);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(path == QLatin1String("text") ? QByteArray("just some notes\n")
-                                                  : QByteArray("\0\1\0\0Standard Jet DB\0\0\0\0", 24) + QByteArray(200, '\0'));
+    void loadsThePreferences()
+    {
+        ScriptedLibrary library;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        prefs.setShowSplash(false);
+        prefs.setShowConfirmComm(true);
+        prefs.setCommLogToFile(true);
+        prefs.setCommLogToConsole(false);
+        prefs.setCommPort(3);
+        prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
+        prefs.setCommDevice(QStringLiteral("sim"));
+        fOptions dialog;
+        QCOMPARE(text(&dialog, QStringLiteral("txtDBPath")), prefs.DBName());
+        QStringList shown;
+        for (const char* name : {"chkShowSplash", "chkConfirm", "chkLogCommToFile", "chkLogCommToConsole"})
+            shown << (control<QCheckBox>(&dialog, QLatin1String(name))->isChecked() ? "1" : "0");
+        for (const char* name : {"cboPort", "cboBaud", "cboParity", "cboBits", "cboStopBits"})
+            shown << combo(&dialog, name)->currentText();
+        QCOMPARE(shown, (QStringList{"0", "1", "1", "0", "3", "19200", "Even", "7", "2"}));
+        QCOMPARE(combo(&dialog, "cboDevice")->currentText(), QStringLiteral("Virtual grip (demo)"));
+        QCOMPARE(dialog.ChosenDevice(), QStringLiteral("sim"));
+        QCOMPARE(control<QStackedWidget>(&dialog, QStringLiteral("picOptionsArea"))->currentIndex(), 0);
+        GUITEST_NO_ERRORS(library.ui.script);
     }
-    prefs.setShowConfirmComm(true);
-    prefs.setCommPort(1);
-    prefs.setDBChanged(false);
-    fOptions dialog;
-    dialog.show();
-    control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->setChecked(false);
-    combo(&dialog, "cboPort")->setCurrentIndex(1);
-    combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyUSB3"));
-    control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))->setText(target);
-    if (answer >= 0)
-        library.ui.script.yesNoAnswers.enqueue(answer == 1);
-    control<QPushButton>(&dialog, button)->click();
+    void applyOkCancel_data()
+    {
+        QTest::addColumn<Closing>("row");
 
-    QCOMPARE(dialog.isVisible(), open);
-    QCOMPARE(prefs.ShowConfirmComm(), !applied);
-    QCOMPARE(stored(QStringLiteral("ShowConfirmComm")), applied ? QStringLiteral("False") : QStringLiteral("True"));
-    QCOMPARE(prefs.CommPort(), applied ? 2 : 1);
-    QCOMPARE(prefs.CommDevice(), applied ? QStringLiteral("/dev/ttyUSB3") : QString());
-    QCOMPARE(prefs.DBName(), applied ? target : library0);
-    QCOMPARE(prefs.DBChanged(), applied && path == QLatin1String("other"));
-
-    const QList<ScriptedUi::Message> shown = answer >= 0 ? library.ui.script.questions : library.ui.script.messages;
-    QCOMPARE(shown.size(), message.isEmpty() ? 0 : 1);
-    if (!message.isEmpty()) {
-        QVERIFY2(shown[0].text.startsWith(message), qPrintable(shown[0].text));
-        if (applied) {
-            QCOMPARE(shown[0].title, QStringLiteral("Database Path Changed"));
-            QCOMPARE(shown[0].icon, MsgIcon::Information);
-        } else {
-            QCOMPARE(shown[0].title, QStringLiteral("Nonexistent path"));
-            QCOMPARE(shown[0].icon, MsgIcon::Exclamation);
-            QCOMPARE(shown[0].defaultNo, answer >= 0);
-            // A file that is there but is no library says why, after the fixed text.
-            if (path == QLatin1String("missing") || path == QLatin1String("folder"))
-                QCOMPARE(shown[0].text, message);
-            else
-                QVERIFY(shown[0].text.size() > message.size());
+        const QString changed = QStringLiteral("The databasename and/or -path has changed.\r\n"
+                                               "For this change of setting to take effect you have to close and reopen the Marlo");
+        QTest::newRow("Apply, same library") << Closing{"same", "cmdApply", -1, true, true, ""};
+        QTest::newRow("Apply, another library") << Closing{"other", "cmdApply", -1, true, true, changed};
+        QTest::newRow("Apply, missing file") << Closing{"missing", "cmdApply", -1, false, true, kRefusedApply};
+        QTest::newRow("Apply, a folder") << Closing{"folder", "cmdApply", -1, false, true, kRefusedApply};
+        QTest::newRow("Apply, a text file") << Closing{"text", "cmdApply", -1, false, true, kRefusedApply};
+        QTest::newRow("Apply, an Access file") << Closing{"access", "cmdApply", -1, false, true, kRefusedApply};
+        QTest::newRow("OK, same library") << Closing{"same", "cmdOK", -1, true, false, ""};
+        QTest::newRow("OK, another library") << Closing{"other", "cmdOK", -1, true, false, changed};
+        QTest::newRow("OK, missing, No") << Closing{"missing", "cmdOK", 0, false, true, kRefusedOK};
+        QTest::newRow("OK, missing, Yes") << Closing{"missing", "cmdOK", 1, false, false, kRefusedOK};
+        QTest::newRow("OK, a text file, No") << Closing{"text", "cmdOK", 0, false, true, kRefusedOK};
+        QTest::newRow("Cancel") << Closing{"other", "cmdCancel", -1, false, false, ""};
+    }
+    void applyOkCancel()
+    {
+        QFETCH(Closing, row);
+        const auto& [path, button, answer, applied, open, message] = row;
+        ScriptedLibrary library;
+        QTemporaryDir folder;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        const QString library0 = prefs.DBName();
+        QString target = library0;
+        if (path == QLatin1String("other")) {
+            target = folder.filePath(QStringLiteral("Other.mdb"));
+            QVERIFY(QFile::copy(mDatabase::TemplatePath(), target));
+        } else if (path == QLatin1String("missing")) {
+            target = folder.filePath(QStringLiteral("Missing.mdb"));
+        } else if (path == QLatin1String("folder")) {
+            target = folder.path();
+        } else if (path == QLatin1String("text") || path == QLatin1String("access")) {
+            target = folder.filePath(QStringLiteral("Foreign.mdb"));
+            QFile file(target);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(path == QLatin1String("text") ? QByteArray("just some notes\n")
+                                                      : QByteArray("\0\1\0\0Standard Jet DB\0\0\0\0", 24) + QByteArray(200, '\0'));
         }
+        prefs.setShowConfirmComm(true);
+        prefs.setCommPort(1);
+        prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
+        prefs.setDBChanged(false);
+        fOptions dialog;
+        dialog.show();
+        control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->setChecked(false);
+        // The baud, parity, bits and stop-bit lists only show the stored settings: never written.
+        for (const auto& [name, item] : QList<QPair<const char*, const char*>>{{"cboBaud", "19200"}, {"cboParity", "Odd"}, {"cboBits", "7"}, {"cboStopBits", "2"}})
+            combo(&dialog, name)->setCurrentText(QLatin1String(item));
+        combo(&dialog, "cboPort")->setCurrentIndex(1);
+        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyUSB3"));
+        control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))->setText(target);
+        if (answer >= 0)
+            library.ui.script.yesNoAnswers.enqueue(answer == 1);
+        run(&dialog, button);
+
+        QCOMPARE(dialog.isVisible(), open);
+        QCOMPARE(prefs.ShowConfirmComm(), !applied);
+        QCOMPARE(stored(QStringLiteral("ShowConfirmComm")), applied ? QStringLiteral("False") : QStringLiteral("True"));
+        QCOMPARE(prefs.CommPort(), applied ? 2 : 1);
+        QCOMPARE(prefs.CommDevice(), applied ? QStringLiteral("/dev/ttyUSB3") : QString());
+        QCOMPARE(prefs.DBName(), applied ? target : library0);
+        QCOMPARE(prefs.DBChanged(), applied && path == QLatin1String("other"));
+        QCOMPARE(prefs.CommSettings() + QLatin1Char('/') + stored(QStringLiteral("CommSettings")), QStringLiteral("9600,N,8,1/9600,N,8,1"));
+
+        const QList<ScriptedUi::Message> shown = answer >= 0 ? library.ui.script.questions : library.ui.script.messages;
+        QCOMPARE(shown.size(), message.isEmpty() ? 0 : 1);
+        if (!message.isEmpty()) {
+            QVERIFY2(shown[0].text.startsWith(message), qPrintable(shown[0].text));
+            if (applied) {
+                QCOMPARE(shown[0].title, QStringLiteral("Database Path Changed"));
+                QCOMPARE(shown[0].icon, MsgIcon::Information);
+            } else {
+                QCOMPARE(shown[0].title, QStringLiteral("Nonexistent path"));
+                QCOMPARE(shown[0].icon, MsgIcon::Exclamation);
+                QCOMPARE(shown[0].defaultNo, answer >= 0);
+                // A file that is there but is no library says why, after the fixed text.
+                if (path == QLatin1String("missing") || path == QLatin1String("folder"))
+                    QCOMPARE(shown[0].text, message);
+                else
+                    QVERIFY(shown[0].text.size() > message.size());
+            }
+        }
+        GUITEST_NO_ERRORS(library.ui.script);
     }
-    QVERIFY(library.ui.script.errors.isEmpty());
-}
-
-void tst_options::commSettingsAreNeverWritten()
-{
-    ScriptedLibrary library;
-    cRegistrySettings& prefs = Application().RegistrySettings();
-    prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
-    fOptions dialog;
-    combo(&dialog, "cboBaud")->setCurrentIndex(combo(&dialog, "cboBaud")->findText(QStringLiteral("19200")));
-    combo(&dialog, "cboParity")->setCurrentIndex(combo(&dialog, "cboParity")->findText(QStringLiteral("Odd")));
-    combo(&dialog, "cboBits")->setCurrentIndex(combo(&dialog, "cboBits")->findText(QStringLiteral("7")));
-    combo(&dialog, "cboStopBits")->setCurrentIndex(combo(&dialog, "cboStopBits")->findText(QStringLiteral("2")));
-    control<QPushButton>(&dialog, QStringLiteral("cmdOK"))->click();
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(prefs.CommSettings(), QStringLiteral("9600,N,8,1"));
-    QCOMPARE(stored(QStringLiteral("CommSettings")), QStringLiteral("9600,N,8,1"));
-    fOptions again;
-    QCOMPARE(combo(&again, "cboBaud")->currentText(), QStringLiteral("9600"));
-    QCOMPARE(combo(&again, "cboParity")->currentText(), QStringLiteral("None"));
-}
-
-void tst_options::backwardCompatibleBoxOnlyWithLogToFile_data()
-{
-    QTest::addColumn<bool>("showLogToFile");
-    QTest::newRow("ShowLogToFile off: hidden, not written") << false;
-    QTest::newRow("ShowLogToFile on: shown and written") << true;
-}
-
-void tst_options::backwardCompatibleBoxOnlyWithLogToFile()
-{
-    QFETCH(bool, showLogToFile);
-    ScriptedLibrary library;
-    cRegistrySettings& prefs = Application().RegistrySettings();
-    prefs.setShowLogToFile(showLogToFile);
-    prefs.setBackwardCompatibleUpload(true);
-    fOptions dialog;
-    auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkBackwardCompatibleUpload"));
-    QCOMPARE(box->text(), QStringLiteral("Backward Compatible Upload"));
-    QCOMPARE(box->isHidden(), !showLogToFile);
-    // The box shows what the preference answers (from the grip), not the stored value.
-    QCOMPARE(box->isChecked(), prefs.BackwardCompatibleUpload());
-    box->setChecked(false);
-    control<QPushButton>(&dialog, QStringLiteral("cmdApply"))->click();
-    QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !showLogToFile);
-    QCOMPARE(stored(QStringLiteral("BackwardCompatibleUpload")), showLogToFile ? QStringLiteral("False") : QStringLiteral("True"));
-}
-
-void tst_options::ctrlTabAndOnlyCtrlTab_data()
-{
-    QTest::addColumn<int>("start");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("modifiers");
-    QTest::addColumn<int>("tab");
-    QTest::newRow("Ctrl+Tab to the next") << 0 << int(Qt::Key_Tab) << int(Qt::ControlModifier) << 1;
-    QTest::newRow("Ctrl+Tab from the last to the first") << 1 << int(Qt::Key_Tab) << int(Qt::ControlModifier) << 0;
-    QTest::newRow("Ctrl+Shift+Tab (backtab) nothing") << 0 << int(Qt::Key_Backtab) << int(Qt::ControlModifier | Qt::ShiftModifier) << 0;
-    QTest::newRow("Ctrl+Shift+Tab (tab) nothing") << 1 << int(Qt::Key_Tab) << int(Qt::ControlModifier | Qt::ShiftModifier) << 1;
-    QTest::newRow("Ctrl+Alt+Tab nothing") << 0 << int(Qt::Key_Tab) << int(Qt::ControlModifier | Qt::AltModifier) << 0;
-    QTest::newRow("Tab alone nothing") << 0 << int(Qt::Key_Tab) << int(Qt::NoModifier) << 0;
-}
-
-void tst_options::ctrlTabAndOnlyCtrlTab()
-{
-    QFETCH(int, start);
-    QFETCH(int, key);
-    QFETCH(int, modifiers);
-    QFETCH(int, tab);
-    ScriptedLibrary library;
-    fOptions dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
-    tabs->setCurrentIndex(start);
-    // Whichever control has the focus: a check box of the page on show.
-    QWidget* focus = start == 0 ? static_cast<QWidget*>(control<QCheckBox>(&dialog, QStringLiteral("chkConfirm")))
-                                : control<QCheckBox>(&dialog, QStringLiteral("chkLogCommToFile"));
-    focus->setFocus();
-    QTest::keyClick(focus, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
-    QCOMPARE(tabs->currentIndex(), tab);
-    QCOMPARE(control<QStackedWidget>(&dialog, QStringLiteral("picOptionsArea"))->currentIndex(), tab);
-    QVERIFY(control<QWidget>(&dialog, QStringLiteral("picOptions(%1)").arg(tab))->isVisible());
-    QVERIFY(!control<QWidget>(&dialog, QStringLiteral("picOptions(%1)").arg(1 - tab))->isVisible());
-}
-
-void tst_options::browseFillsThePath()
-{
-    ScriptedLibrary library;
-    fOptions dialog;
-    auto* path = control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"));
-    const QString before = path->text();
-    library.ui.script.fileAnswers.enqueue(std::nullopt);
-    control<QPushButton>(&dialog, QStringLiteral("cmdBrowseDBPath"))->click();
-    QCOMPARE(path->text(), before);
-    library.ui.script.fileAnswers.enqueue(QStringLiteral("/srv/marlo/Team.mdb"));
-    control<QPushButton>(&dialog, QStringLiteral("cmdBrowseDBPath"))->click();
-    QCOMPARE(path->text(), QStringLiteral("/srv/marlo/Team.mdb"));
-    QCOMPARE(library.ui.script.fileRequests.size(), 2);
-    QCOMPARE(library.ui.script.fileRequests[1].filter, QStringLiteral("All (*.*)|*.*|MS Access (*.mdb)|*.mdb"));
-    // Nothing is applied by browsing.
-    QCOMPARE(Application().RegistrySettings().DBName(), before);
-}
-
-void tst_options::deviceListFromTheGivenPorts()
-{
-    ScriptedLibrary library;
-    fOptions dialog;
-    int asked = 0;
-    dialog.setPortLister([&] {
-        ++asked;
-        return kPorts;
-    });
-    QComboBox* devices = combo(&dialog, "cboDevice");
-    devices->setEditText(QStringLiteral("typed by hand"));
-    dialog.RefreshDeviceList();
-    QCOMPARE(itemsOf(devices), (QStringList{"/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001):/dev/ttyUSB0",
-                                            "/dev/ttyACM0:/dev/ttyACM0", "Virtual grip (demo):sim"}));
-    QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
-    QCOMPARE(asked, 1);
-    // Opening the list asks for the ports again: a device plugged in meanwhile shows.
-    dialog.show();
-    devices->showPopup();
-    devices->hidePopup();
-    QCOMPARE(asked, 2);
-    QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
-}
-
-void tst_options::chosenDeviceIsStored_data()
-{
-    QTest::addColumn<int>("item"); // -1: the text below is typed
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("device");
-    QTest::newRow("a port of the machine") << 0 << "" << "/dev/ttyUSB0";
-    QTest::newRow("a port without description") << 1 << "" << "/dev/ttyACM0";
-    QTest::newRow("the virtual grip") << 2 << "" << "sim";
-    QTest::newRow("a path typed") << -1 << " /dev/ttyS7 " << "/dev/ttyS7";
-    QTest::newRow("a virtual grip with options") << -1 << "sim:firmware=1.1.70" << "sim:firmware=1.1.70";
-    QTest::newRow("empty: the port number") << -1 << "" << "";
-}
-
-void tst_options::chosenDeviceIsStored()
-{
-    QFETCH(int, item);
-    QFETCH(QString, typed);
-    QFETCH(QString, device);
-    ScriptedLibrary library;
-    Application().RegistrySettings().setCommDevice(QStringLiteral("/dev/old"));
-    fOptions dialog;
-    dialog.setPortLister([] { return kPorts; });
-    dialog.RefreshDeviceList();
-    QComboBox* devices = combo(&dialog, "cboDevice");
-    if (item >= 0)
-        devices->setCurrentIndex(item);
-    else
-        devices->setEditText(typed);
-    QCOMPARE(dialog.ChosenDevice(), device);
-    control<QPushButton>(&dialog, QStringLiteral("cmdOK"))->click();
-    QCOMPARE(Application().RegistrySettings().CommDevice(), device);
-    QCOMPARE(stored(QStringLiteral("CommDevice")), device);
-}
-
-void tst_options::deviceProblemShownOnThePage()
-{
-    ScriptedLibrary library;
-    Application().RegistrySettings().setCommPort(2);
-    fOptions dialog;
-    const QString denied = QStringLiteral("Permission denied opening /dev/ttyUSB0. Your user must be in the 'dialout' group");
-    QStringList asked;
-    dialog.setDeviceChecker([&](const QString& path) {
-        asked << path;
-        return path == QLatin1String("/dev/ttyUSB0") ? denied : QString();
-    });
-    auto* problem = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
-    QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS1")); // no device: the port number decides
-    QVERIFY(problem->isHidden());
-    combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyUSB0"));
-    QCOMPARE(dialog.DeviceProblem(), denied);
-    QVERIFY(!problem->isHidden());
-    QCOMPARE(problem->text(), denied);
-    combo(&dialog, "cboDevice")->setEditText(QStringLiteral("Virtual grip (demo)"));
-    QCOMPARE(asked.last(), QString());
-    QVERIFY(problem->isHidden());
-    combo(&dialog, "cboDevice")->setEditText(QString());
-    combo(&dialog, "cboPort")->setCurrentIndex(3);
-    QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS3"));
-
-    // The core's own check of a device that is not there.
-    fOptions real;
-    combo(&real, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
-    QVERIFY2(real.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(real.DeviceProblem()));
-}
-
-void tst_options::everyControlHasAName()
-{
-    ScriptedLibrary library;
-    fOptions dialog;
-    QCOMPARE(unnamedControls(&dialog), QStringList());
-    QCOMPARE(accessibleName(control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"))), QStringLiteral("Database path"));
-    QCOMPARE(accessibleName(control<QLineEdit>(&dialog, QStringLiteral("txtAutocheckInterval"))), QStringLiteral("Interval (secs)"));
-}
-
-void tst_options::mainWindowOpensTheDialog()
-{
-    FreshStart();
-    WindowHarness h;
-    fTolvaneMan& w = h.open();
-    QString shown;
-    answerNextModal([&](QDialog* dialog) {
-        shown = dialog->objectName() + QLatin1Char('/') + dialog->parentWidget()->objectName();
-        control<QPushButton>(dialog, QStringLiteral("cmdCancel"))->click();
-    });
-    auto* item = control<QAction>(&w, QStringLiteral("mnuOptions"));
-    QVERIFY(item->isEnabled());
-    item->trigger();
-    QCOMPARE(shown, QStringLiteral("fOptions/fTolvaneMan"));
-    QVERIFY(h.ui.script.errors.isEmpty());
-}
+    void backwardCompatibleBoxOnlyWithLogToFile_data()
+    {
+        QTest::addColumn<bool>("showLogToFile");
+        QTest::newRow("ShowLogToFile off: hidden, not written") << false;
+        QTest::newRow("ShowLogToFile on: shown and written") << true;
+    }
+    void backwardCompatibleBoxOnlyWithLogToFile()
+    {
+        QFETCH(bool, showLogToFile);
+        ScriptedLibrary library;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        prefs.setShowLogToFile(showLogToFile);
+        prefs.setBackwardCompatibleUpload(true);
+        fOptions dialog;
+        auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkBackwardCompatibleUpload"));
+        QCOMPARE(box->isHidden(), !showLogToFile);
+        // The box shows what the preference answers (from the grip), not the stored value.
+        QCOMPARE(box->isChecked(), prefs.BackwardCompatibleUpload());
+        box->setChecked(false);
+        run(&dialog, QStringLiteral("cmdApply"));
+        QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !showLogToFile);
+        QCOMPARE(stored(QStringLiteral("BackwardCompatibleUpload")), showLogToFile ? QStringLiteral("False") : QStringLiteral("True"));
+    }
+    void ctrlTabAndOnlyCtrlTab_data()
+    {
+        QTest::addColumn<TabKey>("row");
+        QTest::newRow("Ctrl+Tab to the next") << TabKey{0, int(Qt::Key_Tab), int(Qt::ControlModifier), 1};
+        QTest::newRow("Ctrl+Tab from the last to the first") << TabKey{1, int(Qt::Key_Tab), int(Qt::ControlModifier), 0};
+        QTest::newRow("Ctrl+Shift+Tab (backtab) nothing") << TabKey{0, int(Qt::Key_Backtab), int(Qt::ControlModifier | Qt::ShiftModifier), 0};
+        QTest::newRow("Ctrl+Shift+Tab (tab) nothing") << TabKey{1, int(Qt::Key_Tab), int(Qt::ControlModifier | Qt::ShiftModifier), 1};
+        QTest::newRow("Ctrl+Alt+Tab nothing") << TabKey{0, int(Qt::Key_Tab), int(Qt::ControlModifier | Qt::AltModifier), 0};
+        QTest::newRow("Tab alone nothing") << TabKey{0, int(Qt::Key_Tab), int(Qt::NoModifier), 0};
+    }
+    void ctrlTabAndOnlyCtrlTab()
+    {
+        QFETCH(TabKey, row);
+        const auto [start, key, modifiers, tab] = row;
+        ScriptedLibrary library;
+        fOptions dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
+        tabs->setCurrentIndex(start);
+        // Whichever control has the focus: a check box of the page on show.
+        QWidget* focus = start == 0 ? static_cast<QWidget*>(control<QCheckBox>(&dialog, QStringLiteral("chkConfirm")))
+                                    : control<QCheckBox>(&dialog, QStringLiteral("chkLogCommToFile"));
+        focus->setFocus();
+        QTest::keyClick(focus, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(tabs->currentIndex(), tab);
+        QCOMPARE(control<QStackedWidget>(&dialog, QStringLiteral("picOptionsArea"))->currentIndex(), tab);
+        QVERIFY(control<QWidget>(&dialog, QStringLiteral("picOptions(%1)").arg(tab))->isVisible());
+        QVERIFY(!control<QWidget>(&dialog, QStringLiteral("picOptions(%1)").arg(1 - tab))->isVisible());
+    }
+    void browseFillsThePath()
+    {
+        ScriptedLibrary library;
+        fOptions dialog;
+        auto* path = control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"));
+        const QString before = path->text();
+        library.ui.script.fileAnswers.enqueue(std::nullopt);
+        run(&dialog, QStringLiteral("cmdBrowseDBPath"));
+        QCOMPARE(path->text(), before);
+        library.ui.script.fileAnswers.enqueue(QStringLiteral("/srv/marlo/Team.mdb"));
+        run(&dialog, QStringLiteral("cmdBrowseDBPath"));
+        QCOMPARE(path->text(), QStringLiteral("/srv/marlo/Team.mdb"));
+        QCOMPARE(library.ui.script.fileRequests.size(), 2);
+        QCOMPARE(library.ui.script.fileRequests[1].filter, QStringLiteral("All (*.*)|*.*|MS Access (*.mdb)|*.mdb"));
+        // Nothing is applied by browsing.
+        QCOMPARE(Application().RegistrySettings().DBName(), before);
+    }
+    void devices_data()
+    {
+        QTest::addColumn<Device>("row");
+        QTest::newRow("a port of the machine, access denied") << Device{0, "", "/dev/ttyUSB0", "/dev/ttyUSB0", true};
+        QTest::newRow("a port without description") << Device{1, "", "/dev/ttyACM0", "/dev/ttyACM0", false};
+        QTest::newRow("the virtual grip: nothing to check") << Device{2, "", "sim", "", false};
+        QTest::newRow("a path typed") << Device{-1, " /dev/ttyS7 ", "/dev/ttyS7", "/dev/ttyS7", false};
+        QTest::newRow("a virtual grip with options") << Device{-1, "sim:firmware=1.1.70", "sim:firmware=1.1.70", "", false};
+        QTest::newRow("empty: the port number decides") << Device{-1, "", "", "/dev/ttyS1", false};
+    }
+    void devices()
+    {
+        QFETCH(Device, row);
+        const auto& [item, typed, device, checked, problem] = row;
+        ScriptedLibrary library;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        prefs.setCommDevice(QStringLiteral("/dev/old"));
+        prefs.setCommPort(2);
+        fOptions dialog;
+        int listed = 0;
+        dialog.setPortLister([&] {
+            ++listed;
+            return kPorts;
+        });
+        const QString denied = QStringLiteral("Permission denied opening /dev/ttyUSB0. Your user must be in the 'dialout' group");
+        QStringList asked;
+        dialog.setDeviceChecker([&](const QString& path) {
+            asked << path;
+            return path == QLatin1String("/dev/ttyUSB0") ? denied : QString();
+        });
+        // The machine's ports with what they tell of themselves, then the virtual grip; what was
+        // typed stays. Opening the list asks again, so that a device plugged in meanwhile shows.
+        QComboBox* devices = combo(&dialog, "cboDevice");
+        devices->setEditText(QStringLiteral("typed by hand"));
+        dialog.RefreshDeviceList();
+        QCOMPARE(itemsOf(devices), (QStringList{"/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001):/dev/ttyUSB0",
+                                                "/dev/ttyACM0:/dev/ttyACM0", "Virtual grip (demo):sim"}));
+        dialog.show();
+        devices->showPopup();
+        devices->hidePopup();
+        QCOMPARE(listed, 2);
+        QCOMPARE(devices->currentText(), QStringLiteral("typed by hand"));
+        if (item >= 0)
+            devices->setCurrentIndex(item);
+        else
+            devices->setEditText(typed);
+        QCOMPARE(dialog.ChosenDevice(), device);
+        // The device's problem, if any, is shown on the page at once.
+        QCOMPARE(asked.last(), checked);
+        auto* label = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
+        QCOMPARE(label->isHidden() ? QString() : label->text(), problem ? denied : QString());
+        combo(&dialog, "cboPort")->setCurrentIndex(3);
+        if (device.isEmpty())
+            QCOMPARE(asked.last(), QStringLiteral("/dev/ttyS3"));
+        run(&dialog, QStringLiteral("cmdOK"));
+        QCOMPARE(prefs.CommDevice(), device);
+        QCOMPARE(stored(QStringLiteral("CommDevice")), device);
+    }
+    void aMissingDeviceIsNamedOnThePage()
+    {
+        ScriptedLibrary library;
+        fOptions dialog;
+        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
+        QVERIFY2(dialog.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(dialog.DeviceProblem()));
+    }
+};
 
 QTEST_MAIN(tst_options)
 #include "tst_options.moc"

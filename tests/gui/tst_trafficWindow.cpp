@@ -6,18 +6,10 @@
 #include "grip/cGunInfo.h"
 #include "gui/grip/fBuildInfo.h"
 #include "gui/link/fCommConsole.h"
-#include "library/cApplication.h"
-#include "shell/mMain.h"
 
-#include <QAction>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
-#include <QtTest>
 
 using namespace guitest;
 
@@ -37,203 +29,172 @@ class tst_trafficWindow : public QObject {
     Q_OBJECT
 private slots:
     void init() { FreshStart(); }
-    void entriesAppearAsTheLinkLogsThem();
-    void menuItemFollowsTheWindowAndThePreference_data();
-    void menuItemFollowsTheWindowAndThePreference();
-    void opensByItselfWhenLoggingIsOn();
-    void clearAndSaveAs();
-    void followsTheEndFromTheFirstShowing();
-    void buildInfo_data();
-    void buildInfo();
-};
+    void entriesAppearAsTheLinkLogsThem()
+    {
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        fTolvaneMan& w = h.open();
+        run(&w, QStringLiteral("mnuCommLog"));
+        fCommConsole* log = w.CommLogWindow();
+        QVERIFY(log->isVisible());
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        // Collected during the exchange, shown with the next batch.
+        QCOMPARE(logText(w), QString());
+        QTRY_VERIFY(!logText(w).isEmpty());
+        const QStringList lines = logText(w).split(QLatin1Char('\n'));
+        // Every write and read: the code byte, the rest, the report's code byte and its rest.
+        QCOMPARE(lines.filter(QStringLiteral(": Sending data")).size(), 2);
+        QCOMPARE(lines.filter(QStringLiteral(": Receiving data")).size(), 2);
+        QVERIFY(lines.contains(QStringLiteral("  hex:   [13]")));
+        // The same text as komm.log: CR LF after every line.
+        QVERIFY(log->LogText().endsWith(QStringLiteral("]\r\n")));
+        QCOMPARE(log->LogText().count(QStringLiteral("\r\n")), lines.size());
+        QCOMPARE(w.PanelText(2), QStringLiteral("4.0.5"));
 
-void tst_trafficWindow::entriesAppearAsTheLinkLogsThem()
-{
-    WindowHarness h(QStringLiteral("firmware=4.0.5"));
-    fTolvaneMan& w = h.open();
-    control<QAction>(&w, QStringLiteral("mnuCommLog"))->trigger();
-    fCommConsole* log = w.CommLogWindow();
-    QVERIFY(log->isVisible());
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    // Collected during the exchange, shown with the next batch.
-    QCOMPARE(logText(w), QString());
-    QTRY_VERIFY(!logText(w).isEmpty());
-    const QStringList lines = logText(w).split(QLatin1Char('\n'));
-    // Every write and read: the code byte, the rest, the report's code byte and its rest.
-    QCOMPARE(lines.filter(QStringLiteral(": Sending data")).size(), 2);
-    QCOMPARE(lines.filter(QStringLiteral(": Receiving data")).size(), 2);
-    QVERIFY(lines.contains(QStringLiteral("  dec: [19]")));
-    QVERIFY(lines.contains(QStringLiteral("  hex:   [13]")));
-    QVERIFY(lines.contains(QStringLiteral("  dec: [237]"))); // the check byte
-    QVERIFY(lines.contains(QStringLiteral("  hex:   [ED]")));
-    // The same text as komm.log: CR LF after every line.
-    QVERIFY(log->LogText().endsWith(QStringLiteral("]\r\n")));
-    QCOMPARE(log->LogText().count(QStringLiteral("\r\n")), lines.size());
-    QCOMPARE(w.PanelText(2), QStringLiteral("4.0.5"));
-
-    // More than a screenful: the view follows the end; scrolled back, it stays where the user is.
-    auto* view = control<QPlainTextEdit>(log, QStringLiteral("txtLog"));
-    for (int i = 0; i < 20; ++i)
-        control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    log->flush();
-    QApplication::processEvents();
-    QScrollBar* bar = view->verticalScrollBar();
-    QVERIFY(bar->maximum() > 0);
-    QCOMPARE(bar->value(), bar->maximum());
-    bar->triggerAction(QAbstractSlider::SliderToMinimum); // as the user scrolls
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    log->flush();
-    QApplication::processEvents();
-    QCOMPARE(bar->value(), 0);
-}
-
-void tst_trafficWindow::menuItemFollowsTheWindowAndThePreference_data()
-{
-    QTest::addColumn<QString>("how"); // how the window is closed
-    QTest::newRow("menu item") << "menu";
-    QTest::newRow("Close button") << "button";
-    QTest::newRow("window frame") << "close";
-}
-
-void tst_trafficWindow::menuItemFollowsTheWindowAndThePreference()
-{
-    QFETCH(QString, how);
-    WindowHarness h;
-    fTolvaneMan& w = h.open();
-    auto* item = control<QAction>(&w, QStringLiteral("mnuCommLog"));
-    QVERIFY(item->isCheckable());
-    QVERIFY(!item->isChecked());
-    QVERIFY(!prefs().CommLogToConsole());
-    item->trigger();
-    QVERIFY(item->isChecked());
-    QVERIFY(w.CommLogWindow()->isVisible());
-    QVERIFY(prefs().CommLogToConsole());
-    if (how == QLatin1String("menu"))
-        item->trigger();
-    else if (how == QLatin1String("button"))
-        control<QPushButton>(w.CommLogWindow(), QStringLiteral("cmdClose"))->click();
-    else
-        w.CommLogWindow()->close();
-    QVERIFY(!w.CommLogWindow()->isVisible());
-    QVERIFY(!item->isChecked());
-    // Logging to the window ends with it: nothing more is collected.
-    QVERIFY(!prefs().CommLogToConsole());
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    QTest::qWait(fCommConsole::kBatchMs + 50);
-    QCOMPARE(logText(w), QString());
-    QVERIFY(!w.CommLogWindow()->isVisible());
-}
-
-void tst_trafficWindow::opensByItselfWhenLoggingIsOn()
-{
-    prefs().setCommLogToConsole(true);
-    WindowHarness h(QStringLiteral("firmware=4.0.5"));
-    fTolvaneMan& w = h.open();
-    QTRY_VERIFY(w.findChild<fCommConsole*>() && w.findChild<fCommConsole*>()->isVisible());
-    QVERIFY(control<QAction>(&w, QStringLiteral("mnuCommLog"))->isChecked());
-
-    // Turned on elsewhere (the options) after the user had closed it: the next entry shows it.
-    w.CommLogWindow()->close();
-    prefs().setCommLogToConsole(true);
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    QTRY_VERIFY(logText(w).contains(QStringLiteral("Sending data")));
-    QVERIFY(w.CommLogWindow()->isVisible());
-}
-
-void tst_trafficWindow::clearAndSaveAs()
-{
-    QTemporaryDir dir;
-    WindowHarness h(QStringLiteral("firmware=4.0.5"));
-    fTolvaneMan& w = h.open();
-    w.ShowCommLog(true);
-    fCommConsole* log = w.CommLogWindow();
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    log->flush();
-    const QString text = log->LogText();
-    QVERIFY(text.contains(QStringLiteral("Receiving data")));
-
-    // Save as: what the view holds, as komm.log holds it; a cancelled dialog writes nothing.
-    const QString file = dir.filePath(QStringLiteral("traffic.log"));
-    h.ui.script.fileAnswers.enqueue(file);
-    control<QPushButton>(log, QStringLiteral("cmdSaveAs"))->click();
-    QFile saved(file);
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    QCOMPARE(QString::fromLocal8Bit(saved.readAll()), text);
-    h.ui.script.fileAnswers.enqueue(std::nullopt);
-    control<QPushButton>(log, QStringLiteral("cmdSaveAs"))->click();
-    QCOMPARE(h.ui.script.fileRequests.size(), 2);
-    // A folder that does not exist: the error is shown, the window stays.
-    h.ui.script.fileAnswers.enqueue(dir.filePath(QStringLiteral("no/such/folder.log")));
-    control<QPushButton>(log, QStringLiteral("cmdSaveAs"))->click();
-    QCOMPARE(h.ui.script.errors.size(), 1);
-    QVERIFY(h.ui.script.errors[0].Description().contains(QStringLiteral("no/such/folder.log")));
-
-    control<QPushButton>(log, QStringLiteral("cmdClear"))->click();
-    QCOMPARE(log->LogText(), QString());
-    control<QAction>(&w, QStringLiteral("mnuDLGunInfo"))->trigger();
-    log->flush();
-    QCOMPARE(log->LogText().count(QStringLiteral("Sending data")), 2);
-}
-
-void tst_trafficWindow::followsTheEndFromTheFirstShowing()
-{
-    // The entries of a whole exchange arrive before the window is first on screen.
-    fCommConsole log;
-    for (int i = 0; i < 300; ++i)
-        log.appendEntry(QStringLiteral("entry %1\r\n  dec: [1]\r\n  hex:   [01]").arg(i));
-    log.flush();
-    QVERIFY(log.isVisible());
-    QApplication::processEvents();
-    QScrollBar* bar = control<QPlainTextEdit>(&log, QStringLiteral("txtLog"))->verticalScrollBar();
-    QVERIFY(bar->maximum() > 0);
-    QCOMPARE(bar->value(), bar->maximum());
-    log.resize(log.width(), log.height() / 2);
-    QTRY_COMPARE(bar->value(), bar->maximum());
-    QVERIFY(bar->value() > 0);
-}
-
-void tst_trafficWindow::buildInfo_data()
-{
-    QTest::addColumn<QString>("grip");   // empty: no download before opening
-    QTest::addColumn<bool>("doubleClick"); // on the firmware-version panel, else the View item
-    QTest::addColumn<QStringList>("boxes");
-    QTest::newRow("new record") << QString() << false << QStringList{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
-    QTest::newRow("after a download, by double-click")
-        << "firmware=1.1.70,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678" << true
-        << QStringList{"AB12345678", "1.1.70", "1.2.1", "1.1.300", "2.1.5"};
-}
-
-void tst_trafficWindow::buildInfo()
-{
-    QFETCH(QString, grip);
-    QFETCH(bool, doubleClick);
-    QFETCH(QStringList, boxes);
-    WindowHarness h(grip);
-    fTolvaneMan& w = h.open();
-    if (!grip.isEmpty())
-        GunInfo().Download();
-    const qsizetype sent = h.grip.codes().size();
-    if (doubleClick)
-        QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);
-    else
-        control<QAction>(&w, QStringLiteral("mnuBuildInfo"))->trigger();
-    auto* dialog = w.findChild<fBuildInfo*>();
-    QVERIFY(dialog && dialog->isVisible());
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Gun Build Info"));
-    QCOMPARE(h.grip.codes().size(), sent); // no download
-    const QStringList names{"txtSerialNo", "txtFirmwareBuild", "txtBootCodeBuild", "txtProtocolBuild", "txtHardwareBuild"};
-    const QStringList labels{"Serial No.:", "Firmware Build:", "Boot Code Build:", "Protocol Build:", "Hardware Build:"};
-    for (int i = 0; i < names.size(); ++i) {
-        auto* box = control<QLineEdit>(dialog, names[i]);
-        QCOMPARE(box->text(), boxes[i]);
-        QVERIFY(box->isReadOnly());
-        auto* label = control<QLabel>(dialog, QStringLiteral("lbl") + names[i].mid(3));
-        QCOMPARE(label->text(), labels[i]);
-        QCOMPARE(label->buddy(), box);
+        // More than a screenful: the view follows the end; scrolled back, it stays where the user is.
+        auto* view = control<QPlainTextEdit>(log, QStringLiteral("txtLog"));
+        for (int i = 0; i < 20; ++i)
+            run(&w, QStringLiteral("mnuDLGunInfo"));
+        log->flush();
+        QApplication::processEvents();
+        QScrollBar* bar = view->verticalScrollBar();
+        QVERIFY(bar->maximum() > 0);
+        QCOMPARE(bar->value(), bar->maximum());
+        bar->triggerAction(QAbstractSlider::SliderToMinimum); // as the user scrolls
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        log->flush();
+        QApplication::processEvents();
+        QCOMPARE(bar->value(), 0);
     }
-    control<QPushButton>(dialog, QStringLiteral("cmdOK"))->click();
-    QTRY_VERIFY(!w.findChild<fBuildInfo*>());
-}
+    void theWindowFollowsThePreference_data()
+    {
+        QTest::addColumn<bool>("atStart"); // logging to the window is on at the start, else the menu item turns it on
+        QTest::addColumn<QString>("how");  // how the window is closed
+        QTest::newRow("menu item, closed by the menu item") << false << "menu";
+        QTest::newRow("menu item, closed by its Close button") << false << "button";
+        QTest::newRow("on at the start, closed by the window frame") << true << "frame";
+    }
+    void theWindowFollowsThePreference()
+    {
+        QFETCH(bool, atStart);
+        QFETCH(QString, how);
+        prefs().setCommLogToConsole(atStart);
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        fTolvaneMan& w = h.open();
+        auto* item = control<QAction>(&w, QStringLiteral("mnuCommLog"));
+        if (!atStart) {
+            QVERIFY(!item->isChecked());
+            item->trigger();
+            QVERIFY(prefs().CommLogToConsole());
+        }
+        QTRY_VERIFY(w.findChild<fCommConsole*>() && w.findChild<fCommConsole*>()->isVisible());
+        QVERIFY(item->isChecked());
+        if (how == QLatin1String("menu"))
+            item->trigger();
+        else if (how == QLatin1String("button"))
+            run(w.CommLogWindow(), QStringLiteral("cmdClose"));
+        else
+            w.CommLogWindow()->close();
+        QVERIFY(!w.CommLogWindow()->isVisible());
+        QVERIFY(!item->isChecked());
+        // Logging to the window ends with it: nothing more is collected.
+        QVERIFY(!prefs().CommLogToConsole());
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        QTest::qWait(fCommConsole::kBatchMs + 50);
+        QCOMPARE(logText(w), QString());
+        QVERIFY(!w.CommLogWindow()->isVisible());
+        // Turned on again elsewhere (the options): the next entry shows the window.
+        prefs().setCommLogToConsole(true);
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        QTRY_VERIFY(logText(w).contains(QStringLiteral("Sending data")));
+        QVERIFY(w.CommLogWindow()->isVisible() && item->isChecked());
+    }
+    void clearAndSaveAs()
+    {
+        QTemporaryDir dir;
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        fTolvaneMan& w = h.open();
+        w.ShowCommLog(true);
+        fCommConsole* log = w.CommLogWindow();
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        log->flush();
+        const QString text = log->LogText();
+        QVERIFY(text.contains(QStringLiteral("Receiving data")));
+
+        // Save as: what the view holds, as komm.log holds it; a cancelled dialog writes nothing.
+        const QString file = dir.filePath(QStringLiteral("traffic.log"));
+        h.ui.script.fileAnswers.enqueue(file);
+        run(log, QStringLiteral("cmdSaveAs"));
+        QFile saved(file);
+        QVERIFY(saved.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromLocal8Bit(saved.readAll()), text);
+        h.ui.script.fileAnswers.enqueue(std::nullopt);
+        run(log, QStringLiteral("cmdSaveAs"));
+        QCOMPARE(h.ui.script.fileRequests.size(), 2);
+        // A folder that does not exist: the error is shown, the window stays.
+        h.ui.script.fileAnswers.enqueue(dir.filePath(QStringLiteral("no/such/folder.log")));
+        run(log, QStringLiteral("cmdSaveAs"));
+        QCOMPARE(h.ui.script.errors.size(), 1);
+        QVERIFY(h.ui.script.errors[0].Description().contains(QStringLiteral("no/such/folder.log")));
+
+        run(log, QStringLiteral("cmdClear"));
+        QCOMPARE(log->LogText(), QString());
+        run(&w, QStringLiteral("mnuDLGunInfo"));
+        log->flush();
+        QCOMPARE(log->LogText().count(QStringLiteral("Sending data")), 2);
+    }
+    void followsTheEndFromTheFirstShowing()
+    {
+        // The entries of a whole exchange arrive before the window is first on screen.
+        fCommConsole log;
+        for (int i = 0; i < 300; ++i)
+            log.appendEntry(QStringLiteral("entry %1\r\n  dec: [1]\r\n  hex:   [01]").arg(i));
+        log.flush();
+        QVERIFY(log.isVisible());
+        QApplication::processEvents();
+        QScrollBar* bar = control<QPlainTextEdit>(&log, QStringLiteral("txtLog"))->verticalScrollBar();
+        QVERIFY(bar->maximum() > 0);
+        QCOMPARE(bar->value(), bar->maximum());
+        log.resize(log.width(), log.height() / 2);
+        QTRY_COMPARE(bar->value(), bar->maximum());
+        QVERIFY(bar->value() > 0);
+    }
+    void buildInfo_data()
+    {
+        QTest::addColumn<QString>("grip");   // empty: no download before opening
+        QTest::addColumn<bool>("doubleClick"); // on the firmware-version panel, else the View item
+        QTest::addColumn<QStringList>("boxes");
+        QTest::newRow("new record") << QString() << false << QStringList{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
+        QTest::newRow("after a download, by double-click")
+            << "firmware=1.1.70,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678" << true
+            << QStringList{"AB12345678", "1.1.70", "1.2.1", "1.1.300", "2.1.5"};
+    }
+    void buildInfo()
+    {
+        QFETCH(QString, grip);
+        QFETCH(bool, doubleClick);
+        QFETCH(QStringList, boxes);
+        WindowHarness h(grip);
+        fTolvaneMan& w = h.open();
+        if (!grip.isEmpty())
+            GunInfo().Download();
+        const qsizetype sent = h.grip.codes().size();
+        if (doubleClick)
+            QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);
+        else
+            run(&w, QStringLiteral("mnuBuildInfo"));
+        auto* dialog = w.findChild<fBuildInfo*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QCOMPARE(h.grip.codes().size(), sent); // no download
+        QStringList shown;
+        for (const char* name : {"txtSerialNo", "txtFirmwareBuild", "txtBootCodeBuild", "txtProtocolBuild", "txtHardwareBuild"}) {
+            shown << text(dialog, QLatin1String(name));
+            QVERIFY(control<QLineEdit>(dialog, QLatin1String(name))->isReadOnly());
+        }
+        QCOMPARE(shown, boxes);
+        run(dialog, QStringLiteral("cmdOK"));
+        QTRY_VERIFY(!w.findChild<fBuildInfo*>());
+    }
+};
 
 QTEST_MAIN(tst_trafficWindow)
 #include "tst_trafficWindow.moc"

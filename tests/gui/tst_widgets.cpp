@@ -13,82 +13,71 @@
 class tst_widgets : public QObject {
     Q_OBJECT
 private slots:
-    void batteryBands_data();
-    void batteryBands();
-    void upDownStepsItsTextBox_data();
-    void upDownStepsItsTextBox();
-    void aboutBoxCopiesTheVersions();
+    void batteryBands_data()
+    {
+        QTest::addColumn<int>("value");
+        QTest::addColumn<int>("band");
+        QTest::addColumn<QString>("description");
+        // The main window's scale: 4.00 to 5.80 V, low up to 4.25 V, middle up to 4.50 V.
+        QTest::newRow("empty") << 0 << 0 << "0.00 V, low";
+        QTest::newRow("low edge") << 425 << 0 << "4.25 V, low";
+        QTest::newRow("middle") << 426 << 1 << "4.26 V, middle";
+        QTest::newRow("middle edge") << 450 << 1 << "4.50 V, middle";
+        QTest::newRow("high") << 561 << 2 << "5.61 V, high";
+        QTest::newRow("above the scale") << 652 << 2 << "6.52 V, high";
+    }
+    void batteryBands()
+    {
+        QFETCH(int, value);
+        QFETCH(int, band);
+        QFETCH(QString, description);
+        ucIProgress bar;
+        bar.setMax(580);
+        bar.setMin(400);
+        bar.setMaxLow(425);
+        bar.setMaxMid(450);
+        bar.setValue(value);
+        QCOMPARE(bar.band(), band);
+        QCOMPARE(bar.accessibleDescription(), description);
+        bar.resize(bar.sizeHint());
+        QImage image(bar.size(), QImage::Format_ARGB32);
+        bar.render(&image); // paints without trouble, whatever the value
+    }
+    void upDownStepsItsTextBox_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("up") << "10" << int(Qt::Key_Up) << "11";
+        QTest::newRow("down") << "10" << int(Qt::Key_Down) << "9";
+        QTest::newRow("not past the top") << "20" << int(Qt::Key_Up) << "20";
+        QTest::newRow("not below the bottom") << "1" << int(Qt::Key_Down) << "1";
+        QTest::newRow("a text outside the range is left until a step") << "50" << int(Qt::Key_Down) << "19";
+    }
+    void upDownStepsItsTextBox()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, key);
+        QFETCH(QString, after);
+        QLineEdit box;
+        UpDown upDown;
+        upDown.setRange(1, 20);
+        upDown.setValue(20);
+        upDown.setBuddy(&box);
+        box.setText(text);
+        QTest::keyClick(&upDown, Qt::Key(key));
+        QCOMPARE(box.text(), after);
+    }
+    void aboutBoxCopiesTheVersions()
+    {
+        fAbout about;
+        about.findChild<QPushButton*>(QStringLiteral("cmdSysInfo"))->click();
+        const QString copied = QApplication::clipboard()->text();
+        QVERIFY2(copied.startsWith(QStringLiteral("Marlo 4.0.0\n")), qPrintable(copied));
+        QVERIFY(copied.contains(QStringLiteral("Qt ") + QString::fromLatin1(qVersion())));
+        QVERIFY(copied.contains(QSysInfo::kernelType()));
+    }
 };
-
-void tst_widgets::batteryBands_data()
-{
-    QTest::addColumn<int>("value");
-    QTest::addColumn<int>("band");
-    QTest::addColumn<QString>("description");
-    // The main window's scale: 4.00 to 5.80 V, low up to 4.25 V, middle up to 4.50 V.
-    QTest::newRow("empty") << 0 << 0 << "0.00 V, low";
-    QTest::newRow("low edge") << 425 << 0 << "4.25 V, low";
-    QTest::newRow("middle") << 426 << 1 << "4.26 V, middle";
-    QTest::newRow("middle edge") << 450 << 1 << "4.50 V, middle";
-    QTest::newRow("high") << 561 << 2 << "5.61 V, high";
-    QTest::newRow("above the scale") << 652 << 2 << "6.52 V, high";
-}
-
-void tst_widgets::batteryBands()
-{
-    QFETCH(int, value);
-    QFETCH(int, band);
-    QFETCH(QString, description);
-    ucIProgress bar;
-    bar.setMax(580);
-    bar.setMin(400);
-    bar.setMaxLow(425);
-    bar.setMaxMid(450);
-    bar.setValue(value);
-    QCOMPARE(bar.band(), band);
-    QCOMPARE(bar.accessibleDescription(), description);
-    bar.resize(bar.sizeHint());
-    QImage image(bar.size(), QImage::Format_ARGB32);
-    bar.render(&image); // paints without trouble, whatever the value
-}
-
-void tst_widgets::upDownStepsItsTextBox_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("up") << "10" << int(Qt::Key_Up) << "11";
-    QTest::newRow("down") << "10" << int(Qt::Key_Down) << "9";
-    QTest::newRow("not past the top") << "20" << int(Qt::Key_Up) << "20";
-    QTest::newRow("not below the bottom") << "1" << int(Qt::Key_Down) << "1";
-    QTest::newRow("a text outside the range is left until a step") << "50" << int(Qt::Key_Down) << "19";
-}
-
-void tst_widgets::upDownStepsItsTextBox()
-{
-    QFETCH(QString, text);
-    QFETCH(int, key);
-    QFETCH(QString, after);
-    QLineEdit box;
-    UpDown upDown;
-    upDown.setRange(1, 20);
-    upDown.setValue(20);
-    upDown.setBuddy(&box);
-    box.setText(text);
-    QTest::keyClick(&upDown, Qt::Key(key));
-    QCOMPARE(box.text(), after);
-}
-
-void tst_widgets::aboutBoxCopiesTheVersions()
-{
-    fAbout about;
-    QCOMPARE(about.windowTitle(), QStringLiteral("About Tolvane Manager"));
-    about.findChild<QPushButton*>(QStringLiteral("cmdSysInfo"))->click();
-    const QString copied = QApplication::clipboard()->text();
-    QVERIFY2(copied.startsWith(QStringLiteral("Marlo 4.0.0\n")), qPrintable(copied));
-    QVERIFY(copied.contains(QStringLiteral("Qt ") + QString::fromLatin1(qVersion())));
-    QVERIFY(copied.contains(QSysInfo::kernelType()));
-}
 
 QTEST_MAIN(tst_widgets)
 #include "tst_widgets.moc"

@@ -1,28 +1,105 @@
 #include "GuiTestSupport.h"
 
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
 #include "link/mCommBasic.h"
-#include "shell/mMain.h"
 
+#include <QAccessible>
 #include <QDir>
-#include <QFile>
 #include <QSettings>
+#include <QTimer>
 
 namespace guitest {
 
-void FreshStart()
+void run(QObject* window, const QString& name)
 {
-    mMain::ReleaseApplication();
-    mDatabase::DisconnectDB();
-    griptest::resetRecords();
-    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
-    const QString folder = mMain::ProgramFolder();
-    QDir().mkpath(folder);
-    QFile::remove(QDir(folder).filePath(QStringLiteral("Marlo.mdb")));
-    const QString templ = QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("instdbxx.tmp"));
-    QFile::remove(QDir(folder).filePath(QStringLiteral("instdbxx.tmp")));
-    QFile::copy(templ, QDir(folder).filePath(QStringLiteral("instdbxx.tmp")));
+    if (auto* action = window->findChild<QAction*>(name))
+        action->trigger();
+    else
+        control<QAbstractButton>(window, name)->click();
+}
+
+QString text(QObject* window, const QString& name)
+{
+    return control<QLineEdit>(window, name)->text();
+}
+
+void type(QLineEdit* edit, const QString& text)
+{
+    edit->setFocus();
+    edit->selectAll();
+    if (text.isEmpty())
+        QTest::keyClick(edit, Qt::Key_Backspace);
+    else
+        QTest::keyClicks(edit, text);
+}
+
+void type(QObject* window, const QString& name, const QString& text)
+{
+    type(control<QLineEdit>(window, name), text);
+}
+
+QStringList columnTexts(QTreeWidget* list, int column)
+{
+    QStringList texts;
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        texts << list->topLevelItem(i)->text(column);
+    return texts;
+}
+
+void selectRow(QTreeWidget* list, int index)
+{
+    int column = 0; // the first column on show
+    while (list->isColumnHidden(column))
+        ++column;
+    list->setCurrentItem(list->topLevelItem(index), column);
+    list->topLevelItem(index)->setSelected(true);
+}
+
+void answerNextModal(std::function<void(QDialog*)> answer, int tries)
+{
+    QTimer::singleShot(tries == 0 ? 0 : 10, [answer, tries] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible()) {
+            if (tries < 500)
+                answerNextModal(answer, tries + 1);
+            return;
+        }
+        answer(dialog);
+        if (dialog->isVisible())
+            dialog->reject();
+    });
+}
+
+QString accessibleName(QObject* control)
+{
+    QAccessibleInterface* face = QAccessible::queryAccessibleInterface(control);
+    if (!face)
+        return QString();
+    if (face->role() == QAccessible::ComboBox) { // its name on this platform is its current item
+        const auto labels = face->relations(QAccessible::Label);
+        return labels.isEmpty() ? QString() : labels.first().first->text(QAccessible::Name);
+    }
+    return face->text(QAccessible::Name);
+}
+
+QStringList unnamedControls(QWidget* window)
+{
+    QStringList unnamed;
+    int reachable = 0;
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+        // Parts Qt makes for itself (a combo box's list, scroll-bar buttons) have no object name,
+        // and the text box inside a combo box or spin box is read through its owner.
+        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().isEmpty()
+            || widget->objectName().startsWith(QLatin1String("qt_")) || qobject_cast<QComboBox*>(widget->parentWidget())
+            || qobject_cast<QAbstractSpinBox*>(widget->parentWidget()))
+            continue;
+        ++reachable;
+        if (accessibleName(widget).trimmed().isEmpty())
+            unnamed << widget->objectName();
+    }
+    if (reachable == 0) // nothing looked at proves nothing
+        unnamed << QStringLiteral("(no control reachable)");
+    return unnamed;
 }
 
 WindowHarness::WindowHarness(const QString& gripOptions) : grip(gripOptions)
@@ -56,12 +133,50 @@ QList<int> WindowHarness::takeCodes()
     return codes;
 }
 
+ScriptedLibrary::ScriptedLibrary()
+{
+    FreshStart();
+    mMain::SetUserInterface(&ui);
+    mMain::CheckForDB();
+}
+
+ScriptedLibrary::~ScriptedLibrary()
+{
+    mMain::SetUserInterface(nullptr);
+}
+
 QStringList messageTexts(const ScriptedUi& script)
 {
     QStringList texts;
     for (const ScriptedUi::Message& m : script.messages)
         texts.append(m.text);
     return texts;
+}
+
+QString firstError(const ScriptedUi& script)
+{
+    return script.errors.isEmpty() ? QString()
+                                   : QStringLiteral("%1: %2").arg(script.errors.first().Number()).arg(script.errors.first().Description());
+}
+
+QString stored(const QString& key)
+{
+    QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
+    return store.value(QStringLiteral("Initialize/") + key).toString();
+}
+
+void FreshStart()
+{
+    mMain::ReleaseApplication();
+    mDatabase::DisconnectDB();
+    griptest::resetRecords();
+    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
+    const QString folder = mMain::ProgramFolder();
+    QDir().mkpath(folder);
+    QFile::remove(QDir(folder).filePath(QStringLiteral("Marlo.mdb")));
+    const QString templ = QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("instdbxx.tmp"));
+    QFile::remove(QDir(folder).filePath(QStringLiteral("instdbxx.tmp")));
+    QFile::copy(templ, QDir(folder).filePath(QStringLiteral("instdbxx.tmp")));
 }
 
 } // namespace guitest

@@ -1,17 +1,34 @@
 #pragma once
 // What the desktop program's tests share: the main window made against a virtual grip behind
-// the in-memory port, with the scripted services installed, and lookups of controls by name.
+// the in-memory port, or a library alone, with the scripted services installed; controls found
+// by name and used as the user uses them; the next modal dialog answered; what a screen reader
+// reads. It brings the headers nearly every test of a window needs.
 #include "GripTestSupport.h"
 #include "ScriptedQtUi.h"
 
 #include "gui/shell/fTolvaneMan.h"
+#include "library/cApplication.h"
+#include "shell/mMain.h"
 
-#include <QTest>
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QtTest>
+#include <functional>
 #include <memory>
+
+// Fails the test with the first error shown, if any was.
+#define GUITEST_NO_ERRORS(script) QVERIFY2((script).errors.isEmpty(), qPrintable(guitest::firstError(script)))
 
 namespace guitest {
 
-// A control of a window by its object name; fails the test when there is none.
+// A control of a window by its object name; warns when there is none.
 template <typename T>
 T* control(QObject* window, const QString& name)
 {
@@ -20,6 +37,28 @@ T* control(QObject* window, const QString& name)
         qWarning("no control named %s", qPrintable(name));
     return found;
 }
+
+// Runs the command of that name as the user does: triggers the menu item or clicks the button.
+void run(QObject* window, const QString& name);
+// The text of the text box of that name.
+QString text(QObject* window, const QString& name);
+// Replaces what a text box holds by typing (an empty text erases it).
+void type(QLineEdit* edit, const QString& text);
+void type(QObject* window, const QString& name, const QString& text);
+// A list's texts in one column, row by row; selecting a row as a click does.
+QStringList columnTexts(QTreeWidget* list, int column);
+void selectRow(QTreeWidget* list, int index);
+
+// Answers the next modal dialog a window opens with exec(): answer gets the dialog once it is on
+// screen; a dialog that answer left open is cancelled, so that no test waits forever.
+void answerNextModal(std::function<void(QDialog*)> answer, int tries = 0);
+
+// What a screen reader reads as the control's name: its own, or for a combo box the label it is
+// labelled by.
+QString accessibleName(QObject* control);
+// The object names of the controls of window a user can reach that a screen reader could not
+// name.
+QStringList unnamedControls(QWidget* window);
 
 // The grip harness, the scripted services and a fresh library, in that order of making; the
 // window comes last and talks to the harness's port.
@@ -39,8 +78,22 @@ public:
     std::unique_ptr<fTolvaneMan> window;
 };
 
-// The texts of the messages shown so far.
+// A first run's library and preferences, with the scripted services installed and no window.
+class ScriptedLibrary {
+public:
+    ScriptedLibrary();
+    ~ScriptedLibrary();
+    ScriptedLibrary(const ScriptedLibrary&) = delete;
+    ScriptedLibrary& operator=(const ScriptedLibrary&) = delete;
+
+    ScriptedQtUi ui;
+};
+
+// The texts of the messages shown so far; the first error as "number: description".
 QStringList messageTexts(const ScriptedUi& script);
+QString firstError(const ScriptedUi& script);
+// A preference of section Initialize as the store on disk holds it.
+QString stored(const QString& key);
 
 // Forgets the library, the application object and the preferences, and puts the template
 // library in place, so that each test starts as a first run.
