@@ -2,12 +2,15 @@
 // The floor the protocol sets for what the virtual grip saw, and where the time above it went:
 // per exchange the 100 ms pause after the code byte plus the wire time of command and report
 // (10 bits a byte at the paced baud rate), and the 500 ms pause before each retried block write.
+#include "sim/PtyServer.h"
+#include "sim/SimOptions.h"
 #include "sim/TrafficLog.h"
 
 #include <QByteArray>
 #include <QList>
 #include <QTextStream>
 #include <algorithm>
+#include <memory>
 
 namespace benchfloor {
 
@@ -71,6 +74,20 @@ inline Floor FloorOf(const QList<gripsim::TrafficEvent>& traffic, int baud)
     }
     f.pacedMs = f.ms - commandWire;
     return f;
+}
+
+// The virtual grip on a pseudo-terminal with the given options, serving; nothing (and a line on
+// out naming the benchmark) when it cannot start.
+inline std::unique_ptr<gripsim::PtyServer> StartGrip(const QString& options, QTextStream& out, const QString& bench)
+{
+    QString error;
+    const auto parsed = gripsim::SimOptions::parse(options, &error);
+    auto server = parsed ? std::make_unique<gripsim::PtyServer>(*parsed) : nullptr;
+    if (!server || !server->start(&error)) {
+        out << bench << ": cannot start the virtual grip: " << error << '\n';
+        return nullptr;
+    }
+    return server;
 }
 
 // One result line for repeated runs of the same work: the median run against its floors, and

@@ -34,13 +34,10 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QTextStream out(stdout);
 
-    QString error;
-    const auto options = gripsim::SimOptions::parse(QStringLiteral("pace=1,baud=%1").arg(kBaud), &error);
-    gripsim::PtyServer server(*options);
-    if (!server.start(&error)) {
-        out << "bench_get_all: cannot start the virtual grip: " << error << '\n';
+    const auto grip = benchfloor::StartGrip(QStringLiteral("pace=1,baud=%1").arg(kBaud), out, QStringLiteral("bench_get_all"));
+    if (!grip)
         return 1;
-    }
+    gripsim::PtyServer& server = *grip;
     cSerialPort port;
     mCommBasic::objComm = &port;
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QSqlDatabase>
 #include <QStandardPaths>
 #include <cstdio>
 #include <cstdlib>
@@ -59,6 +60,16 @@ inline QString makeLibrary()
     QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner);
     mDatabase::SetPathOverride(path);
     return path;
+}
+
+// Qt, the strict user, a fresh library and its connection: the set-up of the library targets.
+inline QSqlDatabase openLibrary(int* argc, char*** argv)
+{
+    startQt(argc, argv);
+    makeLibrary();
+    QSqlDatabase connection = mMain::ConnectDB();
+    check(connection.isOpen(), QStringLiteral("the library does not open"));
+    return connection;
 }
 
 // A text as the library stores it: every lone surrogate half and the noncharacters U+FFFE and

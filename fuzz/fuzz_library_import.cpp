@@ -53,10 +53,7 @@ QStringList storedTemplates(cColSetsTemplate& library)
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
-    fuzz::startQt(argc, argv);
-    fuzz::makeLibrary();
-    g_connection = mMain::ConnectDB();
-    fuzz::check(g_connection.isOpen(), QStringLiteral("the library does not open"));
+    g_connection = fuzz::openLibrary(argc, argv);
     return 0;
 }
 

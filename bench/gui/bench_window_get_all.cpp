@@ -37,13 +37,10 @@ int main(int argc, char* argv[])
     QFile::copy(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("instdbxx.tmp")),
                 QDir(home.path()).filePath(QStringLiteral("instdbxx.tmp")));
 
-    QString error;
-    const auto options = gripsim::SimOptions::parse(QStringLiteral("pace=1,baud=%1,firmware=4.0.5").arg(kBaud), &error);
-    gripsim::PtyServer server(*options);
-    if (!server.start(&error)) {
-        out << "bench_window_get_all: cannot start the virtual grip: " << error << '\n';
+    const auto grip = benchfloor::StartGrip(QStringLiteral("pace=1,baud=%1,firmware=4.0.5").arg(kBaud), out, QStringLiteral("bench_window_get_all"));
+    if (!grip)
         return 1;
-    }
+    gripsim::PtyServer& server = *grip;
     QtUserInterface ui;
     mMain::SetUserInterface(&ui);
     cRegistrySettings& prefs = mMain::Application().RegistrySettings();
