@@ -34,8 +34,11 @@ public:
     bool PreAlert2On() const { return m_preAlert2On; }
     void setPreAlert2On(bool value);
 
-private:
+    // The upload command with the record's values; a value that does not fit what the record
+    // carries on the wire raises the error of the upload, and nothing is sent.
     QString Obj2Comm() const;
+
+private:
     void Comm2Obj(const QString& report);
 
     qint32 m_countDownTimer = 0;

@@ -41,8 +41,11 @@ public:
     static constexpr qint32 HyperTimeDefault = 100;
     static constexpr qint32 HyperModeDefault = 1;
 
-private:
+    // The upload command with the record's values; a value that does not fit what the record
+    // carries on the wire raises the error of the upload, and nothing is sent.
     QString Obj2Comm() const;
+
+private:
     void Comm2Obj(const QString& report);
 };
 

@@ -62,10 +62,13 @@ public:
     static constexpr qint32 EyeCheckOKTimeMax = 255;
     static constexpr qint32 EyeCheckOKTimeDefault = 100;
 
+    // The upload command with the record's values; a value that does not fit what the record
+    // carries on the wire raises the error of the upload, and nothing is sent.
+    QString Obj2Comm() const;
+
 private:
     // The options byte: the eight switches packed, bit 0 first.
     quint8 OptionsByte() const;
-    QString Obj2Comm() const;
     void Comm2Obj(const QString& report);
 };
 

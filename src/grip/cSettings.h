@@ -53,8 +53,11 @@ public:
     static constexpr qint32 LoadTimeMax() { return 75; }
     static constexpr qint32 DefaultFiringMode() { return 0; }
 
-private:
+    // The upload command with the record's values; a value that does not fit what the record
+    // carries on the wire raises the error of the upload, and nothing is sent.
     QString Obj2Comm() const;
+
+private:
     void Comm2Obj(const QString& report);
 
     qint32 m_cycleTimeOpen = 0;

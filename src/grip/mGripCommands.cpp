@@ -22,12 +22,12 @@ namespace {
 // grip's error record; an earlier refusal of the same command is not forgotten.
 Outcome runTransfer(const std::function<void()>& exchange, const std::function<bool()>& supported)
 {
-    const qint32 before = GripError().ErrorCode();
+    const cError before = GripError();
     GripError().Clear();
     exchange();
     if (GripError().ErrorCode() != cError::NoError)
         return Outcome::Refused;
-    GripError().setErrorCode(before);
+    GripError() = before;
     // The gun information was just refreshed, so the flags follow the grip at hand.
     if (supported && !supported())
         return Outcome::Unsupported;
@@ -166,8 +166,26 @@ CommandResult GetAll()
                        {GripRecord::Ramping, Direction::Get}});
 }
 
+void CheckPut(const QList<GripRecord>& records)
+{
+    PassErrors(kModule, kRevision, QStringLiteral("CheckPut"), [&] {
+        // Building a record's command checks its values and sends nothing.
+        for (const GripRecord record : records) {
+            switch (record) {
+            case GripRecord::Timing: TimingRecord().Obj2Comm(); break;
+            case GripRecord::GameTimer: CountdownTimerRecord().Obj2Comm(); break;
+            case GripRecord::Options: OptionsRecord().Obj2Comm(); break;
+            case GripRecord::Ramping: HyperRecord().Obj2Comm(); break;
+            case GripRecord::Counters:
+            case GripRecord::Battery: break;
+            }
+        }
+    });
+}
+
 CommandResult PutAll()
 {
+    CheckPut({GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
     return runCommand(QStringLiteral("PutAll"),
                       {{GripRecord::Timing, Direction::Put},
                        {GripRecord::GameTimer, Direction::Put},
@@ -182,6 +200,8 @@ CommandResult GetRecord(GripRecord record)
 
 CommandResult PutRecord(GripRecord record)
 {
+    if (CanPut(record))
+        CheckPut({record});
     return runCommand(QStringLiteral("PutRecord(%1)").arg(RecordName(record)), {{record, Direction::Put}});
 }
 

@@ -54,6 +54,12 @@ CommandResult PutRecord(GripRecord record);
 // Counter reset: selector 1, 2 or 3 (both).
 CommandResult ResetCounter(quint8 selector);
 
+// Checks, before anything is sent, that every value of the records fits what the record carries
+// on the wire (a byte each, the alert times a 16-bit word): a value that does not fit raises the
+// error its command would raise, so that a put never writes some records and then fails on a
+// later one. PutAll and PutRecord run it first.
+void CheckPut(const QList<GripRecord>& records);
+
 // The pieces, for front ends that run several steps in one command (e.g. get, change, put):
 // the boot-mode check (true when the program had to be started) and one transfer without it.
 bool StartProgramIfInBootMode();

@@ -1,9 +1,12 @@
 #include "link/cError.h"
 
+#include "link/mAppFunc.h"
+
 void cError::RecordNegativeAnswer(const QString& report)
 {
-    Q_UNUSED(report); // the grip's error byte is not looked at: every negative answer is code 1
+    // The code is 1 whatever the grip's error byte says; the byte is only kept to be shown.
     m_code = ChecksumError;
+    m_answerByte = static_cast<quint8>(mAppFunc::GetByteFromHexstring(report, 2));
 }
 
 QString cError::Description() const

@@ -12,10 +12,13 @@ public:
     // Records a negative answer: the code becomes 1 whatever the answer's data byte says.
     void RecordNegativeAnswer(const QString& report);
     QString Description() const;
-    void Clear() { m_code = NoError; }
+    void Clear() { m_code = NoError; m_answerByte = 0; }
+    // The data byte of the last negative answer (0 when it had none), for telling the user.
+    quint8 AnswerByte() const { return m_answerByte; }
 
 private:
     qint32 m_code = NoError;
+    quint8 m_answerByte = 0;
 };
 
 // The one global instance, created on first use.

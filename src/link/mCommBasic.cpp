@@ -226,7 +226,16 @@ QString CommReceiveData(qint32& n)
         qint32 one = 1;
         const QString code = CommReadBytes(one);
         const qint32 size = GetReportReturnSize(GetByteFromHexstring(code, 1));
-        n = size - 1; // an unknown report code asks for -1 bytes, which fails
+        if (size == 0) {
+            // A code the catalogue does not know is damaged data. The classic program asked for
+            // -1 more bytes and failed with a run-time error that said nothing useful; this one
+            // takes what came, so that the record raises its own error with the help for
+            // damaged data.
+            link().lastOutcome = Outcome::UnknownReport;
+            n = 0;
+            return code + CommReadBytes(n);
+        }
+        n = size - 1;
         const QString rest = CommReadBytes(n);
         return code + rest;
     });
@@ -352,6 +361,8 @@ QString classify(qint32 received, qint32 expected, bool showResult, QString& rep
         return showResult ? QStringLiteral(" - CRC OUT!") : QString();
     }
     report = CommReceiveData(n);
+    if (link().lastOutcome == Outcome::UnknownReport)
+        return showResult ? QStringLiteral(" - CRC IN!") : QString();
     if (objComm->InBufferCount() > 0)
         FlushBuffer();
     if (!bNoCRCIn && !CheckCRC(report)) {

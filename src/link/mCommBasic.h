@@ -48,7 +48,7 @@ void ShowCommStatus(const QString& text, bool flag);
 QString FormatLogEntry(const QDateTime& when, const QString& hex, const QString& label);
 
 // What the last exchange ended with, so that a front end can explain an empty report.
-enum class Outcome { None, Ok, PortFailed, Timeout, WrongLength, BadChecksum };
+enum class Outcome { None, Ok, PortFailed, Timeout, WrongLength, BadChecksum, UnknownReport };
 Outcome LastOutcome();
 // Why the port could not be opened the last time, or empty, and what to do about it.
 QString LastOpenError();

@@ -136,6 +136,7 @@ QStringList WhatToDo(const MarloError& error)
         lines << mErrCodes::HELP_TIMEOUT;
         break;
     case mCommBasic::Outcome::BadChecksum:
+    case mCommBasic::Outcome::UnknownReport:
         lines << mErrCodes::HELP_CHECKSUM;
         break;
     default:

@@ -25,7 +25,10 @@ void cUserInterface::waitWithEvents(int milliseconds)
         timer.setSingleShot(true);
         QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
         timer.start(milliseconds - kQuietEndMs);
-        loop.exec();
+        // User input waits for the end of the pause: a message box or dialog opened by a click
+        // here would hold back the rest of the frame, and the grip drops a frame whose bytes
+        // stop coming.
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
     }
     // Never shorter than asked: what the event loop left (or the whole pause without one).
     const qint64 left = deadline.remainingTimeNSecs();

@@ -46,8 +46,9 @@ public:
 
     // Lets pending window events run (the link calls it while it waits for the grip).
     virtual void processEvents() = 0;
-    // A pause of at least the given time during which events keep running: the thread blocks
-    // in the event loop (no spinning) and wakes for each event and at the end.
+    // A pause of at least the given time during which events keep running (user input is
+    // delivered after it): the thread blocks in the event loop (no spinning) and wakes for each
+    // event and at the end.
     virtual void waitWithEvents(int milliseconds);
 
     // The error reporter's "show": the error reached a place with no caller left.

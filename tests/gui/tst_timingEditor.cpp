@@ -104,12 +104,13 @@ private slots:
         fTolvaneMan& w = openExpert(h);
         type(&w, QStringLiteral("txtTimingST"), QStringLiteral("12"));
         type(&w, QStringLiteral("txtTimingST"), QStringLiteral("50"));
-        // The text box takes it (and so does the setting); the slider refuses it and says so once.
+        // "5" is taken, "50" is outside the slider's range: refused once, and for good.
         QCOMPARE(h.ui.script.errors.size(), 1);
         QCOMPARE(h.ui.script.errors.first().Number(), 380);
-        QCOMPARE(h.ui.script.errors.first().Trail().last().procedure, QStringLiteral("mIFSettings_txtlShotTimeChange"));
-        QCOMPARE(w.ActiveSetting()->lShotTime(), 50);
-        QCOMPARE(control<QSlider>(&w, QStringLiteral("sldST"))->value(), 5); // "5" was the last it took
+        QCOMPARE(h.ui.script.errors.first().Trail().last().procedure, QStringLiteral("txtlShotTime_Change"));
+        QCOMPARE(text(&w, QStringLiteral("txtTimingST")), QStringLiteral("5"));
+        QCOMPARE(w.ActiveSetting()->lShotTime(), 5);
+        QCOMPARE(control<QSlider>(&w, QStringLiteral("sldST"))->value(), 5);
         QVERIFY(enabled(w, "cmdTools(0)"));
     }
     void textThatIsNoNumberIsReportedOnce()
@@ -122,6 +123,7 @@ private slots:
         QCOMPARE(h.ui.script.errors.first().Number(), 13);
         QCOMPARE(h.ui.script.errors.first().Trail().first().module, QStringLiteral("cifSetsTemplate"));
         QCOMPARE(w.ActiveSetting()->lDwellTime(), 9); // the record keeps its value
+        QCOMPARE(text(&w, QStringLiteral("txtTimingDT")), QStringLiteral("9")); // and the box shows it
     }
     void rateOfFire_data()
     {

@@ -3,6 +3,7 @@
 #include "grip/cCountdownTimer.h"
 #include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
+#include "link/mErrCodes.h"
 #include "shell/mConvert.h"
 #include "shell/mMain.h"
 
@@ -12,6 +13,8 @@
 #include <QDateEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
+#include <exception>
 #include <functional>
 
 using Controls = cifSetsTemplate::Controls;
@@ -20,12 +23,14 @@ using Event = void (cifSetsTemplate::*)();
 namespace {
 
 // A whole-number field of the record: its text box, slider and display label (any may be
-// absent), where an edit also goes in the grip's shared records, and its two events.
+// absent), the control whose range a typed value must keep, where an edit also goes in the
+// grip's shared records, and its two events.
 struct LongField {
     const char* property;
     QLineEdit* Controls::*text;
     QAbstractSlider* Controls::*slider;
     QLabel* Controls::*label;
+    QAbstractSlider* Controls::*range;
     qint32 (cSetsTemplate::*get)() const;
     void (cSetsTemplate::*set)(qint32);
     std::function<void(qint32)> grip;
@@ -36,26 +41,26 @@ struct LongField {
 const QList<LongField>& longFields()
 {
     static const QList<LongField> fields = {
-        {"lShotTime", &Controls::txtlShotTime, &Controls::sldlShotTime, &Controls::lblShotTime,
+        {"lShotTime", &Controls::txtlShotTime, &Controls::sldlShotTime, &Controls::lblShotTime, &Controls::sldlShotTime,
          &cSetsTemplate::lShotTime, &cSetsTemplate::setlShotTime, [](qint32 v) { TimingRecord().setShotTime(v); },
          &cifSetsTemplate::txtlShotTimeChange, &cifSetsTemplate::sldlShotTimeScroll},
-        {"lDwellTime", &Controls::txtlDwellTime, &Controls::sldlDwellTime, &Controls::lblDwellTime,
+        {"lDwellTime", &Controls::txtlDwellTime, &Controls::sldlDwellTime, &Controls::lblDwellTime, &Controls::sldlDwellTime,
          &cSetsTemplate::lDwellTime, &cSetsTemplate::setlDwellTime, [](qint32 v) { TimingRecord().setDwelltime(v); },
          &cifSetsTemplate::txtlDwellTimeChange, &cifSetsTemplate::sldlDwellTimeScroll},
-        {"lCycleTimeOpen", &Controls::txtlCycleTimeOpen, &Controls::sldlCycleTimeOpen, &Controls::lblCycleTimeOpen,
+        {"lCycleTimeOpen", &Controls::txtlCycleTimeOpen, &Controls::sldlCycleTimeOpen, &Controls::lblCycleTimeOpen, &Controls::sldlCycleTimeOpen,
          &cSetsTemplate::lCycleTimeOpen, &cSetsTemplate::setlCycleTimeOpen, [](qint32 v) { TimingRecord().setCycleTimeOpen(v); },
          &cifSetsTemplate::txtlCycleTimeOpenChange, &cifSetsTemplate::sldlCycleTimeOpenScroll},
-        {"lLoadTime", &Controls::txtlLoadTime, &Controls::sldlLoadTime, &Controls::lblLoadTime,
+        {"lLoadTime", &Controls::txtlLoadTime, &Controls::sldlLoadTime, &Controls::lblLoadTime, &Controls::sldlLoadTime,
          &cSetsTemplate::lLoadTime, &cSetsTemplate::setlLoadTime, [](qint32 v) { TimingRecord().setLoadTime(v); },
          &cifSetsTemplate::txtlLoadTimeChange, &cifSetsTemplate::sldlLoadTimeScroll},
-        {"lCycleTimeClose", &Controls::txtlCycleTimeClose, &Controls::sldlCycleTimeClose, &Controls::lblCycleTimeClose,
+        {"lCycleTimeClose", &Controls::txtlCycleTimeClose, &Controls::sldlCycleTimeClose, &Controls::lblCycleTimeClose, &Controls::sldlCycleTimeClose,
          &cSetsTemplate::lCycleTimeClose, &cSetsTemplate::setlCycleTimeClose, [](qint32 v) { TimingRecord().setCycleTimeClose(v); },
          &cifSetsTemplate::txtlCycleTimeCloseChange, &cifSetsTemplate::sldlCycleTimeCloseScroll},
-        {"lGameTime", &Controls::txtlGameTime, nullptr, nullptr, &cSetsTemplate::lGameTime, &cSetsTemplate::setlGameTime,
+        {"lGameTime", &Controls::txtlGameTime, nullptr, nullptr, &Controls::updlGameTime, &cSetsTemplate::lGameTime, &cSetsTemplate::setlGameTime,
          [](qint32 v) { CountdownTimerRecord().setCountDownTimer(v); }, &cifSetsTemplate::txtlGameTimeChange, nullptr},
-        {"lAlertOne", &Controls::txtlAlertOne, nullptr, nullptr, &cSetsTemplate::lAlertOne, &cSetsTemplate::setlAlertOne,
+        {"lAlertOne", &Controls::txtlAlertOne, nullptr, nullptr, nullptr, &cSetsTemplate::lAlertOne, &cSetsTemplate::setlAlertOne,
          [](qint32 v) { CountdownTimerRecord().setPreAlert1Time(v); }, &cifSetsTemplate::txtlAlertOneChange, nullptr},
-        {"lAlertTwo", &Controls::txtlAlertTwo, nullptr, nullptr, &cSetsTemplate::lAlertTwo, &cSetsTemplate::setlAlertTwo,
+        {"lAlertTwo", &Controls::txtlAlertTwo, nullptr, nullptr, nullptr, &cSetsTemplate::lAlertTwo, &cSetsTemplate::setlAlertTwo,
          [](qint32 v) { CountdownTimerRecord().setPreAlert2Time(v); }, &cifSetsTemplate::txtlAlertTwoChange, nullptr},
     };
     return fields;
@@ -107,6 +112,31 @@ const QList<ModeField>& modeFields()
     return fields;
 }
 
+// A typed value that the editor refuses is refused for good: on an error the text box shows the
+// record's value again, and the record, the grip's records and the slider keep it. The classic
+// program let the record keep a refused value, which then reached the library and the grip.
+class RefusedTextReverts {
+public:
+    RefusedTextReverts(QLineEdit* text, std::function<qint32()> kept)
+        : m_text(text), m_kept(std::move(kept)), m_exceptions(std::uncaught_exceptions())
+    {
+    }
+    ~RefusedTextReverts()
+    {
+        if (std::uncaught_exceptions() <= m_exceptions)
+            return;
+        const QSignalBlocker quiet(m_text);
+        m_text->setText(QString::number(m_kept()));
+    }
+    RefusedTextReverts(const RefusedTextReverts&) = delete;
+    RefusedTextReverts& operator=(const RefusedTextReverts&) = delete;
+
+private:
+    QLineEdit* m_text;
+    std::function<qint32()> m_kept;
+    int m_exceptions;
+};
+
 QString controlName(const char* prefix, const char* property, const char* event)
 {
     return QStringLiteral("%1%2_%3").arg(QLatin1String(prefix), QLatin1String(property), QLatin1String(event));
@@ -123,11 +153,17 @@ void cifSetsTemplate::connectControls()
 {
     for (const LongField& f : longFields()) {
         if (QLineEdit* text = m_controls.*(f.text)) {
-            connect(text, &QLineEdit::textChanged, this, [this, &f](const QString& value) {
+            connect(text, &QLineEdit::textChanged, this, [this, &f, text](const QString& value) {
                 ShowErrors(kClass, kRevision, controlName("txt", f.property, "Change"), [&] {
                     if (!m_record)
                         return;
+                    const RefusedTextReverts revert(text, [&] { return (m_record.get()->*f.get)(); });
                     const qint32 number = mConvert::CLng(value);
+                    // A typed value outside the range of its slider (or up-down) is refused; a
+                    // value the program shows (a stored or downloaded one) is taken as it is.
+                    const QAbstractSlider* range = f.range ? m_controls.*(f.range) : nullptr;
+                    if (range && text->isModified() && (number < range->minimum() || number > range->maximum()))
+                        RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY);
                     (m_record.get()->*f.set)(number);
                     f.grip(number);
                     emit(this->*f.textEvent)();

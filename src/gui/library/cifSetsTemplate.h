@@ -41,6 +41,8 @@ public:
         QAbstractSlider* sldlCycleTimeOpen = nullptr;
         QAbstractSlider* sldlLoadTime = nullptr;
         QAbstractSlider* sldlCycleTimeClose = nullptr;
+        // The range a typed game time must keep (the timings keep their sliders' ranges).
+        QAbstractSlider* updlGameTime = nullptr;
         QComboBox* cbolFiringMode = nullptr;
         QComboBox* cbolHyperMode = nullptr;
         // Display labels: the rate of fire and the five times.

@@ -1,6 +1,7 @@
 #include "gui/shell/fTolvaneMan.h"
 
 #include "gui/library/cifSetsTemplate.h"
+#include "gui/shell/GripCommandScope.h"
 #include "gui/shell/PlacedWidget.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/mGUISupport.h"
@@ -63,63 +64,66 @@ const ToolButton kToolButtons[] = {
 using Handler = void (fTolvaneMan::*)();
 
 // One item of the menu bar: a menu (no parent), a submenu (a parent and items of its own), an
-// item or a separator ("-"). Items without a handler are present and greyed.
+// item or a separator ("-"). Items without a handler are present and greyed. A held item is
+// disabled while a grip command runs: it talks to the grip, opens a modal window, changes the
+// port or ends the program.
 struct MenuItem {
     const char* name;
     const char* caption;
     const char* parent;
     Handler handler;
+    bool held;
 };
 
 const MenuItem kMenus[] = {
-    {"mnuFile", QT_TRANSLATE_NOOP("fTolvaneMan", "&File"), nullptr, nullptr},
-    {"mnuNew", QT_TRANSLATE_NOOP("fTolvaneMan", "&New"), "mnuFile", &fTolvaneMan::mnuNew_Click},
-    {"mnuOpen", QT_TRANSLATE_NOOP("fTolvaneMan", "&Open"), "mnuFile", nullptr},
-    {"mnuSave", QT_TRANSLATE_NOOP("fTolvaneMan", "&Save"), "mnuFile", &fTolvaneMan::mnuSave_Click},
-    {"mnuSaveAs", QT_TRANSLATE_NOOP("fTolvaneMan", "Save &As"), "mnuFile", nullptr},
-    {"-", nullptr, "mnuFile", nullptr},
-    {"mnuPrint", QT_TRANSLATE_NOOP("fTolvaneMan", "&Print"), "mnuFile", nullptr},
-    {"-", nullptr, "mnuFile", nullptr},
-    {"mnuExit", QT_TRANSLATE_NOOP("fTolvaneMan", "E&xit"), "mnuFile", &fTolvaneMan::mnuExit_Click},
-    {"mnuEdit", QT_TRANSLATE_NOOP("fTolvaneMan", "&Edit"), nullptr, nullptr},
-    {"mnuCut", QT_TRANSLATE_NOOP("fTolvaneMan", "&Cut"), "mnuEdit", &fTolvaneMan::mnuCut_Click},
-    {"mnuCopy", QT_TRANSLATE_NOOP("fTolvaneMan", "C&opy"), "mnuEdit", &fTolvaneMan::mnuCopy_Click},
-    {"mnuPaste", QT_TRANSLATE_NOOP("fTolvaneMan", "&Paste"), "mnuEdit", &fTolvaneMan::mnuPaste_Click},
-    {"mnuFunction", QT_TRANSLATE_NOOP("fTolvaneMan", "F&unction"), nullptr, nullptr},
-    {"mnuDownload", QT_TRANSLATE_NOOP("fTolvaneMan", "&Get"), "mnuFunction", nullptr},
-    {"mnuDLTiming", QT_TRANSLATE_NOOP("fTolvaneMan", "&Timing settings"), "mnuDownload", &fTolvaneMan::mnuDLTiming_Click},
-    {"mnuDLCounters", QT_TRANSLATE_NOOP("fTolvaneMan", "&Counters"), "mnuDownload", &fTolvaneMan::mnuDLCounters_Click},
-    {"mnuDLGameTimers", QT_TRANSLATE_NOOP("fTolvaneMan", "G&ame timers"), "mnuDownload", &fTolvaneMan::mnuDLGameTimers_Click},
-    {"mnuDLGunInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "&Gun information"), "mnuDownload", &fTolvaneMan::mnuDLGunInfo_Click},
-    {"mnuDLBattery", QT_TRANSLATE_NOOP("fTolvaneMan", "&Battery info"), "mnuDownload", &fTolvaneMan::mnuDLBattery_Click},
-    {"mnuDLFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Firmware program"), "mnuDownload", &fTolvaneMan::mnuDLFirmware_Click},
-    {"mnuDLEEPROM", QT_TRANSLATE_NOOP("fTolvaneMan", "&EEPROM"), "mnuDownload", nullptr},
-    {"mnuDLExtEEPROM", QT_TRANSLATE_NOOP("fTolvaneMan", "E&xtended EEPROM"), "mnuDownload", nullptr},
-    {"mnuDLStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "&Statistics"), "mnuDownload", nullptr},
-    {"-", nullptr, "mnuDownload", nullptr},
-    {"mnuDLGame", QT_TRANSLATE_NOOP("fTolvaneMan", "Ga&me"), "mnuDownload", nullptr},
-    {"mnuUpload", QT_TRANSLATE_NOOP("fTolvaneMan", "P&ut"), "mnuFunction", nullptr},
-    {"mnuULTiming", QT_TRANSLATE_NOOP("fTolvaneMan", "&Timing"), "mnuUpload", &fTolvaneMan::mnuULTiming_Click},
-    {"mnuULGameTimers", QT_TRANSLATE_NOOP("fTolvaneMan", "G&ame timers"), "mnuUpload", &fTolvaneMan::mnuULGameTimers_Click},
-    {"mnuULFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Firmware program"), "mnuUpload", &fTolvaneMan::mnuULFirmware_Click},
-    {"-", nullptr, "mnuUpload", nullptr},
-    {"mnuULAll", QT_TRANSLATE_NOOP("fTolvaneMan", "&All"), "mnuUpload", &fTolvaneMan::mnuULAll_Click},
-    {"mnuDefaultSettings", QT_TRANSLATE_NOOP("fTolvaneMan", "Default Settings"), "mnuFunction", &fTolvaneMan::mnuDefaultSettings_Click},
-    {"mnuLibTemplates", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &templates..."), "mnuFunction", &fTolvaneMan::mnuLibTemplates_Click},
-    {"mnuLibStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &statistics..."), "mnuFunction", &fTolvaneMan::mnuLibStatistics_Click},
-    {"mnuProperties", QT_TRANSLATE_NOOP("fTolvaneMan", "P&roperties"), "mnuFunction", &fTolvaneMan::mnuProperties_Click},
-    {"mnuPromote", QT_TRANSLATE_NOOP("fTolvaneMan", "&Promote"), "mnuFunction", &fTolvaneMan::mnuPromote_Click},
-    {"mnuBurnFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Burn firmware"), "mnuFunction", &fTolvaneMan::mnuBurnFirmware_Click},
-    {"-", nullptr, "mnuFunction", nullptr},
-    {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", &fTolvaneMan::mnuOptions_Click},
-    {"mnuView", QT_TRANSLATE_NOOP("fTolvaneMan", "&View"), nullptr, nullptr},
-    {"mnuCommLog", QT_TRANSLATE_NOOP("fTolvaneMan", "&Communication log"), "mnuView", &fTolvaneMan::mnuCommLog_Click},
-    {"mnuBuildInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "Gun &build info"), "mnuView", &fTolvaneMan::mnuBuildInfo_Click},
-    {"mnuHelp", QT_TRANSLATE_NOOP("fTolvaneMan", "&Help"), nullptr, nullptr},
-    {"mnuContents", QT_TRANSLATE_NOOP("fTolvaneMan", "&Contents"), "mnuHelp", nullptr},
-    {"mnuIndex", QT_TRANSLATE_NOOP("fTolvaneMan", "&Index"), "mnuHelp", nullptr},
-    {"-", nullptr, "mnuHelp", nullptr},
-    {"mnuAbout", QT_TRANSLATE_NOOP("fTolvaneMan", "&About Tolvane Manager"), "mnuHelp", &fTolvaneMan::mnuAbout_Click},
+    {"mnuFile", QT_TRANSLATE_NOOP("fTolvaneMan", "&File"), nullptr, nullptr, false},
+    {"mnuNew", QT_TRANSLATE_NOOP("fTolvaneMan", "&New"), "mnuFile", &fTolvaneMan::mnuNew_Click, true},
+    {"mnuOpen", QT_TRANSLATE_NOOP("fTolvaneMan", "&Open"), "mnuFile", nullptr, false},
+    {"mnuSave", QT_TRANSLATE_NOOP("fTolvaneMan", "&Save"), "mnuFile", &fTolvaneMan::mnuSave_Click, false},
+    {"mnuSaveAs", QT_TRANSLATE_NOOP("fTolvaneMan", "Save &As"), "mnuFile", nullptr, false},
+    {"-", nullptr, "mnuFile", nullptr, false},
+    {"mnuPrint", QT_TRANSLATE_NOOP("fTolvaneMan", "&Print"), "mnuFile", nullptr, false},
+    {"-", nullptr, "mnuFile", nullptr, false},
+    {"mnuExit", QT_TRANSLATE_NOOP("fTolvaneMan", "E&xit"), "mnuFile", &fTolvaneMan::mnuExit_Click, true},
+    {"mnuEdit", QT_TRANSLATE_NOOP("fTolvaneMan", "&Edit"), nullptr, nullptr, false},
+    {"mnuCut", QT_TRANSLATE_NOOP("fTolvaneMan", "&Cut"), "mnuEdit", &fTolvaneMan::mnuCut_Click, false},
+    {"mnuCopy", QT_TRANSLATE_NOOP("fTolvaneMan", "C&opy"), "mnuEdit", &fTolvaneMan::mnuCopy_Click, false},
+    {"mnuPaste", QT_TRANSLATE_NOOP("fTolvaneMan", "&Paste"), "mnuEdit", &fTolvaneMan::mnuPaste_Click, false},
+    {"mnuFunction", QT_TRANSLATE_NOOP("fTolvaneMan", "F&unction"), nullptr, nullptr, false},
+    {"mnuDownload", QT_TRANSLATE_NOOP("fTolvaneMan", "&Get"), "mnuFunction", nullptr, false},
+    {"mnuDLTiming", QT_TRANSLATE_NOOP("fTolvaneMan", "&Timing settings"), "mnuDownload", &fTolvaneMan::mnuDLTiming_Click, true},
+    {"mnuDLCounters", QT_TRANSLATE_NOOP("fTolvaneMan", "&Counters"), "mnuDownload", &fTolvaneMan::mnuDLCounters_Click, true},
+    {"mnuDLGameTimers", QT_TRANSLATE_NOOP("fTolvaneMan", "G&ame timers"), "mnuDownload", &fTolvaneMan::mnuDLGameTimers_Click, true},
+    {"mnuDLGunInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "&Gun information"), "mnuDownload", &fTolvaneMan::mnuDLGunInfo_Click, true},
+    {"mnuDLBattery", QT_TRANSLATE_NOOP("fTolvaneMan", "&Battery info"), "mnuDownload", &fTolvaneMan::mnuDLBattery_Click, true},
+    {"mnuDLFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Firmware program"), "mnuDownload", &fTolvaneMan::mnuDLFirmware_Click, true},
+    {"mnuDLEEPROM", QT_TRANSLATE_NOOP("fTolvaneMan", "&EEPROM"), "mnuDownload", nullptr, false},
+    {"mnuDLExtEEPROM", QT_TRANSLATE_NOOP("fTolvaneMan", "E&xtended EEPROM"), "mnuDownload", nullptr, false},
+    {"mnuDLStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "&Statistics"), "mnuDownload", nullptr, false},
+    {"-", nullptr, "mnuDownload", nullptr, false},
+    {"mnuDLGame", QT_TRANSLATE_NOOP("fTolvaneMan", "Ga&me"), "mnuDownload", nullptr, false},
+    {"mnuUpload", QT_TRANSLATE_NOOP("fTolvaneMan", "P&ut"), "mnuFunction", nullptr, false},
+    {"mnuULTiming", QT_TRANSLATE_NOOP("fTolvaneMan", "&Timing"), "mnuUpload", &fTolvaneMan::mnuULTiming_Click, true},
+    {"mnuULGameTimers", QT_TRANSLATE_NOOP("fTolvaneMan", "G&ame timers"), "mnuUpload", &fTolvaneMan::mnuULGameTimers_Click, true},
+    {"mnuULFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Firmware program"), "mnuUpload", &fTolvaneMan::mnuULFirmware_Click, true},
+    {"-", nullptr, "mnuUpload", nullptr, false},
+    {"mnuULAll", QT_TRANSLATE_NOOP("fTolvaneMan", "&All"), "mnuUpload", &fTolvaneMan::mnuULAll_Click, true},
+    {"mnuDefaultSettings", QT_TRANSLATE_NOOP("fTolvaneMan", "Default Settings"), "mnuFunction", &fTolvaneMan::mnuDefaultSettings_Click, true},
+    {"mnuLibTemplates", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &templates..."), "mnuFunction", &fTolvaneMan::mnuLibTemplates_Click, true},
+    {"mnuLibStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &statistics..."), "mnuFunction", &fTolvaneMan::mnuLibStatistics_Click, false},
+    {"mnuProperties", QT_TRANSLATE_NOOP("fTolvaneMan", "P&roperties"), "mnuFunction", &fTolvaneMan::mnuProperties_Click, true},
+    {"mnuPromote", QT_TRANSLATE_NOOP("fTolvaneMan", "&Promote"), "mnuFunction", &fTolvaneMan::mnuPromote_Click, false},
+    {"mnuBurnFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Burn firmware"), "mnuFunction", &fTolvaneMan::mnuBurnFirmware_Click, false},
+    {"-", nullptr, "mnuFunction", nullptr, false},
+    {"mnuOptions", QT_TRANSLATE_NOOP("fTolvaneMan", "&Options"), "mnuFunction", &fTolvaneMan::mnuOptions_Click, true},
+    {"mnuView", QT_TRANSLATE_NOOP("fTolvaneMan", "&View"), nullptr, nullptr, false},
+    {"mnuCommLog", QT_TRANSLATE_NOOP("fTolvaneMan", "&Communication log"), "mnuView", &fTolvaneMan::mnuCommLog_Click, false},
+    {"mnuBuildInfo", QT_TRANSLATE_NOOP("fTolvaneMan", "Gun &build info"), "mnuView", &fTolvaneMan::mnuBuildInfo_Click, false},
+    {"mnuHelp", QT_TRANSLATE_NOOP("fTolvaneMan", "&Help"), nullptr, nullptr, false},
+    {"mnuContents", QT_TRANSLATE_NOOP("fTolvaneMan", "&Contents"), "mnuHelp", nullptr, false},
+    {"mnuIndex", QT_TRANSLATE_NOOP("fTolvaneMan", "&Index"), "mnuHelp", nullptr, false},
+    {"-", nullptr, "mnuHelp", nullptr, false},
+    {"mnuAbout", QT_TRANSLATE_NOOP("fTolvaneMan", "&About Tolvane Manager"), "mnuHelp", &fTolvaneMan::mnuAbout_Click, true},
 };
 
 struct TimingRow {
@@ -402,6 +406,7 @@ QGroupBox* fTolvaneMan::createCountersPane()
         cmdReset[i]->setAccessibleDescription(tr("Reset counter %1").arg(i + 1));
         cmdReset[i]->setToolTip(tr("Reset counter %1").arg(i + 1));
         grid->addWidget(cmdReset[i], i, 2);
+        m_heldCommands.append(cmdReset[i]);
     }
     grid->setRowStretch(3, 1);
     return pane;
@@ -451,6 +456,7 @@ void fTolvaneMan::createToolButtons()
             button->setToolTip(tr(b.designToolTip));
         button->resize(qMax(button->sizeHint().width(), TwipsToPixels(1215, this)), button->sizeHint().height());
         cmdTools[b.index] = button;
+        m_heldCommands.append(button);
     }
     // Burn program has no action: the form keeps it out of sight.
     cmdTools[9]->setVisible(false);
@@ -491,6 +497,8 @@ void fTolvaneMan::createMenus()
             connect(action, &QAction::triggered, this, item.handler);
         else
             action->setEnabled(false); // present, with nothing behind it
+        if (item.held)
+            m_heldCommands.append(action);
     }
     mnuProperties = findChild<QAction*>(QStringLiteral("mnuProperties"));
     mnuPromote = findChild<QAction*>(QStringLiteral("mnuPromote"));
@@ -542,6 +550,7 @@ void fTolvaneMan::createBinding()
     c.sldlLoadTime = m_timing[LT].slider;
     c.sldlCycleTimeClose = m_timing[CTC].slider;
     c.txtlGameTime = txtCntDown;
+    c.updlGameTime = updGT;
     c.chkbCTCLikeCTO = chkCopyCTO;
     c.chkbExpertMode = chkExpert;
     c.chkbAlertOne = chkAlertOne;
@@ -720,6 +729,9 @@ void fTolvaneMan::SetCaption()
 void fTolvaneMan::UpdateState()
 {
     PassErrors(kForm, kRevision, QStringLiteral("UpdateState"), [&] {
+        // During a grip command the held commands stay held (Get and Default settings too, which
+        // the rows enable always); they take the states set here when the command ends.
+        HoldSuspended hold(*this);
         const bool E = chkExpert->isChecked();
         const bool C = !chkCopyCTO->isChecked();
         const bool T = m_isTemplate;

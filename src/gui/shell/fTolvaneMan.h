@@ -6,6 +6,7 @@
 // (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp), the timing editor
 // (fTolvaneMan_TimingEditor.cpp) and the firmware commands with the traffic window and the build
 // information (fTolvaneMan_Firmware.cpp).
+#include "grip/mGripCommands.h"
 #include "link/cSerialPort.h"
 
 #include <QList>
@@ -135,7 +136,10 @@ public slots:
     void mnuBuildInfo_Click();
 
 public:
-    // A firmware transfer runs: the grip commands are held and the window cannot be closed.
+    // A grip command runs (a firmware transfer included): the commands are held and the window
+    // cannot be closed.
+    bool GripCommandRunning() const { return m_commandDepth > 0; }
+    // A firmware transfer runs.
     bool FirmwareTransferRunning() const { return m_transferRunning; }
     // The traffic window, made on first use; shown or hidden with logging to it.
     fCommConsole* CommLogWindow();
@@ -143,6 +147,20 @@ public:
 
 private:
     friend class FirmwareTransferScope;
+    friend class GripCommandScope;
+    friend class HoldSuspended;
+    // What a grip command holds (fTolvaneMan_Hold.cpp): every command that talks to the grip,
+    // opens a modal window, changes the port or ends the program. Each is disabled while the
+    // command runs and given back the state it would have had.
+    void HoldCommands();
+    void ReleaseCommands();
+    struct HeldCommand {
+        QPointer<QObject> command;
+        bool enabled = false;
+    };
+    QList<QObject*> m_heldCommands; // filled as the form is built, from its tables
+    QList<HeldCommand> m_held;      // while held: each command and the state it gets back
+    int m_commandDepth = 0;
     void SetupViews();
     void ReleaseViews();
     void setTransferRunning(bool running);
@@ -176,9 +194,18 @@ private:
     void ReadCommandLine();
     void UploadFirmware(const QString& file);
 
-    // The common frame of a grip command: wait pointer, the boot-mode check, the transfers,
-    // then the confirmation when confirmations are on (fTolvaneMan_Commands.cpp).
+    // The common frame of a grip command: the commands held, wait pointer, the boot-mode check,
+    // the transfers, then the confirmation when confirmations are on and the grip refused
+    // nothing (fTolvaneMan_Commands.cpp). The first form answers whether nothing was refused.
+    bool RunGripCommand(const std::function<void()>& transfers);
     void RunGripCommand(const QString& confirmation, const std::function<void()>& transfers);
+    // A refusal of the grip, said in the status bar until the next grip command.
+    void ShowRefusal();
+    void ClearRefusal();
+    QString m_refusalText;
+    QString m_stepBeforeRefusal;
+    // Before a put: every value fits what its record carries, or nothing is sent.
+    void CheckPut(const QList<mGripCommands::GripRecord>& records);
     // The library browser and the property editor of the active setting
     // (fTolvaneMan_Library.cpp).
     void ShowLibraryBrowser();

@@ -10,10 +10,12 @@
 #include "grip/cSettings.h"
 #include "grip/mGripCommands.h"
 #include "gui/library/cifSetsTemplate.h"
+#include "gui/shell/GripCommandScope.h"
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
+#include "link/cError.h"
 #include "shell/mMain.h"
 
 #include <QApplication>
@@ -22,29 +24,61 @@
 
 using mGripCommands::Direction;
 using mGripCommands::GripRecord;
+using mGripCommands::Outcome;
 using mMain::Application;
 
 namespace {
 
-void transfer(GripRecord record, Direction direction)
+// A negative answer of the grip ends the transfer quietly; the command goes on.
+bool transfer(GripRecord record, Direction direction)
 {
-    // A negative answer of the grip ends the transfer quietly; the command goes on.
-    mGripCommands::TransferRecord(record, direction);
+    return mGripCommands::TransferRecord(record, direction) != Outcome::Refused;
+}
+
+bool gripRefused()
+{
+    return GripError().ErrorCode() != cError::NoError;
 }
 
 } // namespace
 
 // ---- the frame -------------------------------------------------------------------------------
 
+bool fTolvaneMan::RunGripCommand(const std::function<void()>& transfers)
+{
+    GripCommandScope hold(*this);
+    ClearRefusal();
+    WaitPointerScope wait;
+    GripError().Clear();
+    mGripCommands::StartProgramIfInBootMode();
+    transfers();
+    if (!gripRefused())
+        return true;
+    ShowRefusal();
+    return false;
+}
+
 void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::function<void()>& transfers)
 {
-    {
-        WaitPointerScope wait;
-        mGripCommands::StartProgramIfInBootMode();
-        transfers();
-    }
-    if (Application().RegistrySettings().ShowConfirmComm())
+    // Unlike the classic program, a command the grip refused is not confirmed: a player must not
+    // be told that settings were put when they were not. The status bar says it was refused.
+    if (RunGripCommand(transfers) && Application().RegistrySettings().ShowConfirmComm())
         mMain::ShowConfirm(confirmation);
+}
+
+void fTolvaneMan::ShowRefusal()
+{
+    m_stepBeforeRefusal = PanelText(kPanelStep);
+    const QString byte = QStringLiteral("%1").arg(GripError().AnswerByte(), 2, 16, QLatin1Char('0')).toUpper();
+    m_refusalText = tr("The grip refused the command (error byte 0x%1).").arg(byte);
+    SetPanelText(kPanelStep, m_refusalText);
+}
+
+void fTolvaneMan::ClearRefusal()
+{
+    if (!m_refusalText.isEmpty() && PanelText(kPanelStep) == m_refusalText)
+        SetPanelText(kPanelStep, m_stepBeforeRefusal);
+    m_refusalText.clear();
 }
 
 // ---- tool buttons ----------------------------------------------------------------------------
@@ -80,6 +114,7 @@ void fTolvaneMan::ActivateTools(int index)
             });
             break;
         case 1:
+            CheckPut({GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
             RunGripCommand(tr("Timinginformation and Countdowntimers were put."), [&] {
                 transfer(GripRecord::Timing, Direction::Put);
                 transfer(GripRecord::GameTimer, Direction::Put);
@@ -173,6 +208,7 @@ void fTolvaneMan::mnuDLTiming_Click()
 void fTolvaneMan::mnuULTiming_Click()
 {
     Handle(QStringLiteral("mnuULTiming_Click"), [&] {
+        CheckPut({GripRecord::Timing});
         RunGripCommand(tr("Timinginformation was put."), [&] { transfer(GripRecord::Timing, Direction::Put); });
     });
 }
@@ -195,8 +231,13 @@ void fTolvaneMan::mnuDLGunInfo_Click()
 {
     Handle(QStringLiteral("mnuDLGunInfo_Click"), [&] {
         {
+            GripCommandScope hold(*this);
+            ClearRefusal();
             WaitPointerScope wait;
+            GripError().Clear();
             GunInfo().Download();
+            if (gripRefused())
+                ShowRefusal();
         }
         SetVersionStatus();
     });
@@ -212,6 +253,7 @@ void fTolvaneMan::mnuDLGameTimers_Click()
 void fTolvaneMan::mnuULGameTimers_Click()
 {
     Handle(QStringLiteral("mnuULGameTimers_Click"), [&] {
+        CheckPut({GripRecord::GameTimer});
         RunGripCommand(tr("Countdowntimers were put."), [&] { transfer(GripRecord::GameTimer, Direction::Put); });
     });
 }
@@ -242,11 +284,14 @@ void fTolvaneMan::mnuPaste_Click()
 void fTolvaneMan::cmdReset_Click(int index)
 {
     Handle(QStringLiteral("cmdReset_Click(%1)").arg(index), [&] {
-        {
-            WaitPointerScope wait;
+        const QString shown = txtCounters[index]->text();
+        const bool reset = RunGripCommand([&] {
             txtCounters[index]->setText(QStringLiteral("0"));
-            mGripCommands::StartProgramIfInBootMode();
             mGripCommands::ResetCounterTransfer(static_cast<quint8>(index + 1));
+        });
+        if (!reset) {
+            txtCounters[index]->setText(shown); // refused: the counter was not reset
+            return;
         }
         if (Application().RegistrySettings().ShowConfirmComm())
             mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
@@ -254,6 +299,18 @@ void fTolvaneMan::cmdReset_Click(int index)
 }
 
 // ---- loaders -----------------------------------------------------------------------------------
+
+void fTolvaneMan::CheckPut(const QList<mGripCommands::GripRecord>& records)
+{
+    PassErrors(kForm, kRevision, QStringLiteral("CheckPut"), [&] {
+        // The option and ramping boxes go into their records first, as the put sends them.
+        if (records.contains(GripRecord::Options))
+            MoveControlsToOptions();
+        if (records.contains(GripRecord::Ramping))
+            MoveControlsToHyper();
+        mGripCommands::CheckPut(records);
+    });
+}
 
 void fTolvaneMan::SetVersionStatus()
 {
@@ -265,7 +322,9 @@ void fTolvaneMan::SetVersionStatus()
 void fTolvaneMan::InitDLTiming()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitDLTiming"), [&] {
-        transfer(GripRecord::Timing, Direction::Get);
+        // A refused download copies nothing and leaves the setting's state as it was.
+        if (!transfer(GripRecord::Timing, Direction::Get))
+            return;
         if (const auto setting = ActiveSetting()) {
             const cSettings& timing = TimingRecord();
             setting->setlShotTime(timing.ShotTime());
@@ -284,7 +343,8 @@ void fTolvaneMan::InitDLTiming()
 void fTolvaneMan::InitCounters()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitCounters"), [&] {
-        transfer(GripRecord::Counters, Direction::Get);
+        if (!transfer(GripRecord::Counters, Direction::Get))
+            return;
         const cCounters& counters = CountersRecord();
         txtCounters[0]->setText(QString::number(counters.Counter1()));
         txtCounters[1]->setText(QString::number(counters.Counter2()));
@@ -295,7 +355,8 @@ void fTolvaneMan::InitCounters()
 void fTolvaneMan::InitDLCountDownTimers()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitDLCountDownTimers"), [&] {
-        transfer(GripRecord::GameTimer, Direction::Get);
+        if (!transfer(GripRecord::GameTimer, Direction::Get))
+            return;
         if (const auto setting = ActiveSetting()) {
             const cCountdownTimer& timer = CountdownTimerRecord();
             setting->setlGameTime(timer.CountDownTimer());
@@ -311,7 +372,8 @@ void fTolvaneMan::InitDLCountDownTimers()
 void fTolvaneMan::InitBatteryIndicator()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitBatteryIndicator"), [&] {
-        transfer(GripRecord::Battery, Direction::Get);
+        if (!transfer(GripRecord::Battery, Direction::Get))
+            return;
         ucIProgress1->setValue(qRound(BatteryRecord().VoltageLevel() * 100.0));
     });
 }
@@ -319,7 +381,8 @@ void fTolvaneMan::InitBatteryIndicator()
 void fTolvaneMan::InitDLOptions()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitDLOptions"), [&] {
-        transfer(GripRecord::Options, Direction::Get);
+        if (!transfer(GripRecord::Options, Direction::Get))
+            return;
         SetupOptionsData();
     });
 }
@@ -335,7 +398,8 @@ void fTolvaneMan::InitULOptions()
 void fTolvaneMan::InitDLHyper()
 {
     PassErrors(kForm, kRevision, QStringLiteral("InitDLHyper"), [&] {
-        transfer(GripRecord::Ramping, Direction::Get);
+        if (!transfer(GripRecord::Ramping, Direction::Get))
+            return;
         if (const auto setting = ActiveSetting()) {
             cHyper& ramping = HyperRecord();
             setting->setlShots(ramping.Shots());

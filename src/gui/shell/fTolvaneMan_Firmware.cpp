@@ -7,6 +7,7 @@
 #include "gui/grip/fBuildInfo.h"
 #include "gui/link/cCommConsoleWindow.h"
 #include "gui/link/fCommConsole.h"
+#include "gui/shell/GripCommandScope.h"
 #include "library/cApplication.h"
 #include "link/mCommBasic.h"
 #include "shell/mMain.h"
@@ -17,42 +18,10 @@
 #include <QPointer>
 #include <QTimer>
 #include <exception>
-#include <vector>
 
 using mMain::Application;
 
 namespace {
-
-// What a firmware transfer holds while it runs: every command that talks to the grip, and the
-// commands whose modal windows would stop the transfer until they close (a modal window runs
-// its own event loop inside the transfer's waits). Held commands are given back their previous
-// state at the end, on every path. The busy flag of the link refuses a second exchange, but
-// the refusal clears the flag; holding the commands keeps a third exchange out of a write.
-const char* const kHeldDuringTransfer[] = {
-    // talk to the grip
-    "cmdTools(0)", "cmdTools(1)", "cmdReset(0)", "cmdReset(1)",
-    "mnuDLTiming", "mnuDLCounters", "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware",
-    "mnuULTiming", "mnuULGameTimers", "mnuULFirmware", "mnuULAll",
-    // open a modal window, change the port, or end the program
-    "cmdTools(2)", "cmdTools(4)", "cmdTools(6)", "mnuLibTemplates", "mnuProperties", "mnuDefaultSettings",
-    "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
-};
-
-void setEnabled(QObject* command, bool enabled)
-{
-    if (auto* action = qobject_cast<QAction*>(command))
-        action->setEnabled(enabled);
-    else if (auto* widget = qobject_cast<QWidget*>(command))
-        widget->setEnabled(enabled);
-}
-
-bool isEnabled(QObject* command)
-{
-    if (auto* action = qobject_cast<QAction*>(command))
-        return action->isEnabled();
-    auto* widget = qobject_cast<QWidget*>(command);
-    return widget && widget->isEnabled();
-}
 
 // The window's events that the firmware and view code looks at: the first showing (the traffic
 // window opens with it when logging to the console is on), closing during a transfer (refused),
@@ -67,8 +36,10 @@ public:
             m_shown = true;
             if (Application().RegistrySettings().CommLogToConsole())
                 QTimer::singleShot(0, m_window, [w = m_window] { w->ShowCommLog(true); });
-        } else if (watched == m_window && event->type() == QEvent::Close && m_window->FirmwareTransferRunning()) {
-            event->ignore(); // the grip would be left in its boot code, half written
+        } else if (watched == m_window && event->type() == QEvent::Close && m_window->GripCommandRunning()) {
+            // Closing would end the program inside an exchange (during a firmware transfer, with
+            // the grip left in its boot code, half written).
+            event->ignore();
             return true;
         } else if (watched != m_window && event->type() == QEvent::MouseButtonDblClick) {
             m_window->mnuBuildInfo_Click();
@@ -86,35 +57,27 @@ private:
 
 // ---- a firmware transfer in the window ---------------------------------------------------------
 
+// What a firmware transfer keeps in order while it runs, beside the held commands: the traffic
+// window knows of it, and an error leaves no progress bar and no step text behind.
 class FirmwareTransferScope {
 public:
     explicit FirmwareTransferScope(fTolvaneMan& window)
-        : m_window(window), m_outer(!window.m_transferRunning),
+        : m_window(window), m_outer(!window.m_transferRunning), m_hold(window),
           m_stepText(window.PanelText(fTolvaneMan::kPanelStep)), m_exceptions(std::uncaught_exceptions())
     {
-        if (!m_outer)
-            return;
-        for (const char* name : kHeldDuringTransfer) {
-            if (QObject* command = window.findChild<QObject*>(QLatin1String(name))) {
-                m_held.push_back({command, isEnabled(command)});
-                setEnabled(command, false);
-            }
-        }
-        m_window.setTransferRunning(true);
+        if (m_outer)
+            m_window.setTransferRunning(true);
     }
 
     ~FirmwareTransferScope()
     {
         if (!m_outer)
             return;
-        // An error leaves no progress bar and no step text behind; the error window comes after.
+        // The error window comes after.
         if (std::uncaught_exceptions() > m_exceptions) {
             m_window.EndProgressBar();
             m_window.SetPanelText(fTolvaneMan::kPanelStep, m_stepText);
         }
-        for (const Held& held : m_held)
-            if (held.command)
-                setEnabled(held.command, held.enabled);
         m_window.setTransferRunning(false);
     }
 
@@ -122,15 +85,11 @@ public:
     FirmwareTransferScope& operator=(const FirmwareTransferScope&) = delete;
 
 private:
-    struct Held {
-        QPointer<QObject> command;
-        bool enabled;
-    };
     fTolvaneMan& m_window;
     bool m_outer;
+    GripCommandScope m_hold;
     QString m_stepText;
     int m_exceptions;
-    std::vector<Held> m_held;
 };
 
 void fTolvaneMan::setTransferRunning(bool running)

@@ -44,6 +44,15 @@ struct OptionTime {
     qint32 (cOptions::*set)(qint32);
 };
 
+// The record replaces a value out of its range by its default, without a message: the box shows
+// what the record now holds, so that the screen never shows a value that a put would not send.
+void showStored(QLineEdit* text, UpDown* upDown, qint32 stored)
+{
+    if (text->text() != QString::number(stored))
+        text->setText(QString::number(stored));
+    upDown->setValue(stored);
+}
+
 } // namespace
 
 // The tables need the form's private members, hence a friend-free accessor through static
@@ -71,6 +80,12 @@ struct fTolvaneManOptionTables {
             {&fTolvaneMan::txtDefaultLoadTime, &fTolvaneMan::updDefaultLoadTime, &cOptions::DefaultLoadTime, &cOptions::setDefaultLoadTime},
         };
         return rows;
+    }
+    // An option time box into its record.
+    static void move(fTolvaneMan& w, const OptionTime& row)
+    {
+        const qint32 stored = (OptionsRecord().*row.set)(mConvert::ValLong((w.*row.text)->text()));
+        showStored(w.*row.text, w.*row.upDown, stored);
     }
 };
 
@@ -128,7 +143,7 @@ void fTolvaneMan::MoveControlsToOptions()
         for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
             (options.*row.set)((this->*row.box)->isChecked());
         for (const OptionTime& row : fTolvaneManOptionTables::times())
-            (options.*row.set)(mConvert::ValLong((this->*row.text)->text()));
+            fTolvaneManOptionTables::move(*this, row);
     });
 }
 
@@ -137,10 +152,12 @@ void fTolvaneMan::MoveControlsToHyper()
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToHyper"), [&] {
         // The ramping mode is not taken from the list: the record uploads the mode it holds, and
         // the list edits only the active setting. Deliberate, and kept.
-        HyperRecord().setShots(mConvert::ValLong(txtShots->text()));
-        HyperRecord().setHyperTime(mConvert::ValLong(txtHyperTime->text()));
+        showStored(txtShots, updShots, HyperRecord().setShots(mConvert::ValLong(txtShots->text())));
+        showStored(txtHyperTime, updHyperTime, HyperRecord().setHyperTime(mConvert::ValLong(txtHyperTime->text())));
     });
 }
+
+
 
 void fTolvaneMan::SetOptionsState()
 {
@@ -368,4 +385,17 @@ void fTolvaneMan::connectHandlers()
     connect(txtDefaultLoadTime, &QLineEdit::textChanged, this, [this] {
         Handle(QStringLiteral("txtDefaultLoadTime_Change"), [&] { SetMaxROF(); });
     });
+    // A finished edit of an option or ramping time goes into its record at once and the box
+    // shows what the record took.
+    for (const OptionTime& row : fTolvaneManOptionTables::times()) {
+        QLineEdit* text = this->*row.text;
+        connect(text, &QLineEdit::editingFinished, this, [this, row, text] {
+            Handle(text->objectName() + QStringLiteral("_Validate"), [&] { fTolvaneManOptionTables::move(*this, row); });
+        });
+    }
+    for (QLineEdit* text : {txtShots, txtHyperTime}) {
+        connect(text, &QLineEdit::editingFinished, this, [this, text] {
+            Handle(text->objectName() + QStringLiteral("_Validate"), [&] { MoveControlsToHyper(); });
+        });
+    }
 }
