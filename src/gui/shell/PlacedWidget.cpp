@@ -55,11 +55,8 @@ float PlacedWidget::height() const { return float(PixelsToTwips(m_window.height(
 
 void PlacedWidget::move(float left, float top)
 {
-    const std::optional<int> x = pixels(left, m_window);
-    const std::optional<int> y = pixels(top, m_window);
-    if (!x || !y)
-        return;
-    const QPoint position(*x, *y);
+    // A coordinate the window cannot take keeps the current one, as resize does.
+    const QPoint position(pixels(left, m_window).value_or(m_window.x()), pixels(top, m_window).value_or(m_window.y()));
     // A position saved on a screen that is gone would put the window out of reach.
     if (!QGuiApplication::screenAt(position + QPoint(40, 20)))
         return;
