@@ -133,6 +133,13 @@ int main(int argc, char* argv[])
         return ExitUsage;
     }
 
+    // Values of the preferences that cannot be read stand at their defaults: said once, and the
+    // command still runs.
+    const QStringList unreadable = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences());
+    for (qsizetype line = 0; line < unreadable.size(); ++line)
+        err << (line == 0 ? "marlo-cli: " : "  ") << CliText(unreadable[line]) << '\n';
+    err.flush();
+
     CliContext ctx;
     ctx.json = parser.isSet(jsonOption);
     ctx.db = parser.value(dbOption);

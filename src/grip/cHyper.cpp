@@ -7,6 +7,7 @@
 #include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
+#include <iterator>
 #include <limits>
 
 using namespace mAppFunc;
@@ -24,6 +25,25 @@ constexpr cStoredValues::tRange kHyperTimeRange{cHyper::HyperTimeMin, cHyper::Hy
 // The mode is not checked: every number stands.
 constexpr cStoredValues::tRange kHyperModeRange{std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max(),
                                                 cHyper::HyperModeDefault};
+
+// The values, each kept under its property's name.
+struct tNumberKey {
+    const char* property;
+    cStoredValues::tRange range;
+};
+enum tNumber { nbShots, nbHyperTime, nbHyperMode };
+constexpr tNumberKey kNumbers[] = {{"Shots", kShotsRange}, {"HyperTime", kHyperTimeRange}, {"HyperMode", kHyperModeRange}};
+static_assert(std::size(kNumbers) == nbHyperMode + 1);
+
+qint32 readNumber(tNumber which, tUnreadablePreferences* problems = nullptr)
+{
+    return store().Number(QLatin1String(kNumbers[which].property), kNumbers[which].range, problems);
+}
+
+qint32 writeNumber(tNumber which, qint32 value)
+{
+    return store().setNumber(QLatin1String(kNumbers[which].property), value, kNumbers[which].range);
+}
 
 } // namespace
 
@@ -53,12 +73,20 @@ void cHyper::AssignDefaults()
     Assign(3, 100, 255);
 }
 
-qint32 cHyper::Shots() const { return store().Number(QStringLiteral("Shots"), kShotsRange); }
-qint32 cHyper::setShots(qint32 value) { return store().setNumber(QStringLiteral("Shots"), value, kShotsRange); }
-qint32 cHyper::HyperTime() const { return store().Number(QStringLiteral("HyperTime"), kHyperTimeRange); }
-qint32 cHyper::setHyperTime(qint32 value) { return store().setNumber(QStringLiteral("HyperTime"), value, kHyperTimeRange); }
-qint32 cHyper::HyperMode() const { return store().Number(QStringLiteral("HyperMode"), kHyperModeRange); }
-qint32 cHyper::setHyperMode(qint32 value) { return store().setNumber(QStringLiteral("HyperMode"), value, kHyperModeRange); }
+tUnreadablePreferences cHyper::UnreadableValues()
+{
+    tUnreadablePreferences problems;
+    for (int which = 0; which < int(std::size(kNumbers)); ++which)
+        readNumber(static_cast<tNumber>(which), &problems);
+    return problems;
+}
+
+qint32 cHyper::Shots() const { return readNumber(nbShots); }
+qint32 cHyper::setShots(qint32 value) { return writeNumber(nbShots, value); }
+qint32 cHyper::HyperTime() const { return readNumber(nbHyperTime); }
+qint32 cHyper::setHyperTime(qint32 value) { return writeNumber(nbHyperTime, value); }
+qint32 cHyper::HyperMode() const { return readNumber(nbHyperMode); }
+qint32 cHyper::setHyperMode(qint32 value) { return writeNumber(nbHyperMode, value); }
 
 QString cHyper::Obj2Comm() const
 {

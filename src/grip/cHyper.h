@@ -3,6 +3,7 @@
 // Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
 // between runs.
 #include "grip/GlobalRecord.h"
+#include "shell/cRegistrySettings.h"
 
 #include <QString>
 
@@ -23,6 +24,10 @@ public:
     void Load();
     void Assign(qint32 Shots, qint32 HyperTime, qint32 HyperMode);
     void AssignDefaults();
+
+    // The stored values of the section that cannot be read (their defaults are used), for the
+    // report at start.
+    static tUnreadablePreferences UnreadableValues();
 
     // Shots and HyperTime outside 1..255 (stored or given) are replaced by their defaults; a
     // setter answers the value it actually stored. HyperMode is not checked.

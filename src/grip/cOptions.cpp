@@ -7,6 +7,8 @@
 #include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
+#include <iterator>
+
 using namespace mAppFunc;
 
 namespace {
@@ -33,6 +35,51 @@ constexpr cStoredValues::tRange kDefaultLoadTimeRange{cOptions::DefaultLoadTimeM
                                                       cOptions::DefaultLoadTimeDefault};
 constexpr cStoredValues::tRange kEyeCheckOKTimeRange{cOptions::EyeCheckOKTimeMin, cOptions::EyeCheckOKTimeMax,
                                                      cOptions::EyeCheckOKTimeDefault};
+
+// Where the values are kept. The store keys of the switches differ from the property names in
+// places; they are the program's keys. The times are kept under their property names.
+struct tSwitchKey {
+    const char* property;
+    const char* key;
+};
+enum tSwitch { swEyeMounted, swTriggerFilterOn, swEyeCheckMaxTimeOn, swUseEye, swLoaderOn, swLedOn, swEyeCheckOKTimeOn, swCTOAdjust };
+constexpr tSwitchKey kSwitches[] = {
+    {"EyeMounted", "EyeMounted"}, {"TriggerFilterOn", "TriggerFilter"}, {"EyeCheckMaxTimeOn", "EyeCheckMax"},
+    {"UseEye", "UseEye"},         {"LoaderOn", "Loader"},               {"LedOn", "LED"},
+    {"EyeCheckOKTimeOn", "EyeCheckOK"}, {"CTOAdjust", "CTOAdjust"},
+};
+static_assert(std::size(kSwitches) == swCTOAdjust + 1);
+struct tTimeKey {
+    const char* property;
+    cStoredValues::tRange range;
+};
+enum tTime { tmEyeCheckMaxTime, tmDefaultLoadTime, tmEyeCheckOKTime };
+constexpr tTimeKey kTimes[] = {
+    {"EyeCheckMaxTime", kEyeCheckMaxTimeRange}, {"DefaultLoadTime", kDefaultLoadTimeRange}, {"EyeCheckOKTime", kEyeCheckOKTimeRange},
+};
+static_assert(std::size(kTimes) == tmEyeCheckOKTime + 1);
+
+bool readSwitch(tSwitch which, tUnreadablePreferences* problems = nullptr)
+{
+    const tSwitchKey& row = kSwitches[which];
+    return store().Switch(QLatin1String(row.property), QLatin1String(row.key), problems);
+}
+
+void writeSwitch(tSwitch which, bool value)
+{
+    const tSwitchKey& row = kSwitches[which];
+    store().setSwitch(QLatin1String(row.property), QLatin1String(row.key), value);
+}
+
+qint32 readTime(tTime which, tUnreadablePreferences* problems = nullptr)
+{
+    return store().Number(QLatin1String(kTimes[which].property), kTimes[which].range, problems);
+}
+
+qint32 writeTime(tTime which, qint32 value)
+{
+    return store().setNumber(QLatin1String(kTimes[which].property), value, kTimes[which].range);
+}
 
 } // namespace
 
@@ -62,29 +109,38 @@ void cOptions::AssignDefaults()
     Assign(false, false, false, false, 0, 45, false, false, false, 0, false);
 }
 
-// The store keys differ from the property names in places; they are the program's keys.
-bool cOptions::EyeMounted() const { return store().Switch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted")); }
-void cOptions::setEyeMounted(bool value) { store().setSwitch(QStringLiteral("EyeMounted"), QStringLiteral("EyeMounted"), value); }
-bool cOptions::TriggerFilterOn() const { return store().Switch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter")); }
-void cOptions::setTriggerFilterOn(bool value) { store().setSwitch(QStringLiteral("TriggerFilterOn"), QStringLiteral("TriggerFilter"), value); }
-bool cOptions::EyeCheckMaxTimeOn() const { return store().Switch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax")); }
-void cOptions::setEyeCheckMaxTimeOn(bool value) { store().setSwitch(QStringLiteral("EyeCheckMaxTimeOn"), QStringLiteral("EyeCheckMax"), value); }
-bool cOptions::UseEye() const { return store().Switch(QStringLiteral("UseEye"), QStringLiteral("UseEye")); }
-void cOptions::setUseEye(bool value) { store().setSwitch(QStringLiteral("UseEye"), QStringLiteral("UseEye"), value); }
-qint32 cOptions::EyeCheckMaxTime() const { return store().Number(QStringLiteral("EyeCheckMaxTime"), kEyeCheckMaxTimeRange); }
-qint32 cOptions::setEyeCheckMaxTime(qint32 value) { return store().setNumber(QStringLiteral("EyeCheckMaxTime"), value, kEyeCheckMaxTimeRange); }
-qint32 cOptions::DefaultLoadTime() const { return store().Number(QStringLiteral("DefaultLoadTime"), kDefaultLoadTimeRange); }
-qint32 cOptions::setDefaultLoadTime(qint32 value) { return store().setNumber(QStringLiteral("DefaultLoadTime"), value, kDefaultLoadTimeRange); }
-bool cOptions::LoaderOn() const { return store().Switch(QStringLiteral("LoaderOn"), QStringLiteral("Loader")); }
-void cOptions::setLoaderOn(bool value) { store().setSwitch(QStringLiteral("LoaderOn"), QStringLiteral("Loader"), value); }
-bool cOptions::LedOn() const { return store().Switch(QStringLiteral("LedOn"), QStringLiteral("LED")); }
-void cOptions::setLedOn(bool value) { store().setSwitch(QStringLiteral("LedOn"), QStringLiteral("LED"), value); }
-bool cOptions::EyeCheckOKTimeOn() const { return store().Switch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK")); }
-void cOptions::setEyeCheckOKTimeOn(bool value) { store().setSwitch(QStringLiteral("EyeCheckOKTimeOn"), QStringLiteral("EyeCheckOK"), value); }
-qint32 cOptions::EyeCheckOKTime() const { return store().Number(QStringLiteral("EyeCheckOKTime"), kEyeCheckOKTimeRange); }
-qint32 cOptions::setEyeCheckOKTime(qint32 value) { return store().setNumber(QStringLiteral("EyeCheckOKTime"), value, kEyeCheckOKTimeRange); }
-bool cOptions::CTOAdjust() const { return store().Switch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust")); }
-void cOptions::setCTOAdjust(bool value) { store().setSwitch(QStringLiteral("CTOAdjust"), QStringLiteral("CTOAdjust"), value); }
+tUnreadablePreferences cOptions::UnreadableValues()
+{
+    tUnreadablePreferences problems;
+    for (int which = 0; which < int(std::size(kSwitches)); ++which)
+        readSwitch(static_cast<tSwitch>(which), &problems);
+    for (int which = 0; which < int(std::size(kTimes)); ++which)
+        readTime(static_cast<tTime>(which), &problems);
+    return problems;
+}
+
+bool cOptions::EyeMounted() const { return readSwitch(swEyeMounted); }
+void cOptions::setEyeMounted(bool value) { writeSwitch(swEyeMounted, value); }
+bool cOptions::TriggerFilterOn() const { return readSwitch(swTriggerFilterOn); }
+void cOptions::setTriggerFilterOn(bool value) { writeSwitch(swTriggerFilterOn, value); }
+bool cOptions::EyeCheckMaxTimeOn() const { return readSwitch(swEyeCheckMaxTimeOn); }
+void cOptions::setEyeCheckMaxTimeOn(bool value) { writeSwitch(swEyeCheckMaxTimeOn, value); }
+bool cOptions::UseEye() const { return readSwitch(swUseEye); }
+void cOptions::setUseEye(bool value) { writeSwitch(swUseEye, value); }
+qint32 cOptions::EyeCheckMaxTime() const { return readTime(tmEyeCheckMaxTime); }
+qint32 cOptions::setEyeCheckMaxTime(qint32 value) { return writeTime(tmEyeCheckMaxTime, value); }
+qint32 cOptions::DefaultLoadTime() const { return readTime(tmDefaultLoadTime); }
+qint32 cOptions::setDefaultLoadTime(qint32 value) { return writeTime(tmDefaultLoadTime, value); }
+bool cOptions::LoaderOn() const { return readSwitch(swLoaderOn); }
+void cOptions::setLoaderOn(bool value) { writeSwitch(swLoaderOn, value); }
+bool cOptions::LedOn() const { return readSwitch(swLedOn); }
+void cOptions::setLedOn(bool value) { writeSwitch(swLedOn, value); }
+bool cOptions::EyeCheckOKTimeOn() const { return readSwitch(swEyeCheckOKTimeOn); }
+void cOptions::setEyeCheckOKTimeOn(bool value) { writeSwitch(swEyeCheckOKTimeOn, value); }
+qint32 cOptions::EyeCheckOKTime() const { return readTime(tmEyeCheckOKTime); }
+qint32 cOptions::setEyeCheckOKTime(qint32 value) { return writeTime(tmEyeCheckOKTime, value); }
+bool cOptions::CTOAdjust() const { return readSwitch(swCTOAdjust); }
+void cOptions::setCTOAdjust(bool value) { writeSwitch(swCTOAdjust, value); }
 
 quint8 cOptions::OptionsByte() const
 {

@@ -3,6 +3,7 @@
 // read and write goes to the preferences, section "Options", so all objects share them and
 // they survive between runs.
 #include "grip/GlobalRecord.h"
+#include "shell/cRegistrySettings.h"
 
 #include <QString>
 
@@ -25,6 +26,10 @@ public:
                 qint32 EyeCheckMaxTime, qint32 DefaultLoadTime, bool LoaderOn, bool LedOn,
                 bool EyeCheckOKTimeOn, qint32 EyeCheckOKTime, bool CTOAdjust);
     void AssignDefaults();
+
+    // The stored values of the section that cannot be read (their defaults are used), for the
+    // report at start.
+    static tUnreadablePreferences UnreadableValues();
 
     // The times are kept within their ranges: a value outside (stored or given) is replaced by
     // the default, and a setter answers the value it actually stored.

@@ -27,11 +27,10 @@ cStoredValues::cStoredValues(const QString& recordClass, const QString& revision
 {
 }
 
-bool cStoredValues::Switch(const QString& property, const QString& key) const
+bool cStoredValues::Switch(const QString& property, const QString& key, tUnreadablePreferences* problems) const
 {
-    return PassErrors(m_class, m_revision, property, [&] {
-        return cRegistrySettings::TextToBool(cRegistrySettings::GetSetting(m_section, key, cRegistrySettings::BoolText(false)));
-    });
+    return PassErrors(m_class, m_revision, property,
+                      [&] { return cRegistrySettings::ReadBool(m_section, key, false, problems); });
 }
 
 void cStoredValues::setSwitch(const QString& property, const QString& key, bool value) const
@@ -39,11 +38,11 @@ void cStoredValues::setSwitch(const QString& property, const QString& key, bool 
     PassErrors(m_class, m_revision, property, [&] { saveIfChanged(m_section, key, cRegistrySettings::BoolText(value)); });
 }
 
-qint32 cStoredValues::Number(const QString& property, const tRange& range) const
+qint32 cStoredValues::Number(const QString& property, const tRange& range, tUnreadablePreferences* problems) const
 {
+    // A stored number outside the range reads as the default, as one that is no number does.
     return PassErrors(m_class, m_revision, property, [&] {
-        return inRange(cRegistrySettings::TextToLong(cRegistrySettings::GetSetting(m_section, property, QString::number(range.def))),
-                       range);
+        return cRegistrySettings::ReadLong(m_section, property, range.def, range.min, range.max, problems);
     });
 }
 

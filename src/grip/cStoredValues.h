@@ -3,6 +3,8 @@
 // the ramping values): every read and write goes to the record's section of the store, so all
 // objects share them and they survive between runs. Errors are passed on in the record's name,
 // with the property as the procedure.
+#include "shell/cRegistrySettings.h"
+
 #include <QString>
 
 class cStoredValues {
@@ -18,10 +20,12 @@ public:
 
     // A switch, kept under a key of its own (the program's keys differ from the property names
     // in places); false when nothing is stored.
-    bool Switch(const QString& property, const QString& key) const;
+    // Reads answer the default for a stored text that cannot be read (not True or False, not a
+    // number, a number outside the range); when problems is given, such a text is added to it.
+    bool Switch(const QString& property, const QString& key, tUnreadablePreferences* problems = nullptr) const;
     void setSwitch(const QString& property, const QString& key, bool value) const;
     // A number, kept under the property's name; the setter answers the value it actually stored.
-    qint32 Number(const QString& property, const tRange& range) const;
+    qint32 Number(const QString& property, const tRange& range, tUnreadablePreferences* problems = nullptr) const;
     qint32 setNumber(const QString& property, qint32 value, const tRange& range) const;
 
 private:

@@ -2,14 +2,16 @@
 
 #include "grip/cGunInfo.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 #include "link/mVersion.h"
 #include "shell/cPlacedWindow.h"
 #include "shell/mMain.h"
 
 #include <QStringList>
+#include <cfloat>
 #include <cmath>
+#include <limits>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -22,6 +24,83 @@ std::unique_ptr<QSettings> openStore()
 QString sectionKey(const QString& section, const QString& key)
 {
     return section + QLatin1Char('/') + key;
+}
+
+using tReason = tUnreadablePreference::tReason;
+
+// The conversions of stored text; each answers what is wrong with the text, or nothing and the
+// value.
+
+std::optional<tReason> toBool(const QVariant& stored, bool& value)
+{
+    if (stored.metaType().id() == QMetaType::Bool) {
+        value = stored.toBool();
+        return std::nullopt;
+    }
+    const QString text = cRegistrySettings::StoredText(stored).trimmed();
+    if (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0) {
+        value = true;
+        return std::nullopt;
+    }
+    if (text.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0) {
+        value = false;
+        return std::nullopt;
+    }
+    bool ok = false;
+    const double number = text.toDouble(&ok);
+    if (!ok || std::isnan(number))
+        return tUnreadablePreference::NotTrueOrFalse;
+    value = number != 0.0;
+    return std::nullopt;
+}
+
+std::optional<tReason> toLong(const QVariant& stored, double min, double max, qint32& value)
+{
+    double number = 0;
+    if (stored.metaType().id() == QMetaType::Int) {
+        number = stored.toInt();
+    } else {
+        bool ok = false;
+        number = cRegistrySettings::StoredText(stored).trimmed().toDouble(&ok);
+        if (!ok || !std::isfinite(number))
+            return tUnreadablePreference::NotANumber;
+    }
+    // Whole numbers round half to even, as the language's conversion did.
+    const double rounded = std::nearbyint(number);
+    if (rounded < min || rounded > max)
+        return tUnreadablePreference::OutOfRange;
+    value = static_cast<qint32>(rounded);
+    return std::nullopt;
+}
+
+std::optional<tReason> toSingle(const QVariant& stored, float& value)
+{
+    bool ok = false;
+    const double number = cRegistrySettings::StoredText(stored).trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(number))
+        return tUnreadablePreference::NotANumber;
+    if (std::fabs(number) > double(FLT_MAX))
+        return tUnreadablePreference::OutOfRange;
+    value = static_cast<float>(number);
+    return std::nullopt;
+}
+
+// One stored value: the default when nothing is stored or the text cannot be converted; the
+// latter is added to problems.
+template <typename T, typename Convert>
+T readValue(const QString& section, const QString& key, T def, tUnreadablePreferences* problems, double min,
+            double max, Convert convert)
+{
+    const QVariant stored = cRegistrySettings::GetSetting(section, key, QVariant());
+    if (!stored.isValid())
+        return def;
+    T value = def;
+    if (const std::optional<tReason> reason = convert(stored, value)) {
+        if (problems)
+            problems->append({section, key, cRegistrySettings::StoredText(stored), *reason, min, max});
+        return def;
+    }
+    return value;
 }
 
 } // namespace
@@ -57,36 +136,56 @@ QString cRegistrySettings::BoolText(bool value)
     return value ? QStringLiteral("True") : QStringLiteral("False");
 }
 
-bool cRegistrySettings::TextToBool(const QVariant& stored)
+bool cRegistrySettings::ReadBool(const QString& section, const QString& key, bool def, tUnreadablePreferences* problems)
 {
-    if (stored.metaType().id() == QMetaType::Bool)
-        return stored.toBool();
-    const QString text = StoredText(stored).trimmed();
-    if (text.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0)
-        return true;
-    if (text.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0)
-        return false;
-    bool ok = false;
-    const double number = text.toDouble(&ok);
-    if (!ok)
-        RaiseRuntimeError(mErrCodes::RT_TYPE_MISMATCH);
-    return number != 0.0;
+    return readValue(section, key, def, problems, 0, 0, toBool);
 }
 
-qint32 cRegistrySettings::TextToLong(const QVariant& stored)
+qint32 cRegistrySettings::ReadLong(const QString& section, const QString& key, qint32 def, qint32 min, qint32 max,
+                                   tUnreadablePreferences* problems)
 {
-    if (stored.metaType().id() == QMetaType::Int)
-        return stored.toInt();
-    const QString text = StoredText(stored).trimmed();
-    bool ok = false;
-    const double number = text.toDouble(&ok);
-    if (!ok || !std::isfinite(number))
-        RaiseRuntimeError(mErrCodes::RT_TYPE_MISMATCH);
-    // Whole numbers round half to even, as the language's conversion did.
-    const double rounded = std::nearbyint(number);
-    if (rounded < -2147483648.0 || rounded > 2147483647.0)
-        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
-    return static_cast<qint32>(rounded);
+    return readValue(section, key, def, problems, min, max,
+                     [&](const QVariant& stored, qint32& value) { return toLong(stored, min, max, value); });
+}
+
+float cRegistrySettings::ReadSingle(const QString& section, const QString& key, float def, tUnreadablePreferences* problems)
+{
+    return readValue(section, key, def, problems, -double(FLT_MAX), double(FLT_MAX), toSingle);
+}
+
+QString cRegistrySettings::FileName()
+{
+    return openStore()->fileName();
+}
+
+QString cRegistrySettings::ProblemText(const tUnreadablePreference& problem)
+{
+    QString reason;
+    switch (problem.reason) {
+    case tUnreadablePreference::NotTrueOrFalse: reason = QStringLiteral("not True or False"); break;
+    case tUnreadablePreference::NotANumber: reason = QStringLiteral("not a number"); break;
+    case tUnreadablePreference::OutOfRange:
+        reason = QStringLiteral("not a number from %1 to %2")
+                     .arg(QString::number(problem.min, 'g', 10), QString::number(problem.max, 'g', 10));
+        break;
+    }
+    return QStringLiteral("[%1] %2 = \"%3\" (%4)").arg(problem.section, problem.key, problem.text, reason);
+}
+
+tUnreadablePreferences cRegistrySettings::UnreadablePlacements()
+{
+    // Every section but Initialize may be a window's: the placement keys are found only there.
+    tUnreadablePreferences problems;
+    const QStringList sections = openStore()->childGroups();
+    for (const QString& section : sections) {
+        if (section == kSection)
+            continue;
+        ReadLong(section, QStringLiteral("WindowState"), cPlacedWindow::StateNormal, std::numeric_limits<qint16>::min(),
+                 std::numeric_limits<qint16>::max(), &problems);
+        for (const char* key : {"Left", "Top", "Width", "Height"})
+            ReadSingle(section, QLatin1String(key), 0, &problems);
+    }
+    return problems;
 }
 
 QString cRegistrySettings::DefaultDBName()
@@ -96,24 +195,33 @@ QString cRegistrySettings::DefaultDBName()
 
 void cRegistrySettings::readAll()
 {
-    // A text that cannot be converted stops the reading: what was read keeps its value, the
-    // rest keep their zero values. The error is shown, never thrown out of the constructor.
+    // Each preference is read on its own: a stored text that cannot be converted gives that one
+    // its default and is remembered for the report at start, and the reading goes on. The program
+    // used to stop at the first such text and leave the rest at zero, so that one bad switch took
+    // the serial settings and the library path with it; the fall-back per key is deliberate.
     ShowErrors(kClass, kRevision, QStringLiteral("Class_Initialize"), [this] {
-        auto get = [](const QString& key, const QVariant& def) { return GetSetting(kSection, key, def); };
-        m_backwardCompatibleUpload = TextToBool(get(QStringLiteral("BackwardCompatibleUpload"), QStringLiteral("True")));
-        m_showSplash = TextToBool(get(QStringLiteral("ShowSplash"), QStringLiteral("True")));
-        m_showConfirmComm = TextToBool(get(QStringLiteral("ShowConfirmComm"), QStringLiteral("True")));
-        m_showLogToFile = TextToBool(get(QStringLiteral("ShowLogToFile"), QStringLiteral("False")));
-        m_gripEye = TextToBool(get(QStringLiteral("GripEye"), QStringLiteral("False")));
-        m_dbName = StoredText(get(QStringLiteral("DBName"), DefaultDBName()));
-        m_dbChanged = TextToBool(get(QStringLiteral("DBChanged"), QStringLiteral("False")));
-        m_lastKey = StoredText(get(QStringLiteral("LastKey"), QString()));
-        m_commPort = TextToLong(get(QStringLiteral("CommPort"), QStringLiteral("1")));
-        m_commSettings = StoredText(get(QStringLiteral("CommSettings"), QStringLiteral("9600,N,8,1")));
-        m_commInputMode = TextToLong(get(QStringLiteral("CommInputMode"), QStringLiteral("1")));
-        m_commLogToFile = TextToBool(get(QStringLiteral("CommLogToFile"), QStringLiteral("False")));
-        m_commLogToConsole = TextToBool(get(QStringLiteral("CommLogToConsole"), QStringLiteral("False")));
-        m_commDevice = StoredText(get(QStringLiteral("CommDevice"), QString()));
+        m_unreadable.clear();
+        tUnreadablePreferences* problems = &m_unreadable;
+        auto boolean = [&](const char* key, bool def) { return ReadBool(kSection, QLatin1String(key), def, problems); };
+        auto number = [&](const char* key, qint32 def) {
+            return ReadLong(kSection, QLatin1String(key), def, std::numeric_limits<qint32>::min(),
+                            std::numeric_limits<qint32>::max(), problems);
+        };
+        auto text = [](const char* key, const QString& def) { return StoredText(GetSetting(kSection, QLatin1String(key), def)); };
+        m_backwardCompatibleUpload = boolean("BackwardCompatibleUpload", true);
+        m_showSplash = boolean("ShowSplash", true);
+        m_showConfirmComm = boolean("ShowConfirmComm", true);
+        m_showLogToFile = boolean("ShowLogToFile", false);
+        m_gripEye = boolean("GripEye", false);
+        m_dbName = text("DBName", DefaultDBName());
+        m_dbChanged = boolean("DBChanged", false);
+        m_lastKey = text("LastKey", QString());
+        m_commPort = number("CommPort", 1);
+        m_commSettings = text("CommSettings", QStringLiteral("9600,N,8,1"));
+        m_commInputMode = number("CommInputMode", 1);
+        m_commLogToFile = boolean("CommLogToFile", false);
+        m_commLogToConsole = boolean("CommLogToConsole", false);
+        m_commDevice = text("CommDevice", QString());
     });
 }
 
@@ -125,24 +233,21 @@ void cRegistrySettings::write(const QString& key, const QString& value)
 void cRegistrySettings::WindowState(cPlacedWindow& window, bool position, bool size)
 {
     ShowErrors(kClass, kRevision, QStringLiteral("WindowState"), [&] {
+        // Key by key, like the preferences: one that cannot be read keeps the window's current
+        // value (start-up has reported it) and the others still apply.
         const QString section = window.formName();
-        const qint16 state = static_cast<qint16>(
-            TextToLong(GetSetting(section, QStringLiteral("WindowState"), window.windowState())));
+        const qint16 state = static_cast<qint16>(ReadLong(section, QStringLiteral("WindowState"), window.windowState(),
+                                                          std::numeric_limits<qint16>::min(),
+                                                          std::numeric_limits<qint16>::max()));
         window.setWindowState(state);
         if (state != cPlacedWindow::StateNormal)
             return;
-        auto number = [&](const QString& key, float current) {
-            bool ok = false;
-            const float value = StoredText(GetSetting(section, key, current)).trimmed().toFloat(&ok);
-            if (!ok)
-                RaiseRuntimeError(mErrCodes::RT_TYPE_MISMATCH);
-            return value;
-        };
         if (position)
-            window.move(number(QStringLiteral("Left"), window.left()), number(QStringLiteral("Top"), window.top()));
+            window.move(ReadSingle(section, QStringLiteral("Left"), window.left()),
+                        ReadSingle(section, QStringLiteral("Top"), window.top()));
         if (size)
-            window.resize(number(QStringLiteral("Width"), window.width()),
-                          number(QStringLiteral("Height"), window.height()));
+            window.resize(ReadSingle(section, QStringLiteral("Width"), window.width()),
+                          ReadSingle(section, QStringLiteral("Height"), window.height()));
     });
 }
 

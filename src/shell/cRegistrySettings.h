@@ -1,11 +1,26 @@
 #pragma once
 // The user's preferences: read once when made, kept in memory, written at once when set.
 // Stored as text in $XDG_CONFIG_HOME/Marlo/Marlo.ini, section "Initialize".
+#include <QList>
 #include <QSettings>
 #include <QString>
 #include <QVariant>
 
 class cPlacedWindow;
+
+// A stored value that cannot be read as its preference's type. The preference's default is used
+// instead, and start-up says so once, naming the file and the key.
+struct tUnreadablePreference {
+    enum tReason { NotTrueOrFalse, NotANumber, OutOfRange };
+    QString section;
+    QString key;
+    QString text; // as stored
+    tReason reason = NotANumber;
+    double min = 0; // OutOfRange: the numbers the value may take
+    double max = 0;
+    friend bool operator==(const tUnreadablePreference&, const tUnreadablePreference&) = default;
+};
+using tUnreadablePreferences = QList<tUnreadablePreference>;
 
 class cRegistrySettings {
 public:
@@ -58,12 +73,29 @@ public:
     // The default library path: the program's folder and "Marlo.mdb".
     static QString DefaultDBName();
 
-    // Text forms of the store: booleans "True"/"False", numbers in decimal. Conversions of stored
-    // text raise the type-mismatch error.
+    // The values of section Initialize that could not be read when the object was made.
+    const tUnreadablePreferences& Unreadable() const { return m_unreadable; }
+    // The placement values of every window section of the store that cannot be read.
+    static tUnreadablePreferences UnreadablePlacements();
+    // The full path of the preferences file.
+    static QString FileName();
+    // One unreadable value as a line of text: [Initialize] CommPort = "abc" (not a number)
+    static QString ProblemText(const tUnreadablePreference& problem);
+
+    // Text forms of the store: booleans "True"/"False" (a number reads as true unless 0), numbers
+    // in decimal.
     static QString BoolText(bool value);
-    static bool TextToBool(const QVariant& stored);
-    static qint32 TextToLong(const QVariant& stored);
     static QString StoredText(const QVariant& stored);
+
+    // Reading one value of any section: the default when nothing is stored, and also when the
+    // stored text cannot be read as the type, which is then added to problems (when given).
+    // A whole number outside min..max cannot be read either.
+    static bool ReadBool(const QString& section, const QString& key, bool def,
+                         tUnreadablePreferences* problems = nullptr);
+    static qint32 ReadLong(const QString& section, const QString& key, qint32 def, qint32 min, qint32 max,
+                           tUnreadablePreferences* problems = nullptr);
+    static float ReadSingle(const QString& section, const QString& key, float def,
+                            tUnreadablePreferences* problems = nullptr);
 
     // Reading and writing any section of the store (used by the records that keep their
     // values here).
@@ -88,4 +120,5 @@ private:
     bool m_commLogToFile = false;
     bool m_commLogToConsole = false;
     QString m_commDevice;
+    tUnreadablePreferences m_unreadable;
 };

@@ -1,5 +1,7 @@
 #include "shell/mMain.h"
 
+#include "grip/cHyper.h"
+#include "grip/cOptions.h"
 #include "library/cApplication.h"
 #include "link/mErrCodes.h"
 
@@ -96,6 +98,23 @@ void ReleaseApplication() { state().application.reset(); }
 void ShowConfirm(const QString& text)
 {
     UI().showMessage(text, QStringLiteral("Confirmation"), MsgIcon::Information);
+}
+
+tUnreadablePreferences UnreadablePreferences()
+{
+    return Application().RegistrySettings().Unreadable() + cOptions::UnreadableValues() + cHyper::UnreadableValues() +
+           cRegistrySettings::UnreadablePlacements();
+}
+
+QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems)
+{
+    if (problems.isEmpty())
+        return {};
+    QStringList lines{QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
+                          .arg(cRegistrySettings::FileName())};
+    for (const tUnreadablePreference& problem : problems)
+        lines << cRegistrySettings::ProblemText(problem);
+    return lines;
 }
 
 void WaitMousePointer()

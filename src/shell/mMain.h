@@ -2,11 +2,13 @@
 // Shared services of the program: the application object, the user-interface services, the
 // nested wait pointer, the progress display, confirmations and the two central error routines.
 #include "link/MarloError.h"
+#include "shell/cRegistrySettings.h"
 #include "shell/cUserInterface.h"
 
 #include "MarloVersion.h"
 
 #include <QString>
+#include <QStringList>
 #include <exception>
 #include <type_traits>
 #include <utility>
@@ -51,6 +53,14 @@ cApplication& Application();
 void ReleaseApplication();
 
 void ShowConfirm(const QString& text);
+
+// Every value of the preferences file that cannot be read, for the report at start: those of
+// section Initialize as the preferences object read them, the options and ramping values and
+// the windows' placements. Each stands at its default.
+tUnreadablePreferences UnreadablePreferences();
+// That report in plain lines: what happened, naming the file, then one line per value; nothing
+// when there are no such values.
+QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems);
 
 void WaitMousePointer();
 void RestoreMousePointer();

@@ -147,6 +147,51 @@ private slots:
         QVERIFY(!QFile::exists(library()) || arguments.contains(QStringLiteral("show")));
     }
 
+    // A preferences file with a value that cannot be read: said once on stderr, naming the file
+    // and the key; that value stands at its default and the rest are read (the library path and
+    // the device, the last preference read), so the commands work.
+    void unreadablePreferences_data()
+    {
+        QTest::addColumn<QString>("line"); // the preference as stored
+        QTest::addColumn<QString>("said"); // what stderr says of it
+        QTest::newRow("a switch") << "[Initialize]\nShowConfirmComm=maybe"
+                                  << "  [Initialize] ShowConfirmComm = \"maybe\" (not True or False)";
+        QTest::newRow("the port beyond 32 bits") << "[Initialize]\nCommPort=99999999999999999999"
+            << "  [Initialize] CommPort = \"99999999999999999999\" (not a number from -2147483648 to 2147483647)";
+        QTest::newRow("the input mode") << "[Initialize]\nCommInputMode=binary" << "  [Initialize] CommInputMode = \"binary\" (not a number)";
+        QTest::newRow("control characters, escaped") << "[Initialize]\nCommLogToFile=\x1b[2J"
+                                                     << "  [Initialize] CommLogToFile = \"\\x1b[2J\" (not True or False)";
+        QTest::newRow("an option") << "[Options]\nLoader=maybe" << "  [Options] Loader = \"maybe\" (not True or False)";
+        QTest::newRow("a window's state") << "[fLibSets]\nWindowState=99999"
+                                          << "  [fLibSets] WindowState = \"99999\" (not a number from -32768 to 32767)";
+    }
+    void unreadablePreferences()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, said);
+        const QString other = m_dir.filePath(QStringLiteral("other.mdb"));
+        QFile::remove(other);
+        writeFile(m_dir.filePath(QStringLiteral("seed.json")), "[{\"sName\": \"seed\"}]");
+        QCOMPARE(cli({"--db", other, "library", "import", "<seed.json>"}).status, 0);
+        const QString ini = m_dir.filePath(QStringLiteral("config/Marlo/Marlo.ini"));
+        const QString first = line.section(QLatin1Char('\n'), 0, 0);
+        const QString bad = line.section(QLatin1Char('\n'), 1);
+        QString text = QStringLiteral("[Initialize]\nDBName=%1\nCommDevice=sim\n").arg(other);
+        text += first == QLatin1String("[Initialize]") ? bad + QLatin1Char('\n') : first + QLatin1Char('\n') + bad + QLatin1Char('\n');
+        QVERIFY(QDir().mkpath(QFileInfo(ini).path()));
+        writeFile(ini, text.toUtf8());
+
+        const QStringList heading{"marlo-cli: The preferences file " + ini + " has values that cannot be read; their defaults are used:", said};
+        for (const QStringList& arguments : {QStringList{"get", "timing"}, QStringList{"library", "list"}}) {
+            const Run run = cli(arguments);
+            QVERIFY2(run.status == 0, qPrintable(run.err));
+            QCOMPARE(run.err.split(QLatin1Char('\n')).mid(0, 2), heading);
+            QCOMPARE(run.err.count(QLatin1String("preferences file")), 1);
+            QVERIFY2(!run.err.contains(QChar(0x1b)), "a control character reached the terminal");
+            QVERIFY2(run.out.contains(arguments.first() == QLatin1String("get") ? "ShotTime" : "seed"), qPrintable(run.out));
+        }
+    }
+
     // Another program's SQLite file, in WAL mode: refused byte for byte as it was, nothing beside it.
     void foreignFileUntouched()
     {

@@ -421,6 +421,42 @@ private slots:
         QCOMPARE(qRound(store.value(QStringLiteral("fLibSets/Width")).toDouble()), qRound(mGUISupport::PixelsToTwips(700)));
         QCOMPARE(fLibSets().size(), QSize(700, 333));
     }
+    // A stored size or position that cannot be read, or that no window can take, keeps the
+    // browser's own; the other values still apply.
+    void placementValuesTheWindowCannotTake_data()
+    {
+        QTest::addColumn<QString>("width");
+        QTest::addColumn<QString>("left");
+        QTest::newRow("width no number") << "abc" << "";
+        QTest::newRow("width beyond any window") << "1e30" << "";
+        QTest::newRow("width beyond a single") << "1e39" << "";
+        QTest::newRow("left beyond any screen") << "3000" << "1e30";
+        QTest::newRow("left no number") << "3000" << "left";
+    }
+    void placementValuesTheWindowCannotTake()
+    {
+        QFETCH(QString, width);
+        QFETCH(QString, left);
+        ScriptedLibrary library;
+        const fLibSets unplaced;
+        {
+            QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
+            store.setValue(QStringLiteral("fLibSets/WindowState"), QStringLiteral("0"));
+            store.setValue(QStringLiteral("fLibSets/Width"), width);
+            store.setValue(QStringLiteral("fLibSets/Height"), QStringLiteral("6000"));
+            if (!left.isEmpty()) {
+                store.setValue(QStringLiteral("fLibSets/Left"), left);
+                store.setValue(QStringLiteral("fLibSets/Top"), QStringLiteral("300"));
+            }
+        }
+        const fLibSets browser;
+        const bool widthApplies = width == QLatin1String("3000");
+        QCOMPARE(browser.width(), widthApplies ? mGUISupport::TwipsToPixels(3000, &browser) : unplaced.width());
+        QCOMPARE(browser.height(), mGUISupport::TwipsToPixels(6000, &browser));
+        if (!left.isEmpty())
+            QCOMPARE(browser.pos(), QPoint(unplaced.x(), mGUISupport::TwipsToPixels(300, &browser)));
+        GUITEST_NO_ERRORS(library.ui.script);
+    }
 };
 
 QTEST_MAIN(tst_libraryBrowser)

@@ -5,6 +5,7 @@
 
 #include "gui/shell/ErrorWindow.h"
 #include "gui/shell/Main.h"
+#include "link/mCommBasic.h"
 #include "link/mErrCodes.h"
 
 #include <QPlainTextEdit>
@@ -88,22 +89,58 @@ private slots:
             QCOMPARE(window->PanelText(fTolvaneMan::kPanelDatabase), elsewhere);
         }
     }
-    void garbageInThePreferencesIsReportedAndTheProgramStarts()
+    void unreadablePreferenceIsReportedOnceAndTheRestIsRead_data()
     {
-        mMain::ReleaseApplication();
+        QTest::addColumn<QString>("key"); // "Section/Key"
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("line"); // what the report says of it
+        QTest::newRow("a switch") << "Initialize/ShowConfirmComm" << "maybe"
+                                  << "[Initialize] ShowConfirmComm = \"maybe\" (not True or False)";
+        QTest::newRow("the port beyond 32 bits") << "Initialize/CommPort" << "99999999999999999999"
+                                                 << "[Initialize] CommPort = \"99999999999999999999\" (not a number from -2147483648 to 2147483647)";
+        QTest::newRow("the main window's position") << "fTolvaneMan/Left" << "abc" << "[fTolvaneMan] Left = \"abc\" (not a number)";
+        QTest::newRow("an option") << "Options/LED" << "on" << "[Options] LED = \"on\" (not True or False)";
+        QTest::newRow("a ramping value") << "Hyper/HyperTime" << "0" << "[Hyper] HyperTime = \"0\" (not a number from 1 to 255)";
+    }
+    void unreadablePreferenceIsReportedOnceAndTheRestIsRead()
+    {
+        QFETCH(QString, key);
+        QFETCH(QString, text);
+        QFETCH(QString, line);
+        // A library elsewhere than the default one, so that reading its path shows.
+        const QString library = QDir(mMain::ProgramFolder()).filePath(QStringLiteral("elsewhere.mdb"));
+        QFile::remove(library);
+        QVERIFY(QFile::copy(mMain::ProgramFile(QStringLiteral("instdbxx.tmp")), library));
+        QString file;
         {
             QSettings ini(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
+            file = ini.fileName();
             ini.setValue(QStringLiteral("Initialize/ShowSplash"), QStringLiteral("False"));
-            ini.setValue(QStringLiteral("Initialize/CommPort"), QStringLiteral("COM one"));
+            ini.setValue(QStringLiteral("Initialize/ShowConfirmComm"), QStringLiteral("False"));
+            ini.setValue(QStringLiteral("Initialize/DBName"), library);
+            ini.setValue(QStringLiteral("Initialize/CommSettings"), QStringLiteral("19200,E,7,2"));
+            ini.setValue(key, text);
         }
         WindowHarness h;
         const auto window = mMain::StartUp();
         QVERIFY(window);
-        QCOMPARE(h.ui.script.errors.size(), 1);
-        QCOMPARE(h.ui.script.errors.first().Number(), 13); // type mismatch
-        QCOMPARE(h.ui.script.errors.first().Trail().first().module, QStringLiteral("cRegistrySettings"));
-        // The preferences read before the bad one keep their values.
-        QVERIFY(!mMain::Application().RegistrySettings().ShowSplash());
+        GUITEST_NO_ERRORS(h.ui.script);
+        QCOMPARE(h.ui.script.messages.size(), 1);
+        const ScriptedUi::Message& message = h.ui.script.messages.first();
+        QCOMPARE(message.icon, MsgIcon::Exclamation);
+        QCOMPARE(message.text, "The preferences file " + file + " has values that cannot be read; their defaults are used:\r\n" + line);
+        // The keys after the bad one are read: the library in use and the serial settings.
+        QCOMPARE(window->PanelText(fTolvaneMan::kPanelDatabase), library);
+        mCommBasic::objComm = &h.grip.link.port;
+        run(window.get(), QStringLiteral("mnuDLTiming"));
+        GUITEST_NO_ERRORS(h.ui.script);
+        QCOMPARE(h.grip.link.port.Settings(), QStringLiteral("19200,E,7,2"));
+        // No second report; a confirmation only where the bad switch stands at its default (on).
+        QStringList titles;
+        for (const ScriptedUi::Message& shown : h.ui.script.messages)
+            titles << shown.title;
+        QCOMPARE(titles.count(message.title), 1);
+        QCOMPARE(titles.count(QStringLiteral("Confirmation")), key.endsWith(QLatin1String("ShowConfirmComm")) ? 1 : 0);
     }
     void aForeignLibraryFileIsReportedAndTheWindowWorks()
     {

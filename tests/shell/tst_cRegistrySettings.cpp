@@ -1,7 +1,11 @@
-// Preferences: defaults, text forms, round trips, garbage in the file, window placement.
+// Preferences: defaults, text forms, round trips, odd and unreadable values in the file (read
+// key by key and reported once), window placement.
 #include "ScriptedUi.h"
 
 #include "grip/cGunInfo.h"
+#include "grip/cHyper.h"
+#include "grip/cOptions.h"
+#include "library/cApplication.h"
 #include "link/mAppFunc.h"
 #include "link/mErrCodes.h"
 #include "shell/cPlacedWindow.h"
@@ -50,6 +54,127 @@ public:
     float x = 100, y = 200, w = 3000, h = 4000;
 };
 
+// A preferences file in which every value differs from its default, as "Section/Key" and the
+// stored text, in the order of the file.
+QList<QPair<QString, QString>> readableFile()
+{
+    return {{"Initialize/BackwardCompatibleUpload", "False"}, {"Initialize/ShowSplash", "False"},
+            {"Initialize/ShowConfirmComm", "False"},          {"Initialize/ShowLogToFile", "True"},
+            {"Initialize/GripEye", "True"},                   {"Initialize/DBName", "/data/other.mdb"},
+            {"Initialize/DBChanged", "True"},                 {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
+            {"Initialize/CommPort", "4"},                     {"Initialize/CommSettings", "19200,E,7,2"},
+            {"Initialize/CommInputMode", "0"},                {"Initialize/CommLogToFile", "True"},
+            {"Initialize/CommLogToConsole", "True"},          {"Initialize/CommDevice", "/dev/ttyUSB1"},
+            {"fTolvaneMan/WindowState", "0"},                 {"fTolvaneMan/Left", "1500"},
+            {"fTolvaneMan/Top", "900"},                       {"fTolvaneMan/Width", "6000.5"},
+            {"fTolvaneMan/Height", "5000"},                   {"Options/EyeMounted", "True"},
+            {"Options/TriggerFilter", "True"},                {"Options/EyeCheckMax", "True"},
+            {"Options/UseEye", "True"},                       {"Options/Loader", "True"},
+            {"Options/LED", "True"},                          {"Options/EyeCheckOK", "True"},
+            {"Options/CTOAdjust", "True"},                    {"Options/EyeCheckMaxTime", "7"},
+            {"Options/DefaultLoadTime", "8"},                 {"Options/EyeCheckOKTime", "9"},
+            {"Hyper/Shots", "5"},                             {"Hyper/HyperTime", "6"},
+            {"Hyper/HyperMode", "4"}};
+}
+
+// What the program reads from that file: every value through its public interface.
+using Values = QMap<QString, QVariant>;
+Values readableValues()
+{
+    return {{"Initialize/BackwardCompatibleUpload", false}, {"Initialize/ShowSplash", false},
+            {"Initialize/ShowConfirmComm", false},          {"Initialize/ShowLogToFile", true},
+            {"Initialize/GripEye", true},                   {"Initialize/DBName", "/data/other.mdb"},
+            {"Initialize/DBChanged", true},                 {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
+            {"Initialize/CommPort", 4},                     {"Initialize/CommSettings", "19200,E,7,2"},
+            {"Initialize/CommInputMode", 0},                {"Initialize/CommLogToFile", true},
+            {"Initialize/CommLogToConsole", true},          {"Initialize/CommDevice", "/dev/ttyUSB1"},
+            {"fTolvaneMan/WindowState", 0},                 {"fTolvaneMan/Left", 1500.0f},
+            {"fTolvaneMan/Top", 900.0f},                    {"fTolvaneMan/Width", 6000.5f},
+            {"fTolvaneMan/Height", 5000.0f},                {"Options/EyeMounted", true},
+            {"Options/TriggerFilter", true},                {"Options/EyeCheckMax", true},
+            {"Options/UseEye", true},                       {"Options/Loader", true},
+            {"Options/LED", true},                          {"Options/EyeCheckOK", true},
+            {"Options/CTOAdjust", true},                    {"Options/EyeCheckMaxTime", 7},
+            {"Options/DefaultLoadTime", 8},                 {"Options/EyeCheckOKTime", 9},
+            {"Hyper/Shots", 5},                             {"Hyper/HyperTime", 6},
+            {"Hyper/HyperMode", 4}};
+}
+
+// The defaults of the keys that can hold an unreadable value (those of the window placement:
+// the window's current values).
+Values defaultValues()
+{
+    return {{"Initialize/BackwardCompatibleUpload", true}, {"Initialize/ShowSplash", true},
+            {"Initialize/ShowConfirmComm", true},          {"Initialize/ShowLogToFile", false},
+            {"Initialize/GripEye", false},                 {"Initialize/DBChanged", false},
+            {"Initialize/CommPort", 1},                    {"Initialize/CommInputMode", 1},
+            {"Initialize/CommLogToFile", false},           {"Initialize/CommLogToConsole", false},
+            {"fTolvaneMan/WindowState", 0},                {"fTolvaneMan/Left", 100.0f},
+            {"fTolvaneMan/Top", 200.0f},                   {"fTolvaneMan/Width", 3000.0f},
+            {"fTolvaneMan/Height", 4000.0f},               {"Options/EyeMounted", false},
+            {"Options/EyeCheckOK", false},                 {"Options/DefaultLoadTime", 45},
+            {"Options/EyeCheckMaxTime", 100},              {"Hyper/Shots", 3},
+            {"Hyper/HyperTime", 100},                      {"Hyper/HyperMode", 1}};
+}
+
+// Every value as the program reads it from the store.
+Values readValues(cRegistrySettings& prefs)
+{
+    FakeWindow window;
+    prefs.WindowState(window, true, true);
+    const cOptions options;
+    const cHyper hyper;
+    return {{"Initialize/BackwardCompatibleUpload", prefs.StoredBackwardCompatibleUpload()},
+            {"Initialize/ShowSplash", prefs.ShowSplash()},
+            {"Initialize/ShowConfirmComm", prefs.ShowConfirmComm()},
+            {"Initialize/ShowLogToFile", prefs.ShowLogToFile()},
+            {"Initialize/GripEye", prefs.GripEye()},
+            {"Initialize/DBName", prefs.DBName()},
+            {"Initialize/DBChanged", prefs.DBChanged()},
+            {"Initialize/LastKey", prefs.LastKey()},
+            {"Initialize/CommPort", prefs.CommPort()},
+            {"Initialize/CommSettings", prefs.CommSettings()},
+            {"Initialize/CommInputMode", prefs.CommInputMode()},
+            {"Initialize/CommLogToFile", prefs.CommLogToFile()},
+            {"Initialize/CommLogToConsole", prefs.CommLogToConsole()},
+            {"Initialize/CommDevice", prefs.CommDevice()},
+            {"fTolvaneMan/WindowState", int(window.state)},
+            {"fTolvaneMan/Left", window.x},
+            {"fTolvaneMan/Top", window.y},
+            {"fTolvaneMan/Width", window.w},
+            {"fTolvaneMan/Height", window.h},
+            {"Options/EyeMounted", options.EyeMounted()},
+            {"Options/TriggerFilter", options.TriggerFilterOn()},
+            {"Options/EyeCheckMax", options.EyeCheckMaxTimeOn()},
+            {"Options/UseEye", options.UseEye()},
+            {"Options/Loader", options.LoaderOn()},
+            {"Options/LED", options.LedOn()},
+            {"Options/EyeCheckOK", options.EyeCheckOKTimeOn()},
+            {"Options/CTOAdjust", options.CTOAdjust()},
+            {"Options/EyeCheckMaxTime", options.EyeCheckMaxTime()},
+            {"Options/DefaultLoadTime", options.DefaultLoadTime()},
+            {"Options/EyeCheckOKTime", options.EyeCheckOKTime()},
+            {"Hyper/Shots", hyper.Shots()},
+            {"Hyper/HyperTime", hyper.HyperTime()},
+            {"Hyper/HyperMode", hyper.HyperMode()}};
+}
+
+// The file of readableFile with some stored texts replaced, section by section.
+QByteArray fileWith(const QMap<QString, QString>& replaced)
+{
+    QByteArray text;
+    QString section;
+    for (const auto& [name, value] : readableFile()) {
+        const QString here = name.section(QLatin1Char('/'), 0, 0);
+        if (here != section) {
+            section = here;
+            text += "[" + section.toUtf8() + "]\n";
+        }
+        text += name.section(QLatin1Char('/'), 1).toUtf8() + "=" + replaced.value(name, value).toUtf8() + "\n";
+    }
+    return text;
+}
+
 } // namespace
 
 class tst_cRegistrySettings : public QObject {
@@ -67,8 +192,11 @@ private slots:
     void firstRunDefaults();
     void textForms();
     void roundTrip();
-    void garbage_data();
-    void garbage();
+    void oddButReadable_data();
+    void oddButReadable();
+    void unreadableValues_data();
+    void unreadableValues();
+    void unreadableValueIsReplacedWhenSet();
     void backwardCompatibleUploadAnswersFromTheGrip_data();
     void backwardCompatibleUploadAnswersFromTheGrip();
     void dbNameChangeMarksDBChanged();
@@ -145,48 +273,128 @@ void tst_cRegistrySettings::roundTrip()
     QCOMPARE(prefs.CommDevice(), QStringLiteral("sim:firmware=1.1.70"));
 }
 
-void tst_cRegistrySettings::garbage_data()
+void tst_cRegistrySettings::oddButReadable_data()
 {
     QTest::addColumn<QByteArray>("ini");
-    QTest::addColumn<bool>("error");
     QTest::addColumn<bool>("showSplash");
     QTest::addColumn<int>("commPort");
     QTest::addColumn<QString>("commSettings");
-    QTest::newRow("port not a number: read stops there")
-        << QByteArray("[Initialize]\nShowSplash=False\nCommPort=abc\nCommSettings=4800,N,8,1\n") << true << false << 0 << QString();
-    QTest::newRow("boolean not a boolean: everything after it zero")
-        << QByteArray("[Initialize]\nBackwardCompatibleUpload=perhaps\n") << true << false << 0 << QString();
-    QTest::newRow("numbers for booleans are fine")
-        << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << false << 2 << QStringLiteral("9600,N,8,1");
-    QTest::newRow("lower-case booleans are fine")
-        << QByteArray("[Initialize]\nShowSplash=true\n") << false << true << 1 << QStringLiteral("9600,N,8,1");
-    QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << false << true << 1
+    QTest::newRow("numbers for booleans, blanks around a number")
+        << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << 2 << QStringLiteral("9600,N,8,1");
+    QTest::newRow("lower-case booleans") << QByteArray("[Initialize]\nShowSplash=true\n") << true << 1 << QStringLiteral("9600,N,8,1");
+    QTest::newRow("a fraction rounds half to even") << QByteArray("[Initialize]\nCommPort=2.5\n") << true << 2 << QStringLiteral("9600,N,8,1");
+    QTest::newRow("the largest 32-bit number") << QByteArray("[Initialize]\nCommPort=2147483647\n") << true << 2147483647
+                                               << QStringLiteral("9600,N,8,1");
+    QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << true << 1
                                      << QStringLiteral("38400,O,8,2");
-    QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << false << true << 1
+    QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << true << 1
                                       << QStringLiteral("9600,N,8,1");
 }
 
-void tst_cRegistrySettings::garbage()
+void tst_cRegistrySettings::oddButReadable()
 {
     QFETCH(QByteArray, ini);
-    QFETCH(bool, error);
     QFETCH(bool, showSplash);
     QFETCH(int, commPort);
     QFETCH(QString, commSettings);
     writeIni(ini);
     cRegistrySettings prefs;
-    QCOMPARE(ui.errors.isEmpty(), !error);
-    if (error) {
-        QCOMPARE(ui.errors.first().Number(), mErrCodes::RT_TYPE_MISMATCH);
-        QCOMPARE(ui.errors.first().Trail().first().module, QStringLiteral("cRegistrySettings"));
-    }
+    QVERIFY(ui.errors.isEmpty());
+    QVERIFY(prefs.Unreadable().isEmpty());
     QCOMPARE(prefs.ShowSplash(), showSplash);
     QCOMPARE(prefs.CommPort(), commPort);
     QCOMPARE(prefs.CommSettings(), commSettings);
-    // The object stays usable and writes what is set.
+}
+
+void tst_cRegistrySettings::unreadableValues_data()
+{
+    QTest::addColumn<QStringList>("bad");   // "Section/Key=text", stored instead of a readable text
+    QTest::addColumn<QStringList>("lines"); // the values of the report
+    const QString int32 = QStringLiteral("(not a number from -2147483648 to 2147483647)");
+    auto row = [](const char* name, const QString& bad, const QString& line) {
+        QTest::newRow(name) << QStringList{bad} << QStringList{line};
+    };
+    QTest::newRow("all readable: nothing to report") << QStringList{} << QStringList{};
+    row("ShowConfirmComm maybe", "Initialize/ShowConfirmComm=maybe", "[Initialize] ShowConfirmComm = \"maybe\" (not True or False)");
+    row("CommPort beyond 32 bits", "Initialize/CommPort=99999999999999999999",
+        "[Initialize] CommPort = \"99999999999999999999\" " + int32);
+    row("CommPort abc", "Initialize/CommPort=abc", "[Initialize] CommPort = \"abc\" (not a number)");
+    row("CommPort empty", "Initialize/CommPort=", "[Initialize] CommPort = \"\" (not a number)");
+    row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5",
+        "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
+    row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649",
+        "[Initialize] CommInputMode = \"-2147483649\" " + int32);
+    row("CommLogToFile yes", "Initialize/CommLogToFile=yes", "[Initialize] CommLogToFile = \"yes\" (not True or False)");
+    row("CommLogToConsole nan", "Initialize/CommLogToConsole=nan", "[Initialize] CommLogToConsole = \"nan\" (not True or False)");
+    row("ShowSplash empty", "Initialize/ShowSplash=", "[Initialize] ShowSplash = \"\" (not True or False)");
+    row("DBChanged a list", "Initialize/DBChanged=1,0", "[Initialize] DBChanged = \"1,0\" (not True or False)");
+    row("BackwardCompatibleUpload, the first key read", "Initialize/BackwardCompatibleUpload=perhaps",
+        "[Initialize] BackwardCompatibleUpload = \"perhaps\" (not True or False)");
+    row("placement Left abc", "fTolvaneMan/Left=abc", "[fTolvaneMan] Left = \"abc\" (not a number)");
+    row("placement WindowState beyond 16 bits", "fTolvaneMan/WindowState=99999",
+        "[fTolvaneMan] WindowState = \"99999\" (not a number from -32768 to 32767)");
+    row("placement Height beyond a single", "fTolvaneMan/Height=1e39",
+        "[fTolvaneMan] Height = \"1e39\" (not a number from -3.402823466e+38 to 3.402823466e+38)");
+    row("option switch maybe", "Options/EyeCheckOK=maybe", "[Options] EyeCheckOK = \"maybe\" (not True or False)");
+    row("option time no number", "Options/EyeCheckMaxTime=x", "[Options] EyeCheckMaxTime = \"x\" (not a number)");
+    row("option time beyond its range", "Options/DefaultLoadTime=127", "[Options] DefaultLoadTime = \"127\" (not a number from 1 to 126)");
+    row("ramping Shots below its range", "Hyper/Shots=0", "[Hyper] Shots = \"0\" (not a number from 1 to 255)");
+    row("ramping HyperTime no number", "Hyper/HyperTime=ten", "[Hyper] HyperTime = \"ten\" (not a number)");
+    row("ramping HyperMode beyond 32 bits", "Hyper/HyperMode=4294967296", "[Hyper] HyperMode = \"4294967296\" " + int32);
+    QTest::newRow("several, in every section: all reported, the others read")
+        << QStringList{"Hyper/Shots=many", "fTolvaneMan/Top=high", "Initialize/ShowSplash=maybe", "Options/EyeMounted=2x",
+                       "Initialize/CommPort=COM1"}
+        << QStringList{"[Initialize] ShowSplash = \"maybe\" (not True or False)", "[Initialize] CommPort = \"COM1\" (not a number)",
+                       "[Options] EyeMounted = \"2x\" (not True or False)", "[Hyper] Shots = \"many\" (not a number)",
+                       "[fTolvaneMan] Top = \"high\" (not a number)"};
+}
+
+void tst_cRegistrySettings::unreadableValues()
+{
+    QFETCH(QStringList, bad);
+    QFETCH(QStringList, lines);
+    QMap<QString, QString> replaced;
+    Values expected = readableValues();
+    for (const QString& entry : bad) {
+        const QString name = entry.section(QLatin1Char('='), 0, 0);
+        replaced.insert(name, entry.section(QLatin1Char('='), 1));
+        QVERIFY2(defaultValues().contains(name), qPrintable(name));
+        expected[name] = defaultValues().value(name); // the bad one stands at its default
+    }
+    const QByteArray file = fileWith(replaced);
+    writeIni(file);
+    mMain::ReleaseApplication();
+    cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+
+    // Every other value is read as stored, and nothing is shown as an error.
+    const Values read = readValues(prefs);
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+        QVERIFY2(read.value(it.key()) == it.value(),
+                 qPrintable(it.key() + ": " + read.value(it.key()).toString() + " instead of " + it.value().toString()));
+    QVERIFY(ui.errors.isEmpty());
+
+    // One report, naming the file, then each bad value with its section.
+    const QStringList report = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences());
+    if (lines.isEmpty()) {
+        QCOMPARE(report, QStringList{});
+    } else {
+        QCOMPARE(report.value(0), QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
+                                      .arg(iniPath()));
+        QCOMPARE(report.mid(1), lines);
+    }
+    // Reading changes nothing in the file: the text stays until the preference is set.
+    QCOMPARE(readIni(), file);
+    mMain::ReleaseApplication();
+}
+
+void tst_cRegistrySettings::unreadableValueIsReplacedWhenSet()
+{
+    writeIni("[Initialize]\nCommPort=abc\n");
+    cRegistrySettings prefs;
+    QCOMPARE(prefs.CommPort(), 1);
     prefs.setCommPort(5);
-    QCOMPARE(prefs.CommPort(), 5);
     QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("CommPort=5")));
+    QVERIFY(cRegistrySettings().Unreadable().isEmpty());
 }
 
 void tst_cRegistrySettings::backwardCompatibleUploadAnswersFromTheGrip_data()

@@ -8,8 +8,41 @@
 #include "shell/mMain.h"
 
 #include <QApplication>
+#include <QCoreApplication>
 
 namespace mMain {
+namespace {
+
+QString tr(const char* text)
+{
+    return QCoreApplication::translate("Main", text);
+}
+
+QString reasonText(const tUnreadablePreference& problem)
+{
+    switch (problem.reason) {
+    case tUnreadablePreference::NotTrueOrFalse: return tr("not True or False");
+    case tUnreadablePreference::NotANumber: return tr("not a number");
+    case tUnreadablePreference::OutOfRange: break;
+    }
+    return tr("not a number from %1 to %2").arg(QString::number(problem.min, 'g', 10), QString::number(problem.max, 'g', 10));
+}
+
+// Values of the preferences that cannot be read stand at their defaults: said once, naming the
+// file and each value.
+void ReportUnreadablePreferences()
+{
+    const tUnreadablePreferences problems = UnreadablePreferences();
+    if (problems.isEmpty())
+        return;
+    QStringList lines{tr("The preferences file %1 has values that cannot be read; their defaults are used:")
+                          .arg(cRegistrySettings::FileName())};
+    for (const tUnreadablePreference& problem : problems)
+        lines << tr("[%1] %2 = \"%3\" (%4)").arg(problem.section, problem.key, problem.text, reasonText(problem));
+    UI().showMessage(lines.join(QStringLiteral("\r\n")), tr("Preferences"), MsgIcon::Exclamation);
+}
+
+} // namespace
 
 std::unique_ptr<fTolvaneMan> StartUp()
 {
@@ -38,7 +71,9 @@ std::unique_ptr<fTolvaneMan> StartUp()
             window->show();
             if (splash)
                 splash->finish(window.get());
+            ReportUnreadablePreferences();
         } else {
+            ReportUnreadablePreferences();
             UI().showMessage(mDatabase::kCannotContinueText, mDatabase::kCannotContinueTitle, MsgIcon::Critical);
         }
     });

@@ -5,9 +5,25 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWidget>
+#include <cmath>
+#include <optional>
 
 using mGUISupport::PixelsToTwips;
 using mGUISupport::TwipsToPixels;
+
+namespace {
+
+// A stored number of twips as pixels, when a window can have it: any single can be stored, but
+// a position or size beyond what a widget takes would not even fit the pixel count.
+std::optional<int> pixels(float twips, const QWidget& window)
+{
+    const double limit = PixelsToTwips(QWIDGETSIZE_MAX, &window);
+    if (!std::isfinite(twips) || std::fabs(double(twips)) > limit)
+        return std::nullopt;
+    return TwipsToPixels(twips, &window);
+}
+
+} // namespace
 
 QString PlacedWidget::formName() const
 {
@@ -39,7 +55,8 @@ float PlacedWidget::height() const { return float(PixelsToTwips(m_window.height(
 
 void PlacedWidget::move(float left, float top)
 {
-    QPoint position(TwipsToPixels(left, &m_window), TwipsToPixels(top, &m_window));
+    // A coordinate the window cannot take keeps the current one, as resize does.
+    const QPoint position(pixels(left, m_window).value_or(m_window.x()), pixels(top, m_window).value_or(m_window.y()));
     // A position saved on a screen that is gone would put the window out of reach.
     if (!QGuiApplication::screenAt(position + QPoint(40, 20)))
         return;
@@ -48,5 +65,6 @@ void PlacedWidget::move(float left, float top)
 
 void PlacedWidget::resize(float width, float height)
 {
-    m_window.resize(TwipsToPixels(width, &m_window), TwipsToPixels(height, &m_window));
+    // A size the window cannot have keeps the current one; the widget bounds the rest.
+    m_window.resize(pixels(width, m_window).value_or(m_window.width()), pixels(height, m_window).value_or(m_window.height()));
 }
