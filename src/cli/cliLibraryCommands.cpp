@@ -247,14 +247,14 @@ int RunLibraryCommand(CliContext& ctx)
             mLibraryExchange::ExportFile(*library, file);
         }
     } else {
-        QSqlDatabase connection;
+        cApplication& application = mMain::Application();
         if (command == QLatin1String("delete")) {
             findTemplate(*library, ctx.words[1])->setIsDeleted(true);
-            library->SaveOrThrow(connection);
+            application.SaveLibraryOrThrow();
         } else {
             const auto summary = mLibraryExchange::ImportFile(*library, ctx.words[1]);
             // All or nothing: an error, or a kill at any moment, leaves the library as it was.
-            mDatabase::RunInTransaction(connection, [&] { library->SaveOrThrow(connection); });
+            application.SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
             PrintFields(ctx, {{QStringLiteral("added"), summary.added},
                               {QStringLiteral("updated"), summary.updated},
                               {QStringLiteral("unchanged"), summary.unchanged}});

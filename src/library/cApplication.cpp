@@ -1,6 +1,11 @@
 #include "library/cApplication.h"
 
+#include "library/mDatabase.h"
 #include "shell/mMain.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <utility>
 
 cApplication::cApplication() = default;
 
@@ -67,4 +72,102 @@ void cApplication::PromoteSetting(const std::shared_ptr<cSetsTemplate>& record)
         const QString name = record->sName().isEmpty() ? QStringLiteral("[Untitled]") : record->sName();
         record->setsName(name + QStringLiteral(" (promoted from statistic)"));
     });
+}
+
+QString cApplication::LibraryDeletedText(const QString& path)
+{
+    const QString file = QDir::toNativeSeparators(path);
+    return QStringLiteral("The library file \"%1\" had been deleted.\r\nThe whole library was written anew at \"%1\".")
+        .arg(file);
+}
+
+QString cApplication::LibraryReplacedText(const QString& path, const QString& beside)
+{
+    return QStringLiteral("The library file \"%1\" had been replaced by another file, which was left as it is.\r\n"
+                          "The whole library was written beside it to \"%2\", which is the library from now on.")
+        .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(beside));
+}
+
+void cApplication::SaveLibrary(SaveMode mode)
+{
+    ShowErrors(kClass, kRevision, QStringLiteral("SaveLibrary"), [&] { SaveLibraryOrThrow(mode); });
+}
+
+void cApplication::SaveLibraryOrThrow(SaveMode mode)
+{
+    PassErrors(kClass, kRevision, QStringLiteral("SaveLibrary"), [&] {
+        cColSetsTemplate& library = colSetsTemplate();
+        if (keepLibraryFileOrThrow())
+            library.MarkAllNew();
+        QSqlDatabase connection;
+        if (mode == SaveMode::OneTransaction) {
+            try {
+                mDatabase::RunInTransaction(connection, [&] { library.SaveOrThrow(connection); });
+            } catch (...) {
+                // Nothing of a library being written anew took effect: all of it is still to write.
+                if (!m_libraryNote.isEmpty())
+                    library.MarkAllNew();
+                throw;
+            }
+        } else {
+            library.SaveOrThrow(connection);
+        }
+        if (!m_libraryNote.isEmpty())
+            mMain::UI().showMessage(std::exchange(m_libraryNote, QString()), kLibraryFileTitle, MsgIcon::Exclamation);
+    });
+}
+
+bool cApplication::keepLibraryFileOrThrow()
+{
+    using mDatabase::LibraryFileCheck;
+    const QString opened = mDatabase::OpenedLibraryPath();
+    const LibraryFileCheck check = mDatabase::CheckOpenedLibraryFile();
+    QString target;
+    switch (check) {
+    case LibraryFileCheck::Unopened:
+        // Never opened (the reason was shown then): the save reports it again.
+        return false;
+    case LibraryFileCheck::Same:
+        mDatabase::VerifyWritable(opened);
+        return false;
+    case LibraryFileCheck::Deleted:
+        target = opened;
+        break;
+    case LibraryFileCheck::Replaced:
+        // The other file is not ours to write: the library goes beside it.
+        target = mDatabase::FreeNameBeside(opened);
+        break;
+    }
+    // The program otherwise never reopens its connection during a run; it does here, so that a
+    // library file deleted or replaced while the program ran loses nothing.
+    mDatabase::ReopenOnNewLibraryFile(target);
+    if (check == LibraryFileCheck::Deleted) {
+        m_libraryNote = LibraryDeletedText(target);
+    } else {
+        switchLibraryPath(opened, target);
+        m_libraryNote = LibraryReplacedText(opened, target);
+    }
+    return true;
+}
+
+void cApplication::switchLibraryPath(const QString& from, const QString& to)
+{
+    // A library given for one run (marlo-cli --db) stays out of the preferences.
+    if (!mDatabase::PathOverride().isEmpty()) {
+        mDatabase::SetPathOverride(to);
+        return;
+    }
+    // The next start opens the file that holds the library, unless another library was chosen
+    // in the options meanwhile: that choice stands.
+    const auto same = [](const QString& a, const QString& b) {
+        return QDir::cleanPath(QFileInfo(a).absoluteFilePath()) == QDir::cleanPath(QFileInfo(b).absoluteFilePath());
+    };
+    if (!same(mDatabase::LibraryPath(), from))
+        return;
+    cRegistrySettings& settings = RegistrySettings();
+    const bool changed = settings.DBChanged();
+    settings.setDBName(to);
+    // Every ID is kept in the new file, so the last active setting is still found there: the
+    // change of file must not make the next start forget it.
+    settings.setDBChanged(changed);
 }

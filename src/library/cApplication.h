@@ -35,13 +35,38 @@ public:
     // False while the library was never opened; otherwise whether anything in it changed.
     bool AnythingNeedSave();
 
+    // How a save writes: statement by statement, each standing alone (the window), or all of
+    // it as one transaction (marlo-cli's import).
+    enum class SaveMode { EachStatement, OneTransaction };
+    // Saves the library: its collection's Save on the shared connection, after making sure the
+    // file the connection opened is still at its path. A library file deleted meanwhile is made
+    // anew at that path; one replaced by another file is left alone and the library is written
+    // beside it, which is the library from then on. Either way every template and user variable
+    // in memory is written and the user is told where (once that save has gone through). A
+    // library that cannot be written is the database error, and everything stays in memory to
+    // be saved again.
+    void SaveLibrary(SaveMode mode = SaveMode::EachStatement);
+    void SaveLibraryOrThrow(SaveMode mode = SaveMode::EachStatement);
+
     // Makes a record that is not in the library a named template of it: added (its ParentID
     // becomes empty) and renamed "<name or [Untitled]> (promoted from statistic)". A record
     // already in the library fails at the duplicate key and is not renamed.
     void PromoteSetting(const std::shared_ptr<cSetsTemplate>& record);
 
+    // The message of a library written anew, and its title.
+    static QString LibraryDeletedText(const QString& path);
+    static QString LibraryReplacedText(const QString& path, const QString& beside);
+    static inline const QString kLibraryFileTitle = QStringLiteral("Library file");
+
 private:
+    // Reopens the connection on a new file when the opened one was deleted or replaced; true
+    // when it did (the whole library is then to be written).
+    bool keepLibraryFileOrThrow();
+    void switchLibraryPath(const QString& from, const QString& to);
+
     std::unique_ptr<cRegistrySettings> m_registrySettings;
     std::unique_ptr<cColSetsTemplate> m_colSetsTemplate;
     QString m_activeKey;
+    // Said once the library written anew is all written (a failed save leaves it to the next).
+    QString m_libraryNote;
 };

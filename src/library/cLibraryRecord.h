@@ -4,7 +4,7 @@
 //
 // Derived gives its class name, revision and table (kClass, kRevision, kTable), its insert and
 // update statements, initFieldsOrThrow (its fields, new or from a row) and what it owns:
-// saveChildrenOrThrow and loadChildrenOrThrow.
+// saveChildrenOrThrow, loadChildrenOrThrow and markChildrenNewForRewrite.
 //
 // Every operation reports its own errors under Derived's class name and returns normally; the
 // *OrThrow forms pass the error on instead, for the owners that must stop at the first failure.
@@ -121,6 +121,18 @@ public:
             setIsDirtySelf(false);
             m_isDeleted = false;
         });
+    }
+
+    // For a library written anew into an empty file: a record not marked deleted becomes new and
+    // unchanged (its insert writes every field), and so does everything it owns; a deleted one is
+    // left as it is (its delete then matches no row).
+    void MarkNewForRewrite()
+    {
+        if (m_isDeleted)
+            return;
+        m_isNew = true;
+        setIsDirtySelf(false);
+        self().markChildrenNewForRewrite();
     }
 
     // "SELECT * FROM <table> WHERE ID = '<ID>';" and the same with "DELETE *".

@@ -107,6 +107,14 @@ public:
         return false;
     }
 
+    // Every member not marked deleted, and what it owns, becomes new, so that the next save
+    // inserts the whole collection into a library file that was made anew.
+    void MarkAllNew()
+    {
+        for (const Member& member : m_items.members())
+            member->MarkNewForRewrite();
+    }
+
     void Save(QSqlDatabase& connection)
     {
         report(QStringLiteral("Save"), [&] { SaveOrThrow(connection); });

@@ -91,6 +91,7 @@ private:
     // Deleting the setting leaves its variables' rows: they are never loaded again.
     void saveChildrenOrThrow(QSqlDatabase& connection) { colUserVar().SaveOrThrow(connection); }
     void loadChildrenOrThrow(QSqlDatabase& connection) { LoadUserVarsOrThrow(connection); }
+    void markChildrenNewForRewrite() { colUserVar().MarkAllNew(); }
     float rofOrThrow() const;
 
     qint32 m_lShotTime = 0;

@@ -35,6 +35,7 @@ private:
     void initFieldsOrThrow(const QSqlRecord* row);
     void saveChildrenOrThrow(QSqlDatabase&) {}
     void loadChildrenOrThrow(QSqlDatabase&) {}
+    void markChildrenNewForRewrite() {}
 
     QString m_sName;
     QString m_sValue;

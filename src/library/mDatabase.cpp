@@ -13,7 +13,10 @@
 #include <QSqlError>
 #include <QStringList>
 #include <QUrl>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
+#include <sys/stat.h>
 
 using mErrCodes::RT_DATABASE;
 
@@ -22,10 +25,37 @@ namespace {
 
 const QString kCheckConnectionName = QStringLiteral("MarloLibraryCheck");
 
+// Which file a path names: its device and inode. A file deleted and made anew, or another file
+// moved to the path, has another inode even where it has the same name, size and time.
+struct FileIdentity {
+    bool exists = false;
+    quint64 device = 0;
+    quint64 inode = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+// The identity of the file at path; error: errno when there is none (ENOENT: no such file).
+FileIdentity identityOf(const QString& path, int* error = nullptr)
+{
+    FileIdentity identity;
+    struct stat info {};
+    if (::stat(QFile::encodeName(path).constData(), &info) == 0) {
+        identity.exists = true;
+        identity.device = static_cast<quint64>(info.st_dev);
+        identity.inode = static_cast<quint64>(info.st_ino);
+    } else if (error) {
+        *error = errno;
+    }
+    return identity;
+}
+
 struct State {
     QString pathOverride;
     bool connectionMade = false;
     QString openError;
+    // The file the shared connection opened, as it was when it was opened.
+    QString openedPath;
+    FileIdentity openedFile;
 };
 
 State& state()
@@ -71,10 +101,37 @@ QString fileProblem(const QString& path, const QString& problem)
     RaiseError(RT_DATABASE, kModule, fileProblem(path, problem));
 }
 
-[[noreturn]] void raiseSyntax(const QString& problem, const QString& statement)
+// The statement is left out of the description: it may hold a user's texts, and it tells the
+// user nothing.
+[[noreturn]] void raiseSyntax(const QString& problem, const QString&)
 {
+    RaiseError(RT_DATABASE, kModule, QStringLiteral("Syntax error in a library statement (%1).").arg(problem));
+}
+
+// What the engine said went wrong, without the statement (Qt's driver text only says which step
+// failed).
+QString engineCause(const QSqlError& error)
+{
+    const QString cause = error.databaseText().trimmed();
+    return cause.isEmpty() ? error.text().trimmed() : cause;
+}
+
+// The file a connection works on: the one the shared connection opened, or the connection's own.
+QString connectionFile(const QSqlDatabase& connection)
+{
+    if (connection.connectionName() == kConnectionName && !state().openedPath.isEmpty())
+        return state().openedPath;
+    return connection.databaseName();
+}
+
+// A failed statement as the user reads it: the file, whether it was read or written, and why.
+[[noreturn]] void raiseStatementFailure(const QSqlDatabase& connection, const QString& statement, const QSqlError& error)
+{
+    const bool reading = statement.trimmed().startsWith(QLatin1String("SELECT"), Qt::CaseInsensitive);
     RaiseError(RT_DATABASE, kModule,
-               QStringLiteral("Syntax error in the library statement (%1): %2").arg(problem, statement.left(300)));
+               fileProblem(connectionFile(connection), QStringLiteral("could not be %1: %2.")
+                                                           .arg(reading ? QStringLiteral("read") : QStringLiteral("written"),
+                                                                engineCause(error))));
 }
 
 // Reads a literal that starts at `at` with the quote character `quote` (doubled inside).
@@ -234,6 +291,24 @@ double numberOf(const QVariant& value)
     return number;
 }
 
+// A file the user marked read-only is refused even where the account could write it anyway.
+QString readOnlyProblem(const QString& path)
+{
+    const QFileInfo info(path);
+    const QFileDevice::Permissions writeBits =
+        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+    if (!(info.permissions() & writeBits) || !info.isWritable())
+        return fileProblem(path, QStringLiteral("is read-only; the library must be writable."));
+    return QString();
+}
+
+// Removes the journal files SQLite keeps beside a library. Only for files no connection has open.
+void removeJournals(const QString& path)
+{
+    for (const char* beside : {"-wal", "-shm", "-journal"})
+        QFile::remove(path + QLatin1String(beside));
+}
+
 // Opens the file read-only, checks its tables and columns, and closes it again.
 QString schemaProblem(const QString& path)
 {
@@ -254,14 +329,14 @@ QString schemaProblem(const QString& path)
             check.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
         }
         if (!check.open()) {
-            problem = QStringLiteral("cannot be opened: %1").arg(check.lastError().text());
+            problem = QStringLiteral("cannot be opened: %1").arg(engineCause(check.lastError()));
         } else {
             auto checkTable = [&](const QString& table, const QStringList& columns) {
                 if (!problem.isEmpty())
                     return;
                 QSqlQuery query(check);
                 if (!query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table))) {
-                    problem = QStringLiteral("is damaged or not a database: %1").arg(query.lastError().text());
+                    problem = QStringLiteral("is damaged or not a database: %1").arg(engineCause(query.lastError()));
                     return;
                 }
                 QSet<QString> present;
@@ -349,11 +424,9 @@ QString LibraryFileProblem(const QString& path)
                                                 "in SQLite files; this file cannot be used as it is."));
     if (!head.startsWith(QByteArrayLiteral("SQLite format 3\0")))
         return fileProblem(path, QStringLiteral("is not a Marlo library (it is not an SQLite database)."));
-    // A file the user marked read-only is refused even where the account could write it anyway.
-    const QFileDevice::Permissions writeBits =
-        QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
-    if (!(info.permissions() & writeBits) || !info.isWritable())
-        return fileProblem(path, QStringLiteral("is read-only; the library must be writable."));
+    const QString readOnly = readOnlyProblem(path);
+    if (!readOnly.isEmpty())
+        return readOnly;
     if (!QFileInfo(info.absolutePath()).isWritable())
         return fileProblem(path, QStringLiteral("lies in a folder that is not writable; the library keeps "
                                                 "its journal files beside it."));
@@ -361,6 +434,131 @@ QString LibraryFileProblem(const QString& path)
 }
 
 QString OpenError() { return state().openError; }
+
+namespace {
+
+// Opens the shared connection db on the library at path and remembers which file that is. A
+// failure is kept as the reason the library is not open, and raised.
+void openSharedOn(QSqlDatabase& db, const QString& path)
+{
+    auto& s = state();
+    auto fail = [&](const QString& problem) {
+        s.openError = problem;
+        RaiseError(RT_DATABASE, kModule, problem);
+    };
+    // Checked before SQLite touches the file: a file that is no library stays as it was.
+    const QString problem = LibraryFileProblem(path);
+    if (!problem.isEmpty())
+        fail(problem);
+    db.setDatabaseName(path);
+    db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+    if (!db.open())
+        fail(fileProblem(path, QStringLiteral("cannot be opened: %1").arg(engineCause(db.lastError()))));
+    // Each statement stands alone (no transaction); WAL with synchronous=NORMAL keeps every one of
+    // them atomic without a disk flush per statement.
+    QSqlQuery pragma(db);
+    if (!pragma.exec(QStringLiteral("PRAGMA journal_mode=WAL")) || !pragma.exec(QStringLiteral("PRAGMA synchronous=NORMAL"))) {
+        const QString cause = engineCause(pragma.lastError());
+        pragma = QSqlQuery();
+        db.close();
+        fail(fileProblem(path, QStringLiteral("cannot be written: %1").arg(cause)));
+    }
+    s.openError.clear();
+    s.openedPath = path;
+    s.openedFile = identityOf(path);
+}
+
+} // namespace
+
+QString OpenedLibraryPath() { return state().openedPath; }
+
+LibraryFileCheck CheckOpenedLibraryFile()
+{
+    const State& s = state();
+    if (!s.openedFile.exists)
+        return LibraryFileCheck::Unopened;
+    int error = 0;
+    const FileIdentity now = identityOf(s.openedPath, &error);
+    if (!now.exists) {
+        if (error == ENOENT)
+            return LibraryFileCheck::Deleted;
+        raiseFile(s.openedPath, QStringLiteral("cannot be reached: %1.").arg(QString::fromLocal8Bit(std::strerror(error))));
+    }
+    // While the connection holds the file open, no other file can take its inode. Once a new
+    // file could not be made (the connection closed), any file at the path is another one.
+    if (!QSqlDatabase::database(kConnectionName, false).isOpen() || now != s.openedFile)
+        return LibraryFileCheck::Replaced;
+    // The same file, but overwritten in place by something that is no SQLite file any more.
+    QFile file(s.openedPath);
+    if (file.open(QIODevice::ReadOnly) && file.read(16) != QByteArrayLiteral("SQLite format 3\0"))
+        return LibraryFileCheck::Replaced;
+    return LibraryFileCheck::Same;
+}
+
+void VerifyWritable(const QString& path)
+{
+    const QString problem = readOnlyProblem(path);
+    if (!problem.isEmpty())
+        RaiseError(RT_DATABASE, kModule, problem);
+}
+
+QString FreeNameBeside(const QString& path)
+{
+    const QFileInfo info(path);
+    const QDir folder = info.absoluteDir();
+    const QString suffix = info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix();
+    const auto taken = [](const QString& candidate) {
+        for (const QString& name : {candidate, candidate + QStringLiteral("-wal"), candidate + QStringLiteral("-shm"),
+                                    candidate + QStringLiteral("-journal")}) {
+            const QFileInfo file(name);
+            if (file.exists() || file.isSymLink())
+                return true;
+        }
+        return false;
+    };
+    for (int n = 2;; ++n) {
+        const QString candidate = folder.filePath(QStringLiteral("%1 (%2)%3").arg(info.completeBaseName()).arg(n).arg(suffix));
+        if (!taken(candidate))
+            return candidate;
+    }
+}
+
+void ReopenOnNewLibraryFile(const QString& path)
+{
+    auto& s = state();
+    s.connectionMade = true;
+    QSqlDatabase db = QSqlDatabase::database(kConnectionName, false);
+    if (!db.isValid())
+        db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kConnectionName);
+    db.close();
+    // The journal beside the old path is this connection's own, of a file that is gone or was
+    // swapped away: left there, SQLite would lay it over whatever file comes to that path next.
+    if (!s.openedPath.isEmpty())
+        removeJournals(s.openedPath);
+    const auto fail = [&](const QString& problem) {
+        s.openError = problem;
+        RaiseError(RT_DATABASE, kModule, problem);
+    };
+    // Made as start-up makes a missing library: a copy of the template.
+    const QString templateFile = TemplatePath();
+    if (!QFileInfo(templateFile).isFile())
+        fail(fileProblem(path, QStringLiteral("cannot be made: the template \"%1\" is missing.").arg(QDir::toNativeSeparators(templateFile))));
+    removeJournals(path);
+    QFile source(templateFile);
+    if (!source.copy(path))
+        fail(fileProblem(path, QStringLiteral("could not be made from the template \"%1\": %2")
+                                   .arg(QDir::toNativeSeparators(templateFile), source.errorString())));
+    QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner | QFileDevice::WriteUser);
+    try {
+        openSharedOn(db, path);
+    } catch (...) {
+        // The copy is this run's own and holds nothing yet: gone, the next save makes it again
+        // instead of taking it for a stranger's file.
+        QFile::remove(path);
+        removeJournals(path);
+        throw;
+    }
+}
 
 void DisconnectDB()
 {
@@ -370,6 +568,8 @@ void DisconnectDB()
     }
     state().connectionMade = false;
     state().openError.clear();
+    state().openedPath.clear();
+    state().openedFile = FileIdentity();
 }
 
 void EnsureConnection(QSqlDatabase& connection)
@@ -507,8 +707,7 @@ QSqlQuery Execute(QSqlDatabase& connection, const QString& statement)
         done = query.exec();
     }
     if (!done)
-        RaiseError(RT_DATABASE, kModule,
-                   QStringLiteral("%1 (statement: %2)").arg(query.lastError().text(), statement.left(300)));
+        raiseStatementFailure(connection, statement, query.lastError());
     return query;
 }
 
@@ -518,7 +717,7 @@ void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& bod
     const auto run = [&](const QString& sql) {
         QSqlQuery query(connection);
         if (!query.exec(sql))
-            RaiseError(RT_DATABASE, kModule, QStringLiteral("%1 (statement: %2)").arg(query.lastError().text(), sql));
+            raiseStatementFailure(connection, sql, query.lastError());
     };
     if (!connection.isOpen())
         RaiseError(RT_DATABASE, kModule, QStringLiteral("The library is not open."));
@@ -698,30 +897,8 @@ QSqlDatabase ConnectDB()
     if (!s.connectionMade) {
         s.connectionMade = true;
         ShowErrors(kModule, kRevision, QStringLiteral("ConnectDB"), [&] {
-            const QString path = mDatabase::LibraryPath();
             QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), mDatabase::kConnectionName);
-            auto fail = [&](const QString& problem) {
-                s.openError = problem;
-                RaiseError(mErrCodes::RT_DATABASE, mDatabase::kModule, problem);
-            };
-            // Checked before SQLite touches the file: a file that is no library stays as it was.
-            const QString problem = mDatabase::LibraryFileProblem(path);
-            if (!problem.isEmpty())
-                fail(problem);
-            db.setDatabaseName(path);
-            db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
-            if (!db.open())
-                fail(mDatabase::fileProblem(path, QStringLiteral("cannot be opened: %1").arg(db.lastError().text())));
-            // Each statement stands alone (no transaction); WAL with synchronous=NORMAL keeps every
-            // one of them atomic without a disk flush per statement.
-            QSqlQuery pragma(db);
-            if (!pragma.exec(QStringLiteral("PRAGMA journal_mode=WAL"))
-                || !pragma.exec(QStringLiteral("PRAGMA synchronous=NORMAL"))) {
-                const QString text = pragma.lastError().text();
-                pragma = QSqlQuery();
-                db.close();
-                fail(mDatabase::fileProblem(path, QStringLiteral("cannot be written: %1").arg(text)));
-            }
+            mDatabase::openSharedOn(db, mDatabase::LibraryPath());
         });
     }
     return QSqlDatabase::database(mDatabase::kConnectionName, false);

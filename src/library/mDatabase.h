@@ -79,6 +79,27 @@ QString OpenError();
 // Every copy of the connection must be dropped first.
 void DisconnectDB();
 
+// Whether the file at the path the shared connection opened is still that file. SQLite goes on
+// writing into a file that was deleted or swapped away while it was open, and everything
+// written so would vanish with it; a save therefore looks first (cApplication::SaveLibrary).
+enum class LibraryFileCheck {
+    Unopened, // the shared connection never opened a file: nothing to compare
+    Same,     // the file the connection opened
+    Deleted,  // no file at the path any more
+    Replaced, // another file at the path, or the same one overwritten with what is no SQLite file
+};
+// The file the shared connection has open (or last had); empty when it never opened one.
+QString OpenedLibraryPath();
+LibraryFileCheck CheckOpenedLibraryFile();
+// Raises the database error when the file is marked read-only.
+void VerifyWritable(const QString& path);
+// A name beside path that nothing takes, journal files included: "Marlo (2).mdb", "Marlo (3).mdb", ...
+QString FreeNameBeside(const QString& path);
+// Closes the shared connection (dropping its journal beside the old file), makes a new library
+// at path from the template as start-up does, and opens the shared connection on it. When that
+// fails, the error is raised, nothing it made is left at path, and the connection stays closed.
+void ReopenOnNewLibraryFile(const QString& path);
+
 // Fills an empty connection argument with the shared connection.
 void EnsureConnection(QSqlDatabase& connection);
 
@@ -91,7 +112,8 @@ struct SqliteStatement {
 // literal, a bad date or number, a comment, a second statement or an unexpected character.
 SqliteStatement TranslateJetSql(const QString& statement);
 // Translates and executes one statement; the query is forward-only and positioned before the
-// first row. A failure raises the database error with the engine's text.
+// first row. A failure raises the database error naming the file and the engine's cause; the
+// statement is never part of it.
 QSqlQuery Execute(QSqlDatabase& connection, const QString& statement);
 
 // Runs body as one transaction on the connection: all of its statements take effect together

@@ -221,7 +221,7 @@ private slots:
         // The third template's variable is refused by the file: the whole import goes.
         QTest::newRow("refused half-way: nothing") << threeWithSurrogate
             << "CREATE TRIGGER refuse BEFORE INSERT ON ta_UserVar WHEN NEW.sName LIKE 'k%' BEGIN SELECT RAISE(ABORT, 'refused'); END" << 1
-            << "error 3000: refused";
+            << "error 3000: The library file \"" + library() + "\" could not be written: refused.";
     }
     // An import is all or nothing; a library holding the seed stays as it was on any error.
     void imports()

@@ -675,8 +675,7 @@ void fTolvaneMan::Form_Unload(bool& cancel)
                 // A save that fails is shown, and the window stays open so that nothing is lost.
                 cancel = !ShowErrors(kForm, kRevision, QStringLiteral("Form_Unload"), [&] {
                     WaitPointerScope wait;
-                    QSqlDatabase connection;
-                    Application().colSetsTemplate().SaveOrThrow(connection);
+                    Application().SaveLibraryOrThrow();
                 });
             }
         }

@@ -180,8 +180,7 @@ void fTolvaneMan::mnuSave_Click()
 {
     Handle(QStringLiteral("mnuSave_Click"), [&] {
         WaitPointerScope wait;
-        QSqlDatabase connection;
-        Application().colSetsTemplate().Save(connection);
+        Application().SaveLibrary();
     });
 }
 
