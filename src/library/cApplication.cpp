@@ -60,7 +60,7 @@ bool cApplication::AnythingNeedSave()
 {
     bool needSave = false;
     ShowErrors(kClass, kRevision, QStringLiteral("AnythingNeedSave"), [&] {
-        needSave = m_colSetsTemplate && m_colSetsTemplate->IsDirty();
+        needSave = m_colSetsTemplate && (m_colSetsTemplate->IsDirty() || libraryFileGone());
     });
     return needSave;
 }
@@ -115,6 +115,19 @@ void cApplication::SaveLibraryOrThrow(SaveMode mode)
         if (!m_libraryNote.isEmpty())
             mMain::UI().showMessage(std::exchange(m_libraryNote, QString()), kLibraryFileTitle, MsgIcon::Exclamation);
     });
+}
+
+bool cApplication::libraryFileGone()
+{
+    // Beyond the classic question, which asks only about changes: a library file deleted or
+    // replaced while the program ran is to be saved too, or closing would lose the library.
+    using mDatabase::LibraryFileCheck;
+    try {
+        const LibraryFileCheck check = mDatabase::CheckOpenedLibraryFile();
+        return check == LibraryFileCheck::Deleted || check == LibraryFileCheck::Replaced;
+    } catch (const MarloError&) {
+        return true; // the file cannot be reached: the save will say why
+    }
 }
 
 bool cApplication::keepLibraryFileOrThrow()

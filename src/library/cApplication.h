@@ -32,7 +32,8 @@ public:
     // Only a member of the library can be active: any other record leaves no active setting.
     void setActiveSetting(const std::shared_ptr<cSetsTemplate>& record);
 
-    // False while the library was never opened; otherwise whether anything in it changed.
+    // False while the library was never opened; otherwise whether anything in it changed, or
+    // its file was deleted or replaced meanwhile.
     bool AnythingNeedSave();
 
     // How a save writes: statement by statement, each standing alone (the window), or all of
@@ -62,6 +63,7 @@ private:
     // Reopens the connection on a new file when the opened one was deleted or replaced; true
     // when it did (the whole library is then to be written).
     bool keepLibraryFileOrThrow();
+    bool libraryFileGone();
     void switchLibraryPath(const QString& from, const QString& to);
 
     std::unique_ptr<cRegistrySettings> m_registrySettings;
