@@ -136,7 +136,10 @@ private slots:
         QTest::addColumn<QString>("command");
         QTest::addColumn<int>("refused"); // the command code the grip refuses
         QTest::newRow("get all, timing refused") << "cmdTools(0)" << 0x14;
+        QTest::newRow("get all, options refused") << "cmdTools(0)" << 0x18;
         QTest::newRow("get all, ramping refused") << "cmdTools(0)" << 0x19;
+        QTest::newRow("put all, options refused") << "cmdTools(1)" << 0x28;
+        QTest::newRow("put all, ramping refused") << "cmdTools(1)" << 0x29;
         QTest::newRow("put all, timing refused") << "cmdTools(1)" << 0x24;
         QTest::newRow("put all, game timer refused") << "cmdTools(1)" << 0x26;
         QTest::newRow("get timing") << "mnuDLTiming" << 0x14;
@@ -157,6 +160,8 @@ private slots:
             s.counters = {300, 45, 1000};
             s.timing = {10, 10, 30, 35, 28, 0};
             s.gameTimer.countDownTimer = 25;
+            s.options.defaultLoadTime = 60;
+            s.ramping = {7, 80, 2};
         });
         fTolvaneMan& w = openTemplate(h);
         run(&w, QStringLiteral("mnuDLCounters"));
@@ -164,6 +169,8 @@ private slots:
         const QList<int> timings = settingTimings(*w.ActiveSetting());
         const QString counter = text(&w, QStringLiteral("txtCounters(0)"));
         const QString gameTime = text(&w, QStringLiteral("txtCntDown"));
+        const QList<int> ramping = {w.ActiveSetting()->lShots(), w.ActiveSetting()->lHyperTime(), w.ActiveSetting()->lHyperMode()};
+        const QString maxRof = text(&w, QStringLiteral("txtDefaultLoadTime"));
         h.grip.replies.insert(quint8(refused), refusalWith(refused, 0x07));
         run(&w, command);
         // No error window, no confirmation; the status bar says what happened, with the byte.
@@ -181,6 +188,10 @@ private slots:
             QCOMPARE(text(&w, QStringLiteral("txtCounters(0)")), counter);
         if (refused == 0x16)
             QCOMPARE(text(&w, QStringLiteral("txtCntDown")), gameTime);
+        if (refused == 0x18)
+            QCOMPARE(text(&w, QStringLiteral("txtDefaultLoadTime")), maxRof);
+        if (refused == 0x19)
+            QCOMPARE((QList<int>{w.ActiveSetting()->lShots(), w.ActiveSetting()->lHyperTime(), w.ActiveSetting()->lHyperMode()}), ramping);
         // The next command that the grip answers is confirmed and clears the status.
         h.grip.replies.clear();
         run(&w, QStringLiteral("mnuDLCounters"));
