@@ -192,6 +192,10 @@ fTolvaneMan::fTolvaneMan(QWidget* parent) : QMainWindow(parent)
 
 fTolvaneMan::~fTolvaneMan()
 {
+    // Hiding the window on its way out takes the focus from a text box, which would finish its
+    // edit into a window that is no longer whole.
+    for (QLineEdit* box : findChildren<QLineEdit*>())
+        disconnect(box, &QLineEdit::editingFinished, this, nullptr);
     ReleaseViews();
     if (mCommBasic::objComm == &comGrip)
         mCommBasic::objComm = nullptr;
