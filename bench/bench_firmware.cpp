@@ -114,11 +114,11 @@ int transfers(QTextStream& out, const QString& folder)
     int status = 0;
     try {
         measureTransfer(out, QStringLiteral("full read (252 blocks)"), server, [&] {
-            return mFirmwareWorkflows::DownloadFirmware(fetched) == FirmwareResult::Succeeded ? QString()
+            return mFirmwareWorkflows::DownloadFirmware(fetched, {QStringLiteral("bench"), QString(), QStringLiteral("download")}) == FirmwareResult::Succeeded ? QString()
                                                                                               : QStringLiteral("not read");
         });
         measureTransfer(out, QStringLiteral("full write + verification (253 lines, 252 blocks)"), server, [&] {
-            return mFirmwareWorkflows::UploadFirmware(upload) == FirmwareResult::Succeeded ? QString() : ui.last;
+            return mFirmwareWorkflows::UploadFirmware(upload, {QStringLiteral("bench"), QString(), QStringLiteral("upload")}) == FirmwareResult::Succeeded ? QString() : ui.last;
         });
     } catch (const MarloError& e) {
         out << "bench_firmware: transfer failed: error " << e.Number() << ": " << e.Description() << '\n';

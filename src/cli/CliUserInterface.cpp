@@ -75,7 +75,7 @@ void CliUserInterface::drawProgress(bool final)
                             .arg(QString(filled, QLatin1Char('#')), QString(width - filled, QLatin1Char(' ')))
                             .arg(m_value)
                             .arg(m_maximum);
-    const QString status = m_panels.value(3);
+    const QString status = m_step;
     m_err << (m_isTerminal ? QStringLiteral("\r\x1b[K") : QString()) << bar
           << (status.isEmpty() ? QString() : QStringLiteral("  ") + CliText(status));
     if (final || !m_isTerminal)
@@ -83,12 +83,10 @@ void CliUserInterface::drawProgress(bool final)
     m_err.flush();
 }
 
-void CliUserInterface::setStatusText(int panel, const QString& text)
+void CliUserInterface::setStepText(const QString& text)
 {
-    while (m_panels.size() <= panel)
-        m_panels.append(QString());
-    m_panels[panel] = text;
-    if (panel == 3 && !text.isEmpty() && !m_progressShown) {
+    m_step = text;
+    if (!text.isEmpty() && !m_progressShown) {
         m_err << CliText(text) << '\n';
         m_err.flush();
     }

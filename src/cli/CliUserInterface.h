@@ -20,8 +20,10 @@ public:
     void setProgress(int value) override;
     int progress() const override { return m_value; }
     void endProgress() override;
-    QString statusText(int panel) const override { return m_panels.value(panel); }
-    void setStatusText(int panel, const QString& text) override;
+    QString stepText() const override { return m_step; }
+    // Each new step is said on stderr (unless a progress line is being drawn).
+    void setStepText(const QString& text) override;
+    void setFirmwareVersion(const QString&) override {}
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
     bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -47,7 +49,7 @@ private:
 
     QTextStream& m_out;
     QTextStream& m_err;
-    QStringList m_panels = QStringList(8, QString());
+    QString m_step;
     int m_maximum = 0;
     int m_value = 0;
     bool m_progressShown = false;

@@ -14,6 +14,12 @@ namespace {
 
 const QString kUsage = QStringLiteral("usage: marlo-cli firmware read FILE | firmware write FILE");
 
+// The names the workflows' errors carry when the command runs them.
+const mFirmwareWorkflows::tCaller kRead{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
+                                        QStringLiteral("firmware read")};
+const mFirmwareWorkflows::tCaller kWrite{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
+                                         QStringLiteral("firmware write")};
+
 // The save dialog of the desktop program insists on an existing folder; so does the command,
 // before the grip is stopped for a read that could not be saved anyway.
 void requireFolder(const QString& file)
@@ -40,9 +46,9 @@ int RunFirmwareCommand(CliContext& ctx)
     FirmwareResult result = FirmwareResult::Cancelled;
     if (action == QLatin1String("read")) {
         requireFolder(file);
-        result = mFirmwareWorkflows::DownloadFirmware(file);
+        result = mFirmwareWorkflows::DownloadFirmware(file, kRead);
     } else {
-        result = mFirmwareWorkflows::UploadFirmware(file);
+        result = mFirmwareWorkflows::UploadFirmware(file, kWrite);
     }
 
     switch (result) {

@@ -26,8 +26,9 @@ public:
     void setProgress(int value) override { m_inner.setProgress(value); }
     int progress() const override { return m_inner.progress(); }
     void endProgress() override { m_inner.endProgress(); }
-    QString statusText(int panel) const override { return m_inner.statusText(panel); }
-    void setStatusText(int panel, const QString& text) override { m_inner.setStatusText(panel, text); }
+    QString stepText() const override { return m_inner.stepText(); }
+    void setStepText(const QString& text) override { m_inner.setStepText(text); }
+    void setFirmwareVersion(const QString& version) override { m_inner.setFirmwareVersion(version); }
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override
     {
         m_inner.showMessage(text, title, icon);

@@ -40,16 +40,16 @@ private:
 };
 
 // What the menu command does when an error leaves it: end the progress display and put the
-// step panel's text back.
+// step text back.
 class CleanUpOnError {
 public:
-    CleanUpOnError() : m_stepText(mMain::UI().statusText(kStepPanel)), m_exceptions(std::uncaught_exceptions()) {}
+    CleanUpOnError() : m_stepText(mMain::UI().stepText()), m_exceptions(std::uncaught_exceptions()) {}
     ~CleanUpOnError()
     {
         if (std::uncaught_exceptions() <= m_exceptions)
             return;
         mMain::EndProgress();
-        mMain::UI().setStatusText(kStepPanel, m_stepText);
+        mMain::UI().setStepText(m_stepText);
     }
     CleanUpOnError(const CleanUpOnError&) = delete;
     CleanUpOnError& operator=(const CleanUpOnError&) = delete;
@@ -116,9 +116,9 @@ QString UploadFailedText()
            QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
 }
 
-FirmwareResult UploadFirmware(const QString& file)
+FirmwareResult UploadFirmware(const QString& file, const tCaller& caller)
 {
-    return PassErrors(kModule, kRevision, QStringLiteral("UploadFirmware"), [&](Procedure& proc) {
+    return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         WaitPointerScope wait;
         cUserInterface& ui = mMain::UI();
         const std::optional<QString> chosen = firmwareFile(file, false);
@@ -126,29 +126,30 @@ FirmwareResult UploadFirmware(const QString& file)
             return FirmwareResult::Cancelled;
         const QString path = *chosen;
 
-        const QString previousStep = ui.statusText(kStepPanel);
-        ui.setStatusText(kStepPanel, kStatusLoading);
-        proc.setName(QStringLiteral("UploadFirmware - load firmware file (") + path + QLatin1Char(')'));
+        const QString previousStep = ui.stepText();
+        ui.setStepText(kStatusLoading);
+        const QString loadStep = caller.procedure + QStringLiteral(" - load firmware file (") + path + QLatin1Char(')');
+        proc.setName(loadStep);
         FirmwareFile image;
         mFirmware::LoadFirmwareFile(image, path);
         // The whole image is checked before the grip hears a word of it: a file the write would
         // fail on never leaves the grip stopped and half-written.
-        proc.setName(QStringLiteral("UploadFirmware - check firmware file (") + path + QLatin1Char(')'));
+        proc.setName(caller.procedure + QStringLiteral(" - check firmware file (") + path + QLatin1Char(')'));
         mCommSupport::CheckFirmwareImage(image);
-        proc.setName(QStringLiteral("UploadFirmware - load firmware file (") + path + QLatin1Char(')'));
+        proc.setName(loadStep);
         RefreshGunInfo(true);
 
         FirmwareResult result = FirmwareResult::VersionMismatch;
         if (!mFirmware::checkFirmwareVersion(image)) {
             ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
         } else {
-            ui.setStatusText(kStepPanel, kStatusPreparing);
-            stopProgramUnlessInBootCode(proc, QStringLiteral("UploadFirmware"), QStringLiteral("upload"));
+            ui.setStepText(kStatusPreparing);
+            stopProgramUnlessInBootCode(proc, caller.procedure, QStringLiteral("upload"));
             ProgressScope progress;
             progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
-            ui.setStatusText(kStepPanel, kStatusUploading);
+            ui.setStepText(kStatusUploading);
             mCommSupport::ULFirmware(image);
-            ui.setStatusText(kStepPanel, kStatusVerifying);
+            ui.setStepText(kStatusVerifying);
             FirmwareFile readBack;
             mCommSupport::DLFirmware(readBack);
             progress.end();
@@ -162,19 +163,19 @@ FirmwareResult UploadFirmware(const QString& file)
                 result = FirmwareResult::VerifyFailed;
             }
         }
-        ui.setStatusText(kStepPanel, previousStep);
-        ui.setStatusText(kVersionPanel, GunInfo().FirmwareBuild());
+        ui.setStepText(previousStep);
+        ui.setFirmwareVersion(GunInfo().FirmwareBuild());
         return result;
     });
 }
 
-FirmwareResult PutFirmwareProgram()
+FirmwareResult PutFirmwareProgram(const tCaller& caller)
 {
     CleanUpOnError cleanUp;
     FirmwareResult result = FirmwareResult::Cancelled;
     {
         WaitPointerScope wait;
-        result = UploadFirmware(QString());
+        result = UploadFirmware(QString(), caller);
     }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
@@ -183,15 +184,15 @@ FirmwareResult PutFirmwareProgram()
     return result;
 }
 
-FirmwareResult DownloadFirmware(const QString& file)
+FirmwareResult DownloadFirmware(const QString& file, const tCaller& caller)
 {
-    return PassErrors(kModule, kRevision, QStringLiteral("mnuDLFirmware_Click"), [&](Procedure& proc) {
+    return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         {
             WaitPointerScope wait;
             const std::optional<QString> chosen = firmwareFile(file, true);
             if (!chosen)
                 return FirmwareResult::Cancelled;
-            stopProgramUnlessInBootCode(proc, QStringLiteral("mnuDLFirmware_Click"), QStringLiteral("download"));
+            stopProgramUnlessInBootCode(proc, caller.procedure, QStringLiteral("download"));
             FirmwareFile image;
             {
                 ProgressScope progress;

@@ -14,13 +14,15 @@ enum class FirmwareResult {
 
 namespace mFirmwareWorkflows {
 
-// Error reports name the main window, whose procedures these are.
-inline const QString kModule = QStringLiteral("fTolvaneMan");
-inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+// Whose procedure a workflow runs as: its errors carry the caller's module and revision, and
+// its steps are named after the caller's procedure ("<procedure> - Check bootmode"). The
+// desktop program hands its window's names, so that the error trail reads as it always has.
+struct tCaller {
+    QString module;
+    QString revision;
+    QString procedure;
+};
 
-// Status-bar panels: the grip's firmware version and the current step of a workflow.
-constexpr int kVersionPanel = 2;
-constexpr int kStepPanel = 3;
 // Blocks read back after a write (the whole readable program memory).
 constexpr int kReadBackBlocks = 252;
 
@@ -41,20 +43,22 @@ inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
 // Writes a firmware file into the grip: load, check the whole image (a file the write would
 // fail on raises 10802 before the grip is asked anything), check it against the grip's builds,
 // stop the program, write, read back, start the program, compare and say how it went. An empty file
-// asks for one with the open dialog (cancel ends silently). Errors are passed on with the step
-// name ("UploadFirmware - Check bootmode", ...); the progress display is ended on the way out.
-FirmwareResult UploadFirmware(const QString& file);
+// asks for one with the open dialog (cancel ends silently). The steps are shown as the step
+// text and the grip's version at the end as its firmware version. Errors are passed on with the
+// step name ("<caller's procedure> - Check bootmode", ...); the progress display is ended on the
+// way out.
+FirmwareResult UploadFirmware(const QString& file, const tCaller& caller);
 
 // Function > Put > Firmware program: UploadFirmware with the dialog, then the confirmation
 // "Firmware was put." when confirmations are on, whatever the upload ended with. On an error
-// the progress display is ended and the step panel restored before the error goes on.
-FirmwareResult PutFirmwareProgram();
+// the progress display is ended and the step text restored before the error goes on.
+FirmwareResult PutFirmwareProgram(const tCaller& caller);
 
 // Function > Get > Firmware program: stop the program, read the whole program memory, save it
 // with the grip's builds into the file, start the program again and confirm "Firmware was
 // fetched." when confirmations are on. An empty file asks with the save dialog (cancel ends
-// silently). Errors are passed on with the step name ("mnuDLFirmware_Click - Check bootmode",
+// silently). Errors are passed on with the step name ("<caller's procedure> - Check bootmode",
 // ...); the progress display is ended on the way out.
-FirmwareResult DownloadFirmware(const QString& file);
+FirmwareResult DownloadFirmware(const QString& file, const tCaller& caller);
 
 } // namespace mFirmwareWorkflows

@@ -42,18 +42,6 @@ void cHeadlessUserInterface::startProgress(int maximum)
     m_progress = 0;
 }
 
-QString cHeadlessUserInterface::statusText(int panel) const
-{
-    return m_panels.value(panel);
-}
-
-void cHeadlessUserInterface::setStatusText(int panel, const QString& text)
-{
-    while (m_panels.size() <= panel)
-        m_panels.append(QString());
-    m_panels[panel] = text;
-}
-
 void cHeadlessUserInterface::showMessage(const QString& text, const QString& title, MsgIcon)
 {
     std::fprintf(stderr, "%s: %s\n", qPrintable(title), qPrintable(QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"))));

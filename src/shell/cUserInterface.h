@@ -26,13 +26,16 @@ public:
     virtual void setBusyPointer(bool busy) = 0;
     virtual bool mainWindowVisible() const = 0;
 
-    // Progress display and status-bar panels (panel numbers from 1).
+    // Progress display.
     virtual void startProgress(int maximum) = 0;
     virtual void setProgress(int value) = 0;
     virtual int progress() const = 0;
     virtual void endProgress() = 0;
-    virtual QString statusText(int panel) const = 0;
-    virtual void setStatusText(int panel, const QString& text) = 0;
+    // The step a long piece of work (a firmware workflow) is at, shown until the next one, and
+    // the grip's firmware version as it last reported it: each front end shows them its way.
+    virtual QString stepText() const = 0;
+    virtual void setStepText(const QString& text) = 0;
+    virtual void setFirmwareVersion(const QString& version) = 0;
 
     // Message boxes. Lines of a multi-line message are joined with "\r\n" by the caller.
     virtual void showMessage(const QString& text, const QString& title, MsgIcon icon) = 0;
@@ -65,8 +68,9 @@ public:
     void setProgress(int value) override { m_progress = value; }
     int progress() const override { return m_progress; }
     void endProgress() override {}
-    QString statusText(int panel) const override;
-    void setStatusText(int panel, const QString& text) override;
+    QString stepText() const override { return m_step; }
+    void setStepText(const QString& text) override { m_step = text; }
+    void setFirmwareVersion(const QString&) override {}
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
     bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -78,5 +82,5 @@ public:
 private:
     int m_progress = 0;
     int m_maximum = 0;
-    QStringList m_panels;
+    QString m_step;
 };

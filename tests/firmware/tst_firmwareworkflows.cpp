@@ -14,6 +14,11 @@ using namespace fwtest;
 
 namespace {
 
+// The names the desktop program runs the workflows under: the trail of every error reads so.
+const mFirmwareWorkflows::tCaller kUpload{QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 1 $"), QStringLiteral("UploadFirmware")};
+const mFirmwareWorkflows::tCaller kDownload{QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 1 $"),
+                                            QStringLiteral("mnuDLFirmware_Click")};
+
 // Records every message as "83 > title: text", with the grip command that went out last.
 struct OrderUi : ScriptedUi {
     FakeCommPort* port = nullptr;
@@ -71,8 +76,8 @@ private slots:
         // The messages of a write follow the start of the program.
         const QString success = "83 > Success!: Firmware uploaded successfully!\r\nPress OK to start using the newly uploaded firmware.";
         const QString put = "83 > Confirmation: Firmware was put.";
-        const QStringList steps{"3:Loading firmwarefile to be uploaded", "3:Preparing grip for upload", "3:Uploading firmware...",
-                                "3:Verifying uploaded firmware...", "3:Ready"};
+        const QStringList steps{"step:Loading firmwarefile to be uploaded", "step:Preparing grip for upload", "step:Uploading firmware...",
+                                "step:Verifying uploaded firmware...", "step:Ready"};
         const QString fits = "firmware=4.0.0,boot=1.2.0,hardware=2.1.0,";
         const QString builds = "firmware=2.0.20,boot=1.2.1,protocol=1.1.2,hardware=2.1.3,";
         // Gun information, boot-mode query, stop; the writes; the read-back (old firmware restarts
@@ -81,23 +86,23 @@ private slots:
             .command = "put", .grip = "firmware=1.1.70,boot=1.2.0,hardware=2.1.5", .file = "upload.tvf",
             .result = FirmwareResult::Succeeded, .messages = {success, put},
             .sent = "13 13 11 13 81 13 8A 8A 8A 8A 13 " + Repeated("85", 28) + " 13 83 13 81 " + Repeated("85", 224) + " 13 83",
-            .status = steps + QStringList{"2:1.1.70"}, .progress = 256};
+            .status = steps + QStringList{"version:1.1.70"}, .progress = 256};
         QTest::newRow("put, in boot mode: no stop") << Flow{
             .command = "put", .grip = fits + "bootmode=1", .file = "upload.tvf", .result = FirmwareResult::Succeeded,
             .messages = {success, put}, .sent = "13 13 11 13 8A 8A 8A 8A 13 " + Repeated("85", 252) + " 13 83",
-            .status = steps + QStringList{"2:4.0.0"}, .progress = 256};
+            .status = steps + QStringList{"version:4.0.0"}, .progress = 256};
         QTest::newRow("put, verification fails") << Flow{
             .command = "put", .grip = fits, .file = "bad.tvf", .result = FirmwareResult::VerifyFailed,
             .messages = {"83 > Failure!: Firmware uploaded failed!\r\nYou should reset you grip (turn it off and then back on) and try "
                          "uploading again.\r\nIf the problem persists, please contact Tolvane Products' supportunit.", put},
             .sent = "13 13 11 13 81 13 8A 8A 8A 8A 8A 13 " + Repeated("85", 252) + " 13 83",
-            .status = steps + QStringList{"2:4.0.0"}, .progress = 257};
+            .status = steps + QStringList{"version:4.0.0"}, .progress = 257};
         QTest::newRow("put, file does not fit") << Flow{
             .command = "put", .grip = "firmware=1.1.70,boot=1.1.5,hardware=2.2.0", .file = "upload.tvf",
             .result = FirmwareResult::VersionMismatch,
             .messages = {"13 > Firmwarefile version error: Firmwarefile version does not match the current version of the grip.\r\n"
                          "It is not possible to upload this firmwarefile to the grip.", "13 > Confirmation: Firmware was put."},
-            .icon = MsgIcon::Exclamation, .sent = "13", .status = {steps[0], "3:Ready", "2:1.1.70"}};
+            .icon = MsgIcon::Exclamation, .sent = "13", .status = {steps[0], "step:Ready", "version:1.1.70"}};
         QTest::newRow("put, cancelled: confirmed all the same") << Flow{.command = "put", .messages = {" > Confirmation: Firmware was put."}};
         QTest::newRow("put, cancelled, confirmations off") << Flow{.command = "put", .confirm = false};
         QTest::newRow("get, cancelled") << Flow{.command = "get", .dialog = true};
@@ -125,7 +130,7 @@ private slots:
         // Put restores the step panel.
         QTest::newRow("put: block refused") << Flow{
             .command = "put", .grip = fits + "failblock=40*3", .file = "upload.tvf", .error = mErrCodes::ERR_UL_FIRMWARE,
-            .trail = ul + "stop program for upload", .sent = "13 13 11 13 81 13 8A 8A 8A", .status = steps.first(3) << "3:Ready",
+            .trail = ul + "stop program for upload", .sent = "13 13 11 13 81 13 8A 8A 8A", .status = steps.first(3) << "step:Ready",
             .progress = 256};
         // A file the write would fail on is refused before the grip hears anything: never stopped,
         // never half-written. Put ends the progress display and restores the step panel.
@@ -135,7 +140,7 @@ private slots:
             .status = {steps[0]}, .bootMode = 0};
         QTest::newRow("put: an address outside the memory") << Flow{
             .command = "put", .grip = fits, .file = "high.tvf", .error = mErrCodes::ERR_FIRMWARE_IMAGE, .trail = check,
-            .status = {steps[0], "3:Ready"}, .bootMode = 0};
+            .status = {steps[0], "step:Ready"}, .bootMode = 0};
         // An empty file keeps its error, with a hint; the grip was only asked its builds.
         QTest::newRow("upload: an empty file") << Flow{
             .command = "upload", .grip = fits, .file = "empty.tvf", .error = mErrCodes::ERR_VERSION_FORMAT,
@@ -166,16 +171,16 @@ private slots:
         auto sim = Grip(link.port, f.grip);
         const QString file = f.file.isEmpty() ? QString() : m_dir.filePath(f.file);
         ui.fileAnswers.enqueue(f.file.isEmpty() ? std::optional<QString>() : file);
-        ui.setStatusText(3, QStringLiteral("Ready"));
+        ui.setStepText(QStringLiteral("Ready"));
         ui.statusHistory.clear();
 
         FirmwareResult result = FirmwareResult::Cancelled;
         const MarloError e = ErrorOf([&] {
             if (f.command == QLatin1String("put"))
-                result = mFirmwareWorkflows::PutFirmwareProgram();
+                result = mFirmwareWorkflows::PutFirmwareProgram(kUpload);
             else
-                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(file)
-                                                              : mFirmwareWorkflows::DownloadFirmware(f.dialog ? QString() : file);
+                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(file, kUpload)
+                                                              : mFirmwareWorkflows::DownloadFirmware(f.dialog ? QString() : file, kDownload);
         });
         QCOMPARE(e.Number(), f.error);
         QCOMPARE(result, f.result);

@@ -206,7 +206,7 @@ private slots:
         QVERIFY(!bar->isVisible());
         QVERIFY(!panel->isVisible());
         // The step panel is the window's own.
-        mMain::UI().setStatusText(fTolvaneMan::kPanelStep, QStringLiteral("Uploading firmware..."));
+        mMain::UI().setStepText(QStringLiteral("Uploading firmware..."));
         QCOMPARE(w.PanelText(fTolvaneMan::kPanelStep), QStringLiteral("Uploading firmware..."));
     }
     void fileDialogFilters_data()

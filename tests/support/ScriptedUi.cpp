@@ -14,12 +14,15 @@ void ScriptedUi::setProgress(int value)
     m_progress = value;
 }
 
-void ScriptedUi::setStatusText(int panel, const QString& text)
+void ScriptedUi::setStepText(const QString& text)
 {
-    while (m_panels.size() <= panel)
-        m_panels.append(QString());
-    m_panels[panel] = text;
-    statusHistory.append(QStringLiteral("%1:%2").arg(panel).arg(text));
+    m_step = text;
+    statusHistory.append(QStringLiteral("step:") + text);
+}
+
+void ScriptedUi::setFirmwareVersion(const QString& version)
+{
+    statusHistory.append(QStringLiteral("version:") + version);
 }
 
 void ScriptedUi::showMessage(const QString& text, const QString& title, MsgIcon icon)

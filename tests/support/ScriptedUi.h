@@ -44,8 +44,9 @@ public:
     void setProgress(int value) override;
     int progress() const override { return m_progress; }
     void endProgress() override { ++progressEnds; }
-    QString statusText(int panel) const override { return m_panels.value(panel); }
-    void setStatusText(int panel, const QString& text) override;
+    QString stepText() const override { return m_step; }
+    void setStepText(const QString& text) override;
+    void setFirmwareVersion(const QString& version) override;
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
     bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -54,9 +55,9 @@ public:
     void processEvents() override;
     void showError(const MarloError& error, const QString& version, const QString& title) override;
 
-    QStringList statusHistory; // every text written to any panel, as "panel:text"
+    QStringList statusHistory; // every step text and firmware version shown, as "step:text", "version:text"
 
 private:
     int m_progress = 0;
-    QStringList m_panels = QStringList(10, QString());
+    QString m_step;
 };

@@ -85,19 +85,23 @@ void QtUserInterface::endProgress()
         m_main->EndProgressBar();
 }
 
-QString QtUserInterface::statusText(int panel) const
+QString QtUserInterface::stepText() const
 {
-    return m_main ? m_main->PanelText(panel) : m_panels.value(panel);
+    return m_main ? m_main->PanelText(fTolvaneMan::kPanelStep) : m_step;
 }
 
-void QtUserInterface::setStatusText(int panel, const QString& text)
+void QtUserInterface::setStepText(const QString& text)
 {
-    if (m_main) {
-        m_main->SetPanelText(panel, text);
-        return;
-    }
-    if (panel >= 0 && panel < m_panels.size())
-        m_panels[panel] = text;
+    if (m_main)
+        m_main->SetPanelText(fTolvaneMan::kPanelStep, text);
+    else
+        m_step = text;
+}
+
+void QtUserInterface::setFirmwareVersion(const QString& version)
+{
+    if (m_main)
+        m_main->SetPanelText(fTolvaneMan::kPanelFirmware, version);
 }
 
 void QtUserInterface::showMessage(const QString& text, const QString& title, MsgIcon icon)

@@ -21,8 +21,10 @@ public:
     void setProgress(int value) override;
     int progress() const override;
     void endProgress() override;
-    QString statusText(int panel) const override;
-    void setStatusText(int panel, const QString& text) override;
+    // The step goes in the main window's step panel, the version in its firmware-version panel.
+    QString stepText() const override;
+    void setStepText(const QString& text) override;
+    void setFirmwareVersion(const QString& version) override;
     void showMessage(const QString& text, const QString& title, MsgIcon icon) override;
     bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override;
     QString inputBox(const QString& prompt, const QString& title, const QString& defaultText) override;
@@ -42,5 +44,5 @@ private:
 
     QPointer<fTolvaneMan> m_main;
     bool m_busy = false;
-    QStringList m_panels = QStringList(8, QString()); // used while there is no main window
+    QString m_step; // used while there is no main window
 };

@@ -6,6 +6,7 @@
 // (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp), the timing editor
 // (fTolvaneMan_TimingEditor.cpp) and the firmware commands with the traffic window and the build
 // information (fTolvaneMan_Firmware.cpp).
+#include "firmware/mFirmwareWorkflows.h"
 #include "grip/mGripCommands.h"
 #include "link/cSerialPort.h"
 
@@ -193,6 +194,9 @@ private:
     void LayoutToolButtons();
     void ReadCommandLine();
     void UploadFirmware(const QString& file);
+    // The names the firmware workflows run under in this window.
+    static const mFirmwareWorkflows::tCaller kUploadFirmware;
+    static const mFirmwareWorkflows::tCaller kDownloadFirmware;
 
     // The common frame of a grip command: the commands held, wait pointer, the boot-mode check,
     // the transfers, then the confirmation when confirmations are on and the grip refused

@@ -99,20 +99,23 @@ void fTolvaneMan::setTransferRunning(bool running)
         m_commLog->setTransferRunning(running);
 }
 
+// The workflows run as this window's procedures: their errors name the window and the step they
+// failed in; the caller shows them. The firmware-version panel is the workflow's own last step:
+// a cancelled dialog leaves it as it was.
+const mFirmwareWorkflows::tCaller fTolvaneMan::kUploadFirmware{kForm, kRevision, QStringLiteral("UploadFirmware")};
+const mFirmwareWorkflows::tCaller fTolvaneMan::kDownloadFirmware{kForm, kRevision, QStringLiteral("mnuDLFirmware_Click")};
+
 void fTolvaneMan::UploadFirmware(const QString& file)
 {
-    // The workflow is this window's procedure and reports its errors under the window's name
-    // with the step it failed in; the caller shows them.
-    // Panel 2 is the workflow's own last step: a cancelled dialog leaves it as it was.
     FirmwareTransferScope transfer(*this);
-    mFirmwareWorkflows::UploadFirmware(file);
+    mFirmwareWorkflows::UploadFirmware(file, kUploadFirmware);
 }
 
 void fTolvaneMan::mnuULFirmware_Click()
 {
     Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
         FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::PutFirmwareProgram();
+        mFirmwareWorkflows::PutFirmwareProgram(kUploadFirmware);
     });
 }
 
@@ -120,7 +123,7 @@ void fTolvaneMan::mnuDLFirmware_Click()
 {
     Handle(QStringLiteral("mnuDLFirmware_Click"), [&] {
         FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::DownloadFirmware(QString());
+        mFirmwareWorkflows::DownloadFirmware(QString(), kDownloadFirmware);
     });
 }
 
