@@ -53,5 +53,7 @@ int RefusalStatus(CliContext& ctx);
 // The command groups (one file each).
 int RunLinkCommand(CliContext& ctx, const QString& command);      // bootmode, start-program, stop-program
 int RunRecordCommand(CliContext& ctx, const QString& command);    // info, get, put, reset-counter
+// The usage lines of get and put, made from the fields of the records.
+QString RecordCommandsUsage();
 int RunFirmwareCommand(CliContext& ctx);                          // firmware read|write FILE
 int RunLibraryCommand(CliContext& ctx);                           // library list|show|export|import|delete

@@ -13,9 +13,10 @@
 #include "link/cSupports.h"
 #include "shell/mMain.h"
 
-#include <QHash>
 #include <QJsonObject>
 #include <functional>
+#include <optional>
+#include <type_traits>
 
 using mGripCommands::Direction;
 using mGripCommands::GripRecord;
@@ -23,65 +24,147 @@ using mGripCommands::Outcome;
 
 namespace {
 
-const QString kRecordNames = QStringLiteral("timing|options|ramping|gametimer|counters|battery");
-
 // Floats as the shortest decimal that reads back the same, so JSON shows 9.71, not 9.7100000381.
 double displayNumber(float value)
 {
     return QString::number(static_cast<double>(value), 'g', 6).toDouble();
 }
 
+// Reads and writes one property of a global grip record, for the field tables below.
+template <auto record>
+struct Of {
+    template <auto getter>
+    static QVariant read()
+    {
+        const auto value = std::invoke(getter, record());
+        if constexpr (std::is_floating_point_v<decltype(value)>)
+            return displayNumber(value);
+        else
+            return QVariant::fromValue(value);
+    }
+    // Answers the value the record kept (a setter that keeps its value in range says which).
+    template <auto setter>
+    static qint32 write(qint32 value)
+    {
+        if constexpr (std::is_void_v<decltype(std::invoke(setter, record(), value))>) {
+            std::invoke(setter, record(), value);
+            return value;
+        } else {
+            return std::invoke(setter, record(), value);
+        }
+    }
+};
+
+// One field of a record as marlo-cli shows and takes it. Its name is the record's property
+// name: the "Name:" of the text, the JSON key and the put option (--Name).
+struct RecordField {
+    enum Kind {
+        Byte,     // a whole number the grip carries in a byte (0..255)
+        Word,     // a whole number the grip carries in 16 bits (0..65535)
+        Switch,   // 0 or 1
+        ReadOnly, // shown by get, never put
+    };
+    QString name;
+    Kind kind;
+    QVariant (*get)();
+    qint32 (*set)(qint32) = nullptr;
+    // The editor's usual range: a value outside it is sent as given, with a note.
+    std::optional<QPair<qint32, qint32>> usual = std::nullopt;
+};
+
+struct RecordTable {
+    GripRecord record;
+    QList<RecordField> fields; // in the order get shows them
+};
+
+// Every record marlo-cli knows, in the order its usage and messages list them.
+const QList<RecordTable>& recordTables()
+{
+    using F = RecordField;
+    using T = Of<&TimingRecord>;
+    using O = Of<&OptionsRecord>;
+    using H = Of<&HyperRecord>;
+    using G = Of<&CountdownTimerRecord>;
+    using C = Of<&CountersRecord>;
+    using B = Of<&BatteryRecord>;
+    using S = cSettings;
+    static const QList<RecordTable> tables = {
+        {GripRecord::Timing,
+         {{QStringLiteral("ShotTime"), F::Byte, T::read<&S::ShotTime>, T::write<&S::setShotTime>, {{S::ShotTimeMin(), S::ShotTimeMax()}}},
+          {QStringLiteral("Dwelltime"), F::Byte, T::read<&S::Dwelltime>, T::write<&S::setDwelltime>, {{S::DwelltimeMin(), S::DwelltimeMax()}}},
+          {QStringLiteral("CycleTimeOpen"), F::Byte, T::read<&S::CycleTimeOpen>, T::write<&S::setCycleTimeOpen>,
+           {{S::CycleTimeOpenMin(), S::CycleTimeOpenMax()}}},
+          {QStringLiteral("LoadTime"), F::Byte, T::read<&S::LoadTime>, T::write<&S::setLoadTime>, {{S::LoadTimeMin(), S::LoadTimeMax()}}},
+          {QStringLiteral("CycleTimeClose"), F::Byte, T::read<&S::CycleTimeClose>, T::write<&S::setCycleTimeClose>,
+           {{S::CycleTimeCloseMin(), S::CycleTimeCloseMax()}}},
+          {QStringLiteral("FiringMode"), F::Byte, T::read<&S::FiringMode>, T::write<&S::setFiringMode>},
+          {QStringLiteral("ROF"), F::ReadOnly, T::read<&S::ROF>}}},
+        {GripRecord::Options,
+         {{QStringLiteral("EyeMounted"), F::Switch, O::read<&cOptions::EyeMounted>, O::write<&cOptions::setEyeMounted>},
+          {QStringLiteral("TriggerFilterOn"), F::Switch, O::read<&cOptions::TriggerFilterOn>, O::write<&cOptions::setTriggerFilterOn>},
+          {QStringLiteral("EyeCheckMaxTimeOn"), F::Switch, O::read<&cOptions::EyeCheckMaxTimeOn>, O::write<&cOptions::setEyeCheckMaxTimeOn>},
+          {QStringLiteral("UseEye"), F::Switch, O::read<&cOptions::UseEye>, O::write<&cOptions::setUseEye>},
+          {QStringLiteral("EyeCheckMaxTime"), F::Byte, O::read<&cOptions::EyeCheckMaxTime>, O::write<&cOptions::setEyeCheckMaxTime>},
+          {QStringLiteral("DefaultLoadTime"), F::Byte, O::read<&cOptions::DefaultLoadTime>, O::write<&cOptions::setDefaultLoadTime>},
+          {QStringLiteral("LoaderOn"), F::Switch, O::read<&cOptions::LoaderOn>, O::write<&cOptions::setLoaderOn>},
+          {QStringLiteral("LedOn"), F::Switch, O::read<&cOptions::LedOn>, O::write<&cOptions::setLedOn>},
+          {QStringLiteral("EyeCheckOKTimeOn"), F::Switch, O::read<&cOptions::EyeCheckOKTimeOn>, O::write<&cOptions::setEyeCheckOKTimeOn>},
+          {QStringLiteral("EyeCheckOKTime"), F::Byte, O::read<&cOptions::EyeCheckOKTime>, O::write<&cOptions::setEyeCheckOKTime>},
+          {QStringLiteral("CTOAdjust"), F::Switch, O::read<&cOptions::CTOAdjust>, O::write<&cOptions::setCTOAdjust>}}},
+        {GripRecord::Ramping,
+         {{QStringLiteral("Shots"), F::Byte, H::read<&cHyper::Shots>, H::write<&cHyper::setShots>},
+          {QStringLiteral("HyperTime"), F::Byte, H::read<&cHyper::HyperTime>, H::write<&cHyper::setHyperTime>},
+          {QStringLiteral("HyperMode"), F::Byte, H::read<&cHyper::HyperMode>, H::write<&cHyper::setHyperMode>}}},
+        {GripRecord::GameTimer,
+         {{QStringLiteral("CountDownTimer"), F::Byte, G::read<&cCountdownTimer::CountDownTimer>, G::write<&cCountdownTimer::setCountDownTimer>},
+          {QStringLiteral("PreAlert1On"), F::Switch, G::read<&cCountdownTimer::PreAlert1On>, G::write<&cCountdownTimer::setPreAlert1On>},
+          {QStringLiteral("PreAlert1Time"), F::Word, G::read<&cCountdownTimer::PreAlert1Time>, G::write<&cCountdownTimer::setPreAlert1Time>},
+          {QStringLiteral("PreAlert2On"), F::Switch, G::read<&cCountdownTimer::PreAlert2On>, G::write<&cCountdownTimer::setPreAlert2On>},
+          {QStringLiteral("PreAlert2Time"), F::Word, G::read<&cCountdownTimer::PreAlert2Time>, G::write<&cCountdownTimer::setPreAlert2Time>}}},
+        {GripRecord::Counters,
+         {{QStringLiteral("Counter1"), F::ReadOnly, C::read<&cCounters::Counter1>},
+          {QStringLiteral("Counter2"), F::ReadOnly, C::read<&cCounters::Counter2>},
+          {QStringLiteral("Total"), F::ReadOnly, C::read<&cCounters::Total>}}},
+        {GripRecord::Battery, {{QStringLiteral("VoltageLevel"), F::ReadOnly, B::read<&cBattery::VoltageLevel>}}},
+    };
+    return tables;
+}
+
+const QList<RecordField>& fieldsOf(GripRecord record)
+{
+    for (const RecordTable& table : recordTables())
+        if (table.record == record)
+            return table.fields;
+    static const QList<RecordField> none;
+    return none;
+}
+
+// The fields a put takes: every one that is not read-only.
+QList<RecordField> putFields(GripRecord record)
+{
+    QList<RecordField> fields;
+    for (const RecordField& field : fieldsOf(record))
+        if (field.kind != RecordField::ReadOnly)
+            fields.append(field);
+    return fields;
+}
+
+// "timing|options|...": the records, or only those that can be put.
+QString recordNames(bool puttable)
+{
+    QStringList names;
+    for (const RecordTable& table : recordTables())
+        if (!puttable || mGripCommands::CanPut(table.record))
+            names.append(mGripCommands::RecordName(table.record));
+    return names.join(QLatin1Char('|'));
+}
+
 CliFields recordFields(GripRecord record)
 {
-    switch (record) {
-    case GripRecord::Timing: {
-        const cSettings& t = TimingRecord();
-        return {{QStringLiteral("ShotTime"), t.ShotTime()},
-                {QStringLiteral("Dwelltime"), t.Dwelltime()},
-                {QStringLiteral("CycleTimeOpen"), t.CycleTimeOpen()},
-                {QStringLiteral("LoadTime"), t.LoadTime()},
-                {QStringLiteral("CycleTimeClose"), t.CycleTimeClose()},
-                {QStringLiteral("FiringMode"), t.FiringMode()},
-                {QStringLiteral("ROF"), displayNumber(t.ROF())}};
-    }
-    case GripRecord::Options: {
-        const cOptions& o = OptionsRecord();
-        return {{QStringLiteral("EyeMounted"), o.EyeMounted()},
-                {QStringLiteral("TriggerFilterOn"), o.TriggerFilterOn()},
-                {QStringLiteral("EyeCheckMaxTimeOn"), o.EyeCheckMaxTimeOn()},
-                {QStringLiteral("UseEye"), o.UseEye()},
-                {QStringLiteral("EyeCheckMaxTime"), o.EyeCheckMaxTime()},
-                {QStringLiteral("DefaultLoadTime"), o.DefaultLoadTime()},
-                {QStringLiteral("LoaderOn"), o.LoaderOn()},
-                {QStringLiteral("LedOn"), o.LedOn()},
-                {QStringLiteral("EyeCheckOKTimeOn"), o.EyeCheckOKTimeOn()},
-                {QStringLiteral("EyeCheckOKTime"), o.EyeCheckOKTime()},
-                {QStringLiteral("CTOAdjust"), o.CTOAdjust()}};
-    }
-    case GripRecord::Ramping: {
-        const cHyper& h = HyperRecord();
-        return {{QStringLiteral("Shots"), h.Shots()},
-                {QStringLiteral("HyperTime"), h.HyperTime()},
-                {QStringLiteral("HyperMode"), h.HyperMode()}};
-    }
-    case GripRecord::GameTimer: {
-        const cCountdownTimer& g = CountdownTimerRecord();
-        return {{QStringLiteral("CountDownTimer"), g.CountDownTimer()},
-                {QStringLiteral("PreAlert1On"), g.PreAlert1On()},
-                {QStringLiteral("PreAlert1Time"), g.PreAlert1Time()},
-                {QStringLiteral("PreAlert2On"), g.PreAlert2On()},
-                {QStringLiteral("PreAlert2Time"), g.PreAlert2Time()}};
-    }
-    case GripRecord::Counters: {
-        const cCounters& c = CountersRecord();
-        return {{QStringLiteral("Counter1"), c.Counter1()},
-                {QStringLiteral("Counter2"), c.Counter2()},
-                {QStringLiteral("Total"), c.Total()}};
-    }
-    case GripRecord::Battery:
-        return {{QStringLiteral("VoltageLevel"), displayNumber(BatteryRecord().VoltageLevel())}};
-    }
-    return {};
+    CliFields fields;
+    for (const RecordField& field : fieldsOf(record))
+        fields.append({field.name, field.get()});
+    return fields;
 }
 
 void noteUnsupported(CliContext& ctx, GripRecord record)
@@ -108,7 +191,7 @@ GripRecord recordArgument(const QStringList& words, const QString& command)
     GripRecord record = GripRecord::Timing;
     if (words.isEmpty() || !mGripCommands::RecordFromName(words.first(), record))
         throw CliUsageError(QStringLiteral("%1 needs one of %2%3")
-                                .arg(command, kRecordNames, command == QLatin1String("get") ? QStringLiteral("|all") : QString()));
+                                .arg(command, recordNames(false), command == QLatin1String("get") ? QStringLiteral("|all") : QString()));
     return record;
 }
 
@@ -176,7 +259,7 @@ int runInfo(CliContext& ctx)
 int runGet(CliContext& ctx)
 {
     if (ctx.words.size() != 1)
-        throw CliUsageError(QStringLiteral("get needs exactly one of %1|all").arg(kRecordNames));
+        throw CliUsageError(QStringLiteral("get needs exactly one of %1|all").arg(recordNames(false)));
     if (ctx.words.first() == QLatin1String("all")) {
         const mGripCommands::CommandResult result = mGripCommands::GetAll();
         QJsonObject object;
@@ -204,115 +287,45 @@ int runGet(CliContext& ctx)
     return RefusalStatus(ctx);
 }
 
-// One option of a put: its name, the values it takes, and how it goes into the record.
-struct PutOption {
-    enum Kind { Switch, Byte, Word };
-    QString name;
-    Kind kind;
-    std::function<qint32(qint32)> apply; // answers the value the record kept
-};
-
-QList<PutOption> putOptions(GripRecord record)
-{
-    using K = PutOption::Kind;
-    auto plain = [](std::function<void(qint32)> set) {
-        return [set](qint32 v) { set(v); return v; };
-    };
-    switch (record) {
-    case GripRecord::Timing:
-        return {{QStringLiteral("ShotTime"), K::Byte, plain([](qint32 v) { TimingRecord().setShotTime(v); })},
-                {QStringLiteral("Dwelltime"), K::Byte, plain([](qint32 v) { TimingRecord().setDwelltime(v); })},
-                {QStringLiteral("CycleTimeOpen"), K::Byte, plain([](qint32 v) { TimingRecord().setCycleTimeOpen(v); })},
-                {QStringLiteral("LoadTime"), K::Byte, plain([](qint32 v) { TimingRecord().setLoadTime(v); })},
-                {QStringLiteral("CycleTimeClose"), K::Byte, plain([](qint32 v) { TimingRecord().setCycleTimeClose(v); })},
-                {QStringLiteral("FiringMode"), K::Byte, plain([](qint32 v) { TimingRecord().setFiringMode(v); })}};
-    case GripRecord::Options:
-        return {{QStringLiteral("EyeMounted"), K::Switch, plain([](qint32 v) { OptionsRecord().setEyeMounted(v != 0); })},
-                {QStringLiteral("TriggerFilterOn"), K::Switch, plain([](qint32 v) { OptionsRecord().setTriggerFilterOn(v != 0); })},
-                {QStringLiteral("EyeCheckMaxTimeOn"), K::Switch, plain([](qint32 v) { OptionsRecord().setEyeCheckMaxTimeOn(v != 0); })},
-                {QStringLiteral("UseEye"), K::Switch, plain([](qint32 v) { OptionsRecord().setUseEye(v != 0); })},
-                {QStringLiteral("EyeCheckMaxTime"), K::Byte, [](qint32 v) { return OptionsRecord().setEyeCheckMaxTime(v); }},
-                {QStringLiteral("DefaultLoadTime"), K::Byte, [](qint32 v) { return OptionsRecord().setDefaultLoadTime(v); }},
-                {QStringLiteral("LoaderOn"), K::Switch, plain([](qint32 v) { OptionsRecord().setLoaderOn(v != 0); })},
-                {QStringLiteral("LedOn"), K::Switch, plain([](qint32 v) { OptionsRecord().setLedOn(v != 0); })},
-                {QStringLiteral("EyeCheckOKTimeOn"), K::Switch, plain([](qint32 v) { OptionsRecord().setEyeCheckOKTimeOn(v != 0); })},
-                {QStringLiteral("EyeCheckOKTime"), K::Byte, [](qint32 v) { return OptionsRecord().setEyeCheckOKTime(v); }},
-                {QStringLiteral("CTOAdjust"), K::Switch, plain([](qint32 v) { OptionsRecord().setCTOAdjust(v != 0); })}};
-    case GripRecord::Ramping:
-        return {{QStringLiteral("Shots"), K::Byte, [](qint32 v) { return HyperRecord().setShots(v); }},
-                {QStringLiteral("HyperTime"), K::Byte, [](qint32 v) { return HyperRecord().setHyperTime(v); }},
-                {QStringLiteral("HyperMode"), K::Byte, [](qint32 v) { return HyperRecord().setHyperMode(v); }}};
-    case GripRecord::GameTimer:
-        return {{QStringLiteral("CountDownTimer"), K::Byte, plain([](qint32 v) { CountdownTimerRecord().setCountDownTimer(v); })},
-                {QStringLiteral("PreAlert1On"), K::Switch, plain([](qint32 v) { CountdownTimerRecord().setPreAlert1On(v != 0); })},
-                {QStringLiteral("PreAlert1Time"), K::Word, plain([](qint32 v) { CountdownTimerRecord().setPreAlert1Time(v); })},
-                {QStringLiteral("PreAlert2On"), K::Switch, plain([](qint32 v) { CountdownTimerRecord().setPreAlert2On(v != 0); })},
-                {QStringLiteral("PreAlert2Time"), K::Word, plain([](qint32 v) { CountdownTimerRecord().setPreAlert2Time(v); })}};
-    case GripRecord::Counters:
-    case GripRecord::Battery:
-        break;
-    }
-    return {};
-}
-
 // Checks the given values against what the grip can carry, before anything is exchanged.
-void validate(const PutOption& option, qint32 value)
+void validate(const RecordField& field, qint32 value)
 {
-    switch (option.kind) {
-    case PutOption::Switch:
+    switch (field.kind) {
+    case RecordField::Switch:
         if (value != 0 && value != 1)
-            throw CliUsageError(QStringLiteral("--%1 takes 0 or 1, not %2").arg(option.name).arg(value));
+            throw CliUsageError(QStringLiteral("--%1 takes 0 or 1, not %2").arg(field.name).arg(value));
         break;
-    case PutOption::Byte:
+    case RecordField::Byte:
         if (value < 0 || value > 255)
-            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's byte (0..255)").arg(option.name).arg(value));
+            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's byte (0..255)").arg(field.name).arg(value));
         break;
-    case PutOption::Word:
+    case RecordField::Word:
         if (value < 0 || value > 65535)
-            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's 16 bits (0..65535)").arg(option.name).arg(value));
+            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's 16 bits (0..65535)").arg(field.name).arg(value));
+        break;
+    case RecordField::ReadOnly:
         break;
     }
-}
-
-// The editor's limits of the timing values; the grip is sent what is given, with a note.
-void noteTimingLimits(CliContext& ctx, const QString& name, qint32 value)
-{
-    static const QHash<QString, QPair<qint32, qint32>> limits = {
-        {QStringLiteral("ShotTime"), {cSettings::ShotTimeMin(), cSettings::ShotTimeMax()}},
-        {QStringLiteral("Dwelltime"), {cSettings::DwelltimeMin(), cSettings::DwelltimeMax()}},
-        {QStringLiteral("CycleTimeOpen"), {cSettings::CycleTimeOpenMin(), cSettings::CycleTimeOpenMax()}},
-        {QStringLiteral("LoadTime"), {cSettings::LoadTimeMin(), cSettings::LoadTimeMax()}},
-        {QStringLiteral("CycleTimeClose"), {cSettings::CycleTimeCloseMin(), cSettings::CycleTimeCloseMax()}},
-    };
-    const auto it = limits.constFind(name);
-    if (it != limits.constEnd() && (value < it->first || value > it->second))
-        *ctx.err << "note: " << name << ' ' << value << " is outside the usual range " << it->first << ".."
-                 << it->second << "; it is sent as given\n";
 }
 
 int runPut(CliContext& ctx)
 {
     if (ctx.words.isEmpty())
-        throw CliUsageError(QStringLiteral("put needs one of timing|options|ramping|gametimer"));
+        throw CliUsageError(QStringLiteral("put needs one of %1").arg(recordNames(true)));
     const GripRecord record = recordArgument(ctx.words, QStringLiteral("put"));
     if (!mGripCommands::CanPut(record))
-        throw CliUsageError(QStringLiteral("%1 cannot be put to the grip (put timing|options|ramping|gametimer)")
-                                .arg(ctx.words.first()));
-    const QList<PutOption> options = putOptions(record);
+        throw CliUsageError(QStringLiteral("%1 cannot be put to the grip (put %2)").arg(ctx.words.first(), recordNames(true)));
+    const QList<RecordField> fields = putFields(record);
     QStringList allowed;
-    for (const PutOption& o : options)
-        allowed.append(o.name);
+    for (const RecordField& field : fields)
+        allowed.append(field.name);
     const QList<QPair<QString, qint32>> given = ParseIntegerOptions(ctx.words.mid(1), allowed);
     if (given.isEmpty())
         throw CliUsageError(QStringLiteral("put %1 needs at least one of --%2").arg(ctx.words.first(), allowed.join(QStringLiteral(", --"))));
-    auto optionNamed = [&](const QString& name) -> const PutOption& {
-        for (const PutOption& o : options)
-            if (o.name == name)
-                return o;
-        return options.first(); // unreachable: ParseIntegerOptions allows only these names
-    };
+    // ParseIntegerOptions allows only these names.
+    auto fieldNamed = [&](const QString& name) -> const RecordField& { return fields[allowed.indexOf(name)]; };
     for (const auto& [name, value] : given)
-        validate(optionNamed(name), value);
+        validate(fieldNamed(name), value);
 
     GripError().Clear();
     WaitPointerScope wait;
@@ -324,9 +337,12 @@ int runPut(CliContext& ctx)
         return RefusalStatus(ctx);
     }
     for (const auto& [name, value] : given) {
-        if (record == GripRecord::Timing)
-            noteTimingLimits(ctx, name, value);
-        const qint32 kept = optionNamed(name).apply(value);
+        const RecordField& field = fieldNamed(name);
+        // The editor's limits of the timing values; the grip is sent what is given, with a note.
+        if (field.usual && (value < field.usual->first || value > field.usual->second))
+            *ctx.err << "note: " << name << ' ' << value << " is outside the usual range " << field.usual->first << ".."
+                     << field.usual->second << "; it is sent as given\n";
+        const qint32 kept = field.set(value);
         if (kept != value)
             *ctx.err << "note: " << name << ' ' << value << " is out of range; the record keeps " << kept << '\n';
     }
@@ -367,4 +383,29 @@ int RunRecordCommand(CliContext& ctx, const QString& command)
     if (command == QLatin1String("reset-counter"))
         return runResetCounter(ctx);
     throw CliUsageError(QStringLiteral("unknown command '%1'").arg(command));
+}
+
+QString RecordCommandsUsage()
+{
+    // The put lines wrap before an option that would take them past this many columns.
+    constexpr qsizetype kWidth = 135;
+    QString usage = QStringLiteral("  get %1|all\n").arg(recordNames(false));
+    for (const RecordTable& table : recordTables()) {
+        if (!mGripCommands::CanPut(table.record))
+            continue;
+        QString line = QStringLiteral("  ") + (QStringLiteral("put ") + mGripCommands::RecordName(table.record)).leftJustified(14);
+        bool first = true;
+        for (const RecordField& field : putFields(table.record)) {
+            const QString option = QStringLiteral("[--%1 %2]").arg(field.name, field.kind == RecordField::Switch ? QStringLiteral("0|1") : QStringLiteral("N"));
+            if (!first && line.size() + 1 + option.size() > kWidth) {
+                usage += line + QLatin1Char('\n');
+                line = QString(16, QLatin1Char(' '));
+                first = true;
+            }
+            line += (first ? QString() : QStringLiteral(" ")) + option;
+            first = false;
+        }
+        usage += line + QLatin1Char('\n');
+    }
+    return usage;
 }

@@ -17,24 +17,21 @@
 
 namespace {
 
-const char* const kUsage =
-    "Commands:\n"
-    "  info                              gun information and the feature flags\n"
-    "  bootmode | start-program | stop-program\n"
-    "  get timing|options|ramping|gametimer|counters|battery|all\n"
-    "  put timing    [--ShotTime N] [--Dwelltime N] [--CycleTimeOpen N] [--LoadTime N] [--CycleTimeClose N] [--FiringMode N]\n"
-    "  put options   [--EyeMounted 0|1] [--TriggerFilterOn 0|1] [--EyeCheckMaxTimeOn 0|1] [--UseEye 0|1] [--EyeCheckMaxTime N]\n"
-    "                [--DefaultLoadTime N] [--LoaderOn 0|1] [--LedOn 0|1] [--EyeCheckOKTimeOn 0|1] [--EyeCheckOKTime N] [--CTOAdjust 0|1]\n"
-    "  put ramping   [--Shots N] [--HyperTime N] [--HyperMode N]\n"
-    "  put gametimer [--CountDownTimer N] [--PreAlert1On 0|1] [--PreAlert1Time N] [--PreAlert2On 0|1] [--PreAlert2Time N]\n"
-    "  reset-counter 1|2|3\n"
-    "  firmware read FILE | firmware write FILE\n"
-    "  library list | show ID | export FILE | import FILE | delete ID\n"
-    "\n"
-    "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.\n"
-    "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
-    "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
-    "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n";
+QString usage()
+{
+    return QStringLiteral("Commands:\n"
+                          "  info                              gun information and the feature flags\n"
+                          "  bootmode | start-program | stop-program\n") +
+           RecordCommandsUsage() +
+           QStringLiteral("  reset-counter 1|2|3\n"
+                          "  firmware read FILE | firmware write FILE\n"
+                          "  library list | show ID | export FILE | import FILE | delete ID\n"
+                          "\n"
+                          "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.\n"
+                          "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
+                          "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
+                          "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n");
+}
 
 int dispatch(CliContext& ctx, const QString& command)
 {
@@ -80,7 +77,7 @@ int main(int argc, char* argv[])
     QTextStream err(stderr);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Configures a Tolvane grip from the command line.\n\n") + QLatin1String(kUsage));
+    parser.setApplicationDescription(QStringLiteral("Configures a Tolvane grip from the command line.\n\n") + usage());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     const QCommandLineOption deviceOption(QStringLiteral("device"), QStringLiteral("Serial device for this run."), QStringLiteral("DEV"));
     const QCommandLineOption jsonOption(QStringLiteral("json"), QStringLiteral("Print JSON."));
@@ -103,7 +100,7 @@ int main(int argc, char* argv[])
     }
     QStringList words = parser.positionalArguments();
     if (words.isEmpty()) {
-        err << "marlo-cli: no command given.\n\n" << kUsage;
+        err << "marlo-cli: no command given.\n\n" << usage();
         return ExitUsage;
     }
 

@@ -10,17 +10,6 @@
 
 using namespace mAppFunc;
 
-namespace {
-
-// A whole number as a 16-bit one; what does not fit is the run-time overflow.
-qint32 to16Bit(qint32 value)
-{
-    if (value < std::numeric_limits<qint16>::min() || value > std::numeric_limits<qint16>::max())
-        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
-    return value;
-}
-
-} // namespace
 
 cSettings::cSettings()
 {
@@ -80,15 +69,27 @@ void cSettings::Comm2Obj(const QString& report)
 float cSettings::ROF() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("ROF"), [&] {
-        // Shot time is deliberately not part of the cycle.
-        qint32 sum = to16Bit(m_dwelltime);
-        for (const qint32 term : {m_cycleTimeOpen, m_loadTime, m_cycleTimeClose})
-            sum = to16Bit(sum + to16Bit(term));
-        if (sum <= 0)
-            return 0.0f;
-        // Rounded half to even, as the program always has.
-        return static_cast<float>(std::nearbyint(1000.0 / sum * 100.0) / 100.0);
+        return RateOfFire(m_dwelltime, m_cycleTimeOpen, m_loadTime, m_cycleTimeClose, Arithmetic::SixteenBit);
     });
+}
+
+float cSettings::RateOfFire(qint32 Dwelltime, qint32 CycleTimeOpen, qint32 LoadTime, qint32 CycleTimeClose,
+                            Arithmetic arithmetic)
+{
+    // In 16 bits every term and every partial sum must fit, as in the grip's own arithmetic.
+    const auto checked = [arithmetic](qint64 value) {
+        if (arithmetic == Arithmetic::SixteenBit &&
+            (value < std::numeric_limits<qint16>::min() || value > std::numeric_limits<qint16>::max()))
+            RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
+        return value;
+    };
+    qint64 sum = checked(Dwelltime);
+    for (const qint64 term : {CycleTimeOpen, LoadTime, CycleTimeClose})
+        sum = checked(sum + checked(term));
+    if (sum <= 0)
+        return 0.0F;
+    // Rounded half to even, as the program always has.
+    return static_cast<float>(std::nearbyint(1000.0 / static_cast<double>(sum) * 100.0) / 100.0);
 }
 
 void cSettings::Assign(qint32 CycleTimeOpen, qint32 CycleTimeClose, qint32 ShotTime, qint32 Dwelltime,

@@ -23,6 +23,15 @@ public:
     // Rate of fire in shots per second, two decimals.
     float ROF() const;
 
+    // How the cycle's times are summed: as the grip's record does, in 16 bits with the run-time
+    // overflow beyond; or wide, for a library row that may hold any whole numbers.
+    enum class Arithmetic { SixteenBit, Wide };
+    // The rate of fire of one cycle: 1000 / (dwell + cycle open + load + cycle close) shots per
+    // second, rounded half to even to two decimals; 0 for a cycle of no or negative time. The
+    // shot time is deliberately not part of the cycle.
+    static float RateOfFire(qint32 Dwelltime, qint32 CycleTimeOpen, qint32 LoadTime, qint32 CycleTimeClose,
+                            Arithmetic arithmetic);
+
     void Assign(qint32 CycleTimeOpen, qint32 CycleTimeClose, qint32 ShotTime, qint32 Dwelltime,
                 qint32 LoadTime, qint32 FiringMode);
     void AssignDefaults();

@@ -4,7 +4,6 @@
 #include "library/mDatabase.h"
 
 #include <cmath>
-#include <cstdint>
 
 using namespace mDatabase;
 
@@ -191,24 +190,8 @@ void cSetsTemplate::LoadUserVarsOrThrow(QSqlDatabase& connection)
 float cSetsTemplate::rofOrThrow() const
 {
     // The timing record sums in 16 bits and overflows beyond; a row of a library made elsewhere
-    // may hold any whole numbers, and reading a library must never fail on them. Such a record
-    // gets the same formula in wide arithmetic; every other one the timing record's own.
-    const qint64 terms[] = {m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose};
-    qint64 sum = 0;
-    bool fits16 = true;
-    for (const qint64 term : terms) {
-        sum += term;
-        fits16 = fits16 && term >= INT16_MIN && term <= INT16_MAX && sum >= INT16_MIN && sum <= INT16_MAX;
-    }
-    if (!fits16)
-        return sum <= 0 ? 0.0F : static_cast<float>(std::nearbyint(1000.0 / static_cast<double>(sum) * 100.0) / 100.0);
-    cSettings timing;
-    timing.setShotTime(m_lShotTime);
-    timing.setDwelltime(m_lDwellTime);
-    timing.setCycleTimeOpen(m_lCycleTimeOpen);
-    timing.setLoadTime(m_lLoadTime);
-    timing.setCycleTimeClose(m_lCycleTimeClose);
-    return timing.ROF();
+    // may hold any whole numbers, and reading a library must never fail on them.
+    return cSettings::RateOfFire(m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose, cSettings::Arithmetic::Wide);
 }
 
 float cSetsTemplate::ROF()

@@ -114,31 +114,6 @@ private slots:
         }
     }
 
-    void rateOfFire_data()
-    {
-        QTest::addColumn<QString>("timing"); // as fields() shows it
-        QTest::addColumn<float>("rof");      // -1: the 16-bit sum overflows
-        QTest::newRow("all zero") << "0 0 0 0 0 0" << 0.0f;
-        QTest::newRow("one ms each") << "1 1 1 1 1 0" << 250.0f;
-        QTest::newRow("shot time not counted") << "19 1 1 1 1 0" << 250.0f;
-        QTest::newRow("defaults") << "10 10 30 35 28 0" << 9.71f;
-        QTest::newRow("negative sum") << "0 -5 1 1 1 0" << 0.0f;
-        QTest::newRow("312.5 to even") << "0 20 100 100 100 0" << 3.12f; // 1000/320*100 = 312.5
-        QTest::newRow("term over 16 bits") << "0 0 40000 0 0 0" << -1.0f;
-        QTest::newRow("sum over 16 bits") << "0 20000 20000 0 0 0" << -1.0f;
-    }
-
-    void rateOfFire()
-    {
-        QFETCH(QString, timing);
-        QFETCH(float, rof);
-        setFields(GripRecord::Timing, timing);
-        if (rof >= 0)
-            QCOMPARE(TimingRecord().ROF(), rof);
-        else
-            QCOMPARE(errorOf([] { TimingRecord().ROF(); }).value().Number(), mErrCodes::RT_OVERFLOW);
-    }
-
     void resetCounter_data()
     {
         QTest::addColumn<QString>("firmware");

@@ -1,6 +1,6 @@
 // The library as a JSON document: every stored field out, templates in by ID, exactly the user
 // variables of the document, and a clear error for a malformed document. (Importing an export
-// again, through marlo-cli: tst_libraryCli.)
+// again, through marlo-cli: tst_cliLibrary.)
 #include "LibraryTestSupport.h"
 
 #include "library/mGUIDTools.h"

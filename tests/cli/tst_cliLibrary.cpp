@@ -1,7 +1,7 @@
 // marlo-cli's library commands, run as the program itself: list, show, export, import, delete,
 // --db and --json, and what it says instead of asking.
 #include "CliRunner.h"
-#include "LibraryTestSupport.h"
+#include "../library/LibraryTestSupport.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,7 +19,7 @@ using Run = CliRun;
 
 } // namespace
 
-class tst_libraryCli : public QObject {
+class tst_cliLibrary : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_dir;
@@ -102,5 +102,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_libraryCli)
-#include "tst_libraryCli.moc"
+QTEST_GUILESS_MAIN(tst_cliLibrary)
+#include "tst_cliLibrary.moc"
