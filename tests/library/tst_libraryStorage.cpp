@@ -10,6 +10,7 @@
 #include "LibraryTestSupport.h"
 
 #include "library/mLibraryExchange.h"
+#include "link/mErrCodes.h"
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
@@ -259,6 +260,70 @@ private slots:
             QCOMPARE(loaded->dtDate(), QDateTime(date, QTime(0, 0)));
         }
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+    }
+
+    // A date no row can hold (a year beyond 9999) is refused with the database error, before
+    // anything is written; the record stays new, to be saved again once the date is mended.
+    void refusedDate()
+    {
+        LIBRARY_FIXTURE(f);
+        auto record = newTemplate(kT1, QStringLiteral("far"), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(10000, 1, 2), {false, false, false, false});
+        f.library().AddByObject(record);
+        f.save();
+        QCOMPARE(f.ui.errors.size(), 1);
+        QCOMPARE(f.ui.errors.first().Number(), int(mErrCodes::RT_DATABASE));
+        QCOMPARE(f.firstError(), QStringLiteral("Syntax error in a library statement (bad date #01-02-10000#)."));
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 0);
+        QVERIFY(record->IsNew());
+        record->setdtDate(QDateTime(QDate(9999, 1, 2), QTime()));
+        f.save();
+        QCOMPARE(f.row(QStringLiteral("SELECT dtDate FROM ta_SetsTemplate")).value(0).toString(), QStringLiteral("9999-01-02"));
+    }
+
+    void hostileIds_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
+        QTest::newRow("second statement") << QStringLiteral("x'; DELETE FROM ta_SetsTemplate; --");
+        QTest::newRow("doubled, double") << QStringLiteral("a''b\"x\" OR \"1\"=\"1\"");
+        QTest::newRow("date marks, words, backslash") << QStringLiteral("#01-01-2001# True * x\\' OR 1=1 OR '");
+        QTest::newRow("empty") << QString();
+    }
+    // A record whose key came from a library made elsewhere (quotes, SQL, date marks, empty) is
+    // written, loaded again, changed, read and deleted: every statement reaches its own row, and
+    // the neighbour's rows are never touched.
+    void hostileIds()
+    {
+        QFETCH(QString, id);
+        LIBRARY_FIXTURE(f);
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("{N}"))));
+        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('{NV}', '{N}', 'v', 'n', 'neighbour value')")));
+        auto record = std::make_shared<cSetsTemplate>();
+        record->colUserVar().Clear();
+        record->setID(id);
+        record->AddUserVar(QStringLiteral("a"), QStringLiteral("1"));
+        QVERIFY(f.library().AddByObject(record));
+        f.save();
+        f.restart();
+        record = f.library().Item(id);
+        QVERIFY(record);
+        // Its own variables only: an empty key owns none (it would otherwise gather every variable).
+        QCOMPARE(record->colUserVar().Count(), id.isEmpty() ? 0 : 1);
+        QCOMPARE(f.library().Item(QStringLiteral("{N}"))->colUserVar().Count(), 1);
+        record->setlShotTime(99);
+        if (!id.isEmpty())
+            record->colUserVar().Item(1)->setsValue(QStringLiteral("16"));
+        f.save();
+        QSqlDatabase connection;
+        record->setlShotTime(1);
+        record->Read(connection);
+        QCOMPARE(record->lShotTime(), 99);
+        record->setIsDeleted(true);
+        f.save();
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
+        QCOMPARE(f.count(QStringLiteral("SELECT lShotTime FROM ta_SetsTemplate WHERE ID = '{N}'")), 11);
+        QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ID = '{NV}'")).value(0).toString(), QStringLiteral("neighbour value"));
     }
 
     void touchesOnlyItsRows_data()
