@@ -10,7 +10,7 @@ build=${BUILD_DIR:-$here/build-fuzz}
 seconds=${1:-60}
 shift || true
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(fuzz_firmware fuzz_library_sql fuzz_library_import)
+[ ${#targets[@]} -gt 0 ] || targets=(fuzz_firmware fuzz_library_records fuzz_library_import)
 
 CC=clang CXX=clang++ cmake -S "$here" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMARLO_FUZZ=ON -DMARLO_SANITIZE=ON \
   -DMARLO_TESTS=OFF -DMARLO_BENCH=OFF >/dev/null

@@ -3,8 +3,9 @@
 // the save rule, and reading, writing and deleting their own row with one statement each.
 //
 // Derived gives its class name, revision and table (kClass, kRevision, kTable), its insert and
-// update statements, initFieldsOrThrow (its fields, new or from a row) and what it owns:
-// saveChildrenOrThrow, loadChildrenOrThrow and markChildrenNewForRewrite.
+// update statements (SQL with every value bound, mDatabase::Statement), initFieldsOrThrow (its
+// fields, new or from a row) and what it owns: saveChildrenOrThrow, loadChildrenOrThrow and
+// markChildrenNewForRewrite.
 //
 // Every operation reports its own errors under Derived's class name and returns normally; the
 // *OrThrow forms pass the error on instead, for the owners that must stop at the first failure.
@@ -135,9 +136,9 @@ public:
         self().markChildrenNewForRewrite();
     }
 
-    // "SELECT * FROM <table> WHERE ID = '<ID>';" and the same with "DELETE *".
-    QString SelectStatement() const { return QStringLiteral("SELECT * ") + whereThisID(); }
-    QString DeleteStatement() const { return QStringLiteral("DELETE * ") + whereThisID(); }
+    // This record's own row, by its ID, read or deleted.
+    mDatabase::Statement SelectStatement() const { return {QStringLiteral("SELECT * ") + whereThisID(), {mDatabase::BoundText(m_ID)}}; }
+    mDatabase::Statement DeleteStatement() const { return {QStringLiteral("DELETE ") + whereThisID(), {mDatabase::BoundText(m_ID)}}; }
 
 protected:
     cLibraryRecord() = default;
@@ -157,11 +158,7 @@ private:
     Derived& self() { return static_cast<Derived&>(*this); }
     const Derived& self() const { return static_cast<const Derived&>(*this); }
 
-    QString whereThisID() const
-    {
-        return QStringLiteral("FROM ") + Derived::kTable + QStringLiteral(" ") + QStringLiteral("WHERE ID = '")
-               + mDatabase::JetKey(m_ID) + QStringLiteral("';");
-    }
+    static QString whereThisID() { return QStringLiteral("FROM ") + Derived::kTable + QStringLiteral(" WHERE ID = CAST(? AS TEXT)"); }
     void setValid(bool value) const
     {
         m_valid = value;
@@ -171,6 +168,7 @@ private:
     void readOrThrow(QSqlDatabase& connection)
     {
         Errors::pass(QStringLiteral("Read"), [&] {
+            mDatabase::EnsureConnection(connection);
             QSqlQuery query = mDatabase::Execute(connection, SelectStatement());
             if (query.next()) {
                 const QSqlRecord row = query.record();
@@ -180,11 +178,15 @@ private:
     }
     void deleteOrThrow(QSqlDatabase& connection)
     {
-        Errors::pass(QStringLiteral("Delete"), [&] { mDatabase::Execute(connection, DeleteStatement()); });
+        Errors::pass(QStringLiteral("Delete"), [&] {
+            mDatabase::EnsureConnection(connection);
+            mDatabase::Execute(connection, DeleteStatement());
+        });
     }
     void createOrThrow(QSqlDatabase& connection)
     {
         Errors::pass(QStringLiteral("Create"), [&] {
+            mDatabase::EnsureConnection(connection);
             mDatabase::Execute(connection, self().InsertStatement());
             // The changed flag stays: a record edited after it was made is updated at the next save.
             m_isNew = false;
@@ -193,6 +195,7 @@ private:
     void updateOrThrow(QSqlDatabase& connection)
     {
         Errors::pass(QStringLiteral("Update"), [&] {
+            mDatabase::EnsureConnection(connection);
             mDatabase::Execute(connection, self().UpdateStatement());
             setIsDirtySelf(false);
         });

@@ -136,13 +136,14 @@ public:
         });
     }
 
-    // "SELECT * FROM <table> " and, for a collection with a parent, its WHERE clause.
-    QString LoadStatement() const
+    // Every row of the table; for a collection with a parent, the rows of that parent only.
+    mDatabase::Statement LoadStatement() const
     {
-        QString statement = QStringLiteral("SELECT * ") + QStringLiteral("FROM ") + Derived::kTable
-                            + QStringLiteral(" ");
-        if (m_parentID.size() >= 1)
-            statement += QStringLiteral("WHERE ParentID = '") + mDatabase::JetKey(m_parentID) + QStringLiteral("'");
+        mDatabase::Statement statement{QStringLiteral("SELECT * FROM ") + Derived::kTable, {}};
+        if (m_parentID.size() >= 1) {
+            statement.sql += QStringLiteral(" WHERE ParentID = CAST(? AS TEXT)");
+            statement.values.append(mDatabase::BoundText(m_parentID));
+        }
         return statement;
     }
     void Load(QSqlDatabase& connection)

@@ -63,58 +63,28 @@ bool cSetsTemplate::IsDirty() const
     return IsDirtySelf() || (m_colUserVar && m_colUserVar->IsDirty());
 }
 
-QString cSetsTemplate::InsertStatement() const
+Statement cSetsTemplate::InsertStatement() const
 {
-    QString s;
-    s.reserve(520);
-    s += QStringLiteral("INSERT INTO ta_SetsTemplate");
-    s += QStringLiteral(" (");
-    s += QStringLiteral("  ID, ParentID, Version, lShotTime, lDwellTime, lCycleTimeOpen, lLoadTime, "
-                        "lCycleTimeClose, lGameTime, lFiringMode, sName, dtDate, bCTCLikeCTO, bExpertMode, "
-                        "bAlertOne, bAlertTwo, lAlertOne, lAlertTwo");
-    s += QStringLiteral(") ");
-    s += QStringLiteral("VALUES (");
-    s += QStringLiteral("  '") + JetKey(ID()) + QStringLiteral("'");
-    s += QStringLiteral(", '") + JetKey(ParentID()) + QStringLiteral("'");
-    s += QStringLiteral(", '") + JetKey(Version()) + QStringLiteral("'");
-    for (qint32 value : {m_lShotTime, m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose,
-                         m_lGameTime, m_lFiringMode})
-        s += QStringLiteral(", ") + JetLong(value) + QStringLiteral(" ");
-    s += QStringLiteral(", ") + JetText(m_sName) + QStringLiteral(" ");
-    s += QStringLiteral(", #") + JetDate(m_dtDate) + QStringLiteral("# ");
-    for (bool value : {m_bCTCLikeCTO, m_bExpertMode, m_bAlertOne, m_bAlertTwo})
-        s += QStringLiteral(", ") + JetBool(value) + QStringLiteral(" ");
-    for (qint32 value : {m_lAlertOne, m_lAlertTwo})
-        s += QStringLiteral(", ") + JetLong(value) + QStringLiteral(" ");
-    s += QStringLiteral(");");
-    return s;
+    return {QStringLiteral("INSERT INTO ta_SetsTemplate (ID, ParentID, Version, lShotTime, lDwellTime, lCycleTimeOpen, "
+                           "lLoadTime, lCycleTimeClose, lGameTime, lFiringMode, sName, dtDate, bCTCLikeCTO, bExpertMode, "
+                           "bAlertOne, bAlertTwo, lAlertOne, lAlertTwo) "
+                           "VALUES (CAST(? AS TEXT), CAST(? AS TEXT), CAST(? AS TEXT), ?, ?, ?, ?, ?, ?, ?, CAST(? AS TEXT), "
+                           "?, ?, ?, ?, ?, ?, ?)"),
+            {BoundText(ID()), BoundText(ParentID()), BoundText(Version()), m_lShotTime, m_lDwellTime, m_lCycleTimeOpen,
+             m_lLoadTime, m_lCycleTimeClose, m_lGameTime, m_lFiringMode, BoundText(m_sName), BoundDate(m_dtDate),
+             int(m_bCTCLikeCTO), int(m_bExpertMode), int(m_bAlertOne), int(m_bAlertTwo), m_lAlertOne, m_lAlertTwo}};
 }
 
-QString cSetsTemplate::UpdateStatement() const
+Statement cSetsTemplate::UpdateStatement() const
 {
     // The version identifier is fixed when the row is made: deliberately never updated.
-    QString s;
-    s.reserve(520);
-    s += QStringLiteral("UPDATE ta_SetsTemplate ");
-    s += QStringLiteral("SET ");
-    s += QStringLiteral("  ParentID = '") + JetKey(ParentID()) + QStringLiteral("' ");
-    s += QStringLiteral(", lShotTime = ") + JetLong(m_lShotTime) + QStringLiteral(" ");
-    s += QStringLiteral(", lDwellTime = ") + JetLong(m_lDwellTime) + QStringLiteral(" ");
-    s += QStringLiteral(", lCycleTimeOpen = ") + JetLong(m_lCycleTimeOpen) + QStringLiteral(" ");
-    s += QStringLiteral(", lLoadTime = ") + JetLong(m_lLoadTime) + QStringLiteral(" ");
-    s += QStringLiteral(", lCycleTimeClose = ") + JetLong(m_lCycleTimeClose) + QStringLiteral(" ");
-    s += QStringLiteral(", lGameTime = ") + JetLong(m_lGameTime) + QStringLiteral(" ");
-    s += QStringLiteral(", lFiringMode = ") + JetLong(m_lFiringMode) + QStringLiteral(" ");
-    s += QStringLiteral(", sName = ") + JetText(m_sName) + QStringLiteral(" ");
-    s += QStringLiteral(", dtDate = #") + JetDate(m_dtDate) + QStringLiteral("# ");
-    s += QStringLiteral(", bCTCLikeCTO = ") + JetBool(m_bCTCLikeCTO) + QStringLiteral(" ");
-    s += QStringLiteral(", bExpertMode = ") + JetBool(m_bExpertMode) + QStringLiteral(" ");
-    s += QStringLiteral(", bAlertOne = ") + JetBool(m_bAlertOne) + QStringLiteral(" ");
-    s += QStringLiteral(", bAlertTwo = ") + JetBool(m_bAlertTwo) + QStringLiteral(" ");
-    s += QStringLiteral(", lAlertOne = ") + JetLong(m_lAlertOne) + QStringLiteral(" ");
-    s += QStringLiteral(", lAlertTwo = ") + JetLong(m_lAlertTwo) + QStringLiteral(" ");
-    s += QStringLiteral("WHERE ID = '") + JetKey(ID()) + QStringLiteral("';");
-    return s;
+    return {QStringLiteral("UPDATE ta_SetsTemplate SET ParentID = CAST(? AS TEXT), lShotTime = ?, lDwellTime = ?, "
+                           "lCycleTimeOpen = ?, lLoadTime = ?, lCycleTimeClose = ?, lGameTime = ?, lFiringMode = ?, "
+                           "sName = CAST(? AS TEXT), dtDate = ?, bCTCLikeCTO = ?, bExpertMode = ?, bAlertOne = ?, "
+                           "bAlertTwo = ?, lAlertOne = ?, lAlertTwo = ? WHERE ID = CAST(? AS TEXT)"),
+            {BoundText(ParentID()), m_lShotTime, m_lDwellTime, m_lCycleTimeOpen, m_lLoadTime, m_lCycleTimeClose, m_lGameTime,
+             m_lFiringMode, BoundText(m_sName), BoundDate(m_dtDate), int(m_bCTCLikeCTO), int(m_bExpertMode),
+             int(m_bAlertOne), int(m_bAlertTwo), m_lAlertOne, m_lAlertTwo, BoundText(ID())}};
 }
 
 std::shared_ptr<cUserVar> cSetsTemplate::AddUserVar(const QString& name, const QString& value)

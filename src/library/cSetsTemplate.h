@@ -81,9 +81,9 @@ public:
 
     void LoadUserVarsOrThrow(QSqlDatabase& connection);
 
-    // The statements, in the library's Jet dialect.
-    QString InsertStatement() const;
-    QString UpdateStatement() const;
+    // The insert and update of this record's row, every value bound.
+    mDatabase::Statement InsertStatement() const;
+    mDatabase::Statement UpdateStatement() const;
 
 private:
     friend class cLibraryRecord<cSetsTemplate>;

@@ -4,27 +4,19 @@
 
 using namespace mDatabase;
 
-QString cUserVar::InsertStatement() const
+Statement cUserVar::InsertStatement() const
 {
-    return QStringLiteral("INSERT INTO ta_UserVar") + QStringLiteral(" (") + QStringLiteral("  ID")
-           + QStringLiteral(", ParentID") + QStringLiteral(", Version") + QStringLiteral(", sName")
-           + QStringLiteral(", sValue") + QStringLiteral(") ") + QStringLiteral("VALUES (")
-           + QStringLiteral("  '") + JetKey(ID()) + QStringLiteral("'")
-           + QStringLiteral(", '") + JetKey(ParentID()) + QStringLiteral("'")
-           + QStringLiteral(", '") + JetKey(Version()) + QStringLiteral("'")
-           + QStringLiteral(", ") + JetText(m_sName) + QStringLiteral(" ")
-           + QStringLiteral(", ") + JetText(m_sValue) + QStringLiteral(" ")
-           + QStringLiteral(");");
+    return {QStringLiteral("INSERT INTO ta_UserVar (ID, ParentID, Version, sName, sValue) "
+                           "VALUES (CAST(? AS TEXT), CAST(? AS TEXT), CAST(? AS TEXT), CAST(? AS TEXT), CAST(? AS TEXT))"),
+            {BoundText(ID()), BoundText(ParentID()), BoundText(Version()), BoundText(m_sName), BoundText(m_sValue)}};
 }
 
-QString cUserVar::UpdateStatement() const
+Statement cUserVar::UpdateStatement() const
 {
     // The version identifier is fixed when the row is made: deliberately never updated.
-    return QStringLiteral("UPDATE ta_UserVar ") + QStringLiteral("SET ")
-           + QStringLiteral("  ParentID = '") + JetKey(ParentID()) + QStringLiteral("' ")
-           + QStringLiteral(", sName = ") + JetText(m_sName) + QStringLiteral(" ")
-           + QStringLiteral(", sValue = ") + JetText(m_sValue) + QStringLiteral(" ")
-           + QStringLiteral("WHERE ID = '") + JetKey(ID()) + QStringLiteral("';");
+    return {QStringLiteral("UPDATE ta_UserVar SET ParentID = CAST(? AS TEXT), sName = CAST(? AS TEXT), "
+                           "sValue = CAST(? AS TEXT) WHERE ID = CAST(? AS TEXT)"),
+            {BoundText(ParentID()), BoundText(m_sName), BoundText(m_sValue), BoundText(ID())}};
 }
 
 void cUserVar::initFieldsOrThrow(const QSqlRecord* row)

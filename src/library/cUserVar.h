@@ -26,9 +26,9 @@ public:
     // A user variable owns nothing.
     bool IsDirty() const { return IsDirtySelf(); }
 
-    // The statements, in the library's Jet dialect.
-    QString InsertStatement() const;
-    QString UpdateStatement() const;
+    // The insert and update of this record's row, every value bound.
+    mDatabase::Statement InsertStatement() const;
+    mDatabase::Statement UpdateStatement() const;
 
 private:
     friend class cLibraryRecord<cUserVar>;

@@ -101,13 +101,6 @@ QString fileProblem(const QString& path, const QString& problem)
     RaiseError(RT_DATABASE, kModule, fileProblem(path, problem));
 }
 
-// The statement is left out of the description: it may hold a user's texts, and it tells the
-// user nothing.
-[[noreturn]] void raiseSyntax(const QString& problem, const QString&)
-{
-    RaiseError(RT_DATABASE, kModule, QStringLiteral("Syntax error in a library statement (%1).").arg(problem));
-}
-
 // What the engine said went wrong, without the statement (Qt's driver text only says which step
 // failed).
 QString engineCause(const QSqlError& error)
@@ -134,95 +127,6 @@ QString connectionFile(const QSqlDatabase& connection)
                                                                 engineCause(error))));
 }
 
-// Reads a literal that starts at `at` with the quote character `quote` (doubled inside).
-// Returns the position after the closing quote.
-qsizetype readQuoted(const QString& text, qsizetype at, QChar quote, QString& value)
-{
-    const qsizetype n = text.size();
-    qsizetype i = at + 1;
-    value.clear();
-    while (i < n) {
-        const QChar c = text[i];
-        if (c == quote) {
-            if (i + 1 < n && text[i + 1] == quote) {
-                value.append(quote);
-                i += 2;
-                continue;
-            }
-            return i + 1;
-        }
-        value.append(c);
-        ++i;
-    }
-    raiseSyntax(QStringLiteral("unterminated text"), text);
-}
-
-// A text literal of the statement as a value bound to SQLite: the statement SQLite sees holds no
-// text of the user's, only "CAST(? AS TEXT)", and the text goes as its UTF-8 bytes. (Bound as
-// UTF-16, SQLite would take a leading U+FEFF or U+FFFE for a byte-order mark and drop it or read
-// the rest backwards.) Lone surrogate halves (a text cut in the middle of a character, or JSON's
-// "\ud800") have no UTF-8 form, and SQLite reads the noncharacters U+FFFE and U+FFFF back as
-// U+FFFD: all of them are stored as U+FFFD, the replacement character, from the start, so that
-// what is stored is what reads back. Everything else, NUL included, is stored exactly.
-QByteArray boundText(const QString& value)
-{
-    QString text = value;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t u = text.at(i).unicode();
-        if (QChar::isHighSurrogate(u) && i + 1 < text.size() && QChar::isLowSurrogate(text.at(i + 1).unicode()))
-            ++i;
-        else if (QChar::isSurrogate(u) || u == 0xFFFE || u == 0xFFFF)
-            text[i] = QChar::ReplacementCharacter;
-    }
-    QByteArray bytes = text.toUtf8();
-    // An empty text is bound as an empty text, never as a null (which a null array would be).
-    if (bytes.isNull())
-        bytes = QByteArray("", 0);
-    return bytes;
-}
-
-// #mm-dd-yyyy# (also with "/" and without leading zeros) as an ISO date.
-QVariant boundDate(const QString& jetDate, const QString& statement)
-{
-    const QString text = jetDate.trimmed();
-    QDate date;
-    for (const char* format : {"MM-dd-yyyy", "M-d-yyyy", "MM/dd/yyyy", "M/d/yyyy"}) {
-        date = QDate::fromString(text, QLatin1String(format));
-        if (date.isValid())
-            break;
-    }
-    if (!date.isValid())
-        raiseSyntax(QStringLiteral("bad date #%1#").arg(jetDate), statement);
-    return date.toString(Qt::ISODate);
-}
-
-// A number of the statement: a whole number (64 bits) or a decimal one.
-QVariant boundNumber(QStringView token, const QString& statement)
-{
-    bool ok = false;
-    const qint64 whole = token.toLongLong(&ok);
-    if (ok)
-        return whole;
-    const double number = token.toDouble(&ok);
-    if (!ok || !std::isfinite(number))
-        raiseSyntax(QStringLiteral("bad number %1").arg(token.toString()), statement);
-    return number;
-}
-
-bool isAsciiLetter(QChar c)
-{
-    const char16_t u = c.unicode();
-    return (u >= 'A' && u <= 'Z') || (u >= 'a' && u <= 'z') || u == '_';
-}
-
-bool isAsciiDigit(QChar c)
-{
-    const char16_t u = c.unicode();
-    return u >= '0' && u <= '9';
-}
-
-bool isWordStart(QChar c) { return isAsciiLetter(c); }
-bool isWordPart(QChar c) { return isAsciiLetter(c) || isAsciiDigit(c); }
 
 // " (column X of the row with ID Y)": where a value that cannot be read lies.
 QString whereInRow(const QSqlRecord& row, const QString& column)
@@ -578,119 +482,37 @@ void EnsureConnection(QSqlDatabase& connection)
         connection = mMain::ConnectDB();
 }
 
-SqliteStatement TranslateJetSql(const QString& statement)
+QVariant BoundText(const QString& text)
 {
-    SqliteStatement result;
-    QString& out = result.sql;
-    out.reserve(qMin<qsizetype>(statement.size(), 1024) + 16);
-    const qsizetype n = statement.size();
-    qsizetype i = 0;
-    bool ended = false;
-    QString literal;
-    const auto bind = [&](QVariant value) {
-        out.append(QLatin1Char('?'));
-        result.values.append(std::move(value));
-    };
-    while (i < n) {
-        const QChar c = statement[i];
-        if (c == QLatin1Char(' ') || c == QLatin1Char('\t') || c == QLatin1Char('\r') || c == QLatin1Char('\n')) {
-            out.append(c);
+    QString stored = text;
+    for (qsizetype i = 0; i < stored.size(); ++i) {
+        const char16_t u = stored.at(i).unicode();
+        if (QChar::isHighSurrogate(u) && i + 1 < stored.size() && QChar::isLowSurrogate(stored.at(i + 1).unicode()))
             ++i;
-            continue;
-        }
-        if (ended)
-            raiseSyntax(QStringLiteral("text after the end of the statement"), statement);
-        if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
-            // Jet's double-quoted texts and single-quoted keys are both values, bound as they are.
-            i = readQuoted(statement, i, c, literal);
-            out.append(QLatin1String("CAST("));
-            bind(boundText(literal));
-            out.append(QLatin1String(" AS TEXT)"));
-            continue;
-        }
-        if (c == QLatin1Char('#')) {
-            const qsizetype close = statement.indexOf(QLatin1Char('#'), i + 1);
-            if (close < 0)
-                raiseSyntax(QStringLiteral("unterminated date"), statement);
-            bind(boundDate(statement.mid(i + 1, close - i - 1), statement));
-            i = close + 1;
-            continue;
-        }
-        if (c == QLatin1Char('[') || c == QLatin1Char('`')) {
-            // A quoted column name: plain name characters only, so it can hold nothing else.
-            const QChar close = c == QLatin1Char('[') ? QLatin1Char(']') : QLatin1Char('`');
-            const qsizetype end = statement.indexOf(close, i + 1);
-            if (end < 0)
-                raiseSyntax(QStringLiteral("unterminated name"), statement);
-            for (qsizetype k = i + 1; k < end; ++k) {
-                if (!isWordPart(statement[k]) && statement[k] != QLatin1Char(' '))
-                    raiseSyntax(QStringLiteral("bad name"), statement);
-            }
-            out.append(QLatin1Char('['));
-            out.append(QStringView(statement).mid(i + 1, end - i - 1));
-            out.append(QLatin1Char(']'));
-            i = end + 1;
-            continue;
-        }
-        if (isWordStart(c)) {
-            qsizetype end = i + 1;
-            while (end < n && isWordPart(statement[end]))
-                ++end;
-            const QStringView word = QStringView(statement).mid(i, end - i);
-            i = end;
-            if (word.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0) {
-                bind(qint64(1));
-            } else if (word.compare(QLatin1String("False"), Qt::CaseInsensitive) == 0) {
-                bind(qint64(0));
-            } else if (word.compare(QLatin1String("DELETE"), Qt::CaseInsensitive) == 0) {
-                out.append(word);
-                // Jet's "DELETE * FROM" is SQLite's "DELETE FROM".
-                qsizetype look = i;
-                while (look < n && statement[look].isSpace())
-                    ++look;
-                if (look < n && statement[look] == QLatin1Char('*')) {
-                    ++look;
-                    while (look < n && statement[look].isSpace())
-                        ++look;
-                    out.append(QLatin1Char(' '));
-                    i = look;
-                }
-            } else {
-                out.append(word);
-            }
-            continue;
-        }
-        if (isAsciiDigit(c) || (c == QLatin1Char('.') && i + 1 < n && isAsciiDigit(statement[i + 1]))) {
-            // A number with its letters (1e5, 0x1F) is one token: no keyword hides inside it.
-            qsizetype end = i + 1;
-            while (end < n && (isWordPart(statement[end]) || statement[end] == QLatin1Char('.') ||
-                               ((statement[end] == QLatin1Char('+') || statement[end] == QLatin1Char('-')) &&
-                                (statement[end - 1] == QLatin1Char('e') || statement[end - 1] == QLatin1Char('E')))))
-                ++end;
-            bind(boundNumber(QStringView(statement).mid(i, end - i), statement));
-            i = end;
-            continue;
-        }
-        if ((c == QLatin1Char('-') && i + 1 < n && statement[i + 1] == QLatin1Char('-'))
-            || (c == QLatin1Char('/') && i + 1 < n && statement[i + 1] == QLatin1Char('*')))
-            raiseSyntax(QStringLiteral("comment"), statement);
-        // What is left may only be the punctuation of a statement; anything else (a parameter
-        // mark, a character no statement of the library has) is refused.
-        static const QString kPunctuation = QStringLiteral("(),;*=<>!+-/%|&.");
-        if (!kPunctuation.contains(c))
-            raiseSyntax(QStringLiteral("unexpected character U+%1").arg(uint(c.unicode()), 4, 16, QLatin1Char('0')), statement);
-        if (c == QLatin1Char(';'))
-            ended = true;
-        out.append(c);
-        ++i;
+        else if (QChar::isSurrogate(u) || u == 0xFFFE || u == 0xFFFF)
+            stored[i] = QChar::ReplacementCharacter;
     }
-    return result;
+    QByteArray bytes = stored.toUtf8();
+    // An empty text is bound as an empty text, never as a null (which a null array would be).
+    if (bytes.isNull())
+        bytes = QByteArray("", 0);
+    return bytes;
 }
 
-QSqlQuery Execute(QSqlDatabase& connection, const QString& statement)
+QVariant BoundDate(const QDateTime& date)
+{
+    const QDate day = date.date();
+    // Years 1 to 9999 as yyyy-mm-dd. A year before 1 has no such form and is bound as a null,
+    // as it always was; a date beyond that, or none, is refused.
+    if (!day.isValid() || day.year() < -9999 || day.year() > 9999)
+        RaiseError(RT_DATABASE, kModule, QStringLiteral("Syntax error in a library statement (bad date #%1#).")
+                                             .arg(day.toString(QStringLiteral("MM-dd-yyyy"))));
+    return day.toString(Qt::ISODate);
+}
+
+QSqlQuery Execute(QSqlDatabase& connection, const Statement& statement)
 {
     EnsureConnection(connection);
-    const SqliteStatement sqlite = TranslateJetSql(statement);
     if (!connection.isOpen()) {
         const QString reason = connection.connectionName() == kConnectionName ? state().openError : QString();
         RaiseError(RT_DATABASE, kModule,
@@ -699,15 +521,15 @@ QSqlQuery Execute(QSqlDatabase& connection, const QString& statement)
     }
     QSqlQuery query(connection);
     query.setForwardOnly(true);
-    // Every literal goes to SQLite as a bound value: no text of the user's is ever SQL.
-    bool done = query.prepare(sqlite.sql);
+    bool done = query.prepare(statement.sql);
     if (done) {
-        for (const QVariant& value : sqlite.values)
+        for (const QVariant& value : statement.values)
             query.addBindValue(value);
         done = query.exec();
     }
+    // The error names the file and the engine's cause, never the statement or its values.
     if (!done)
-        raiseStatementFailure(connection, statement, query.lastError());
+        raiseStatementFailure(connection, statement.sql, query.lastError());
     return query;
 }
 
@@ -735,38 +557,6 @@ void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& bod
         QSqlQuery(connection).exec(QStringLiteral("ROLLBACK"));
         throw;
     }
-}
-
-QString JetText(const QString& text)
-{
-    QString doubled = text;
-    doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + doubled + QLatin1Char('"');
-}
-
-QString JetKey(const QString& key)
-{
-    // A key from a file made elsewhere may hold a quote; doubled, it stays inside its literal,
-    // so the statement can only ever reach the row with exactly this key.
-    if (!key.contains(QLatin1Char('\'')))
-        return key;
-    QString doubled = key;
-    return doubled.replace(QLatin1Char('\''), QLatin1String("''"));
-}
-
-QString JetDate(const QDateTime& date)
-{
-    return date.date().toString(QStringLiteral("MM-dd-yyyy"));
-}
-
-QString JetBool(bool value)
-{
-    return value ? QStringLiteral("True") : QStringLiteral("False");
-}
-
-QString JetLong(qint32 value)
-{
-    return QString::number(value);
 }
 
 bool IsNullColumn(const QSqlRecord& row, const QString& column)

@@ -2,16 +2,11 @@
 // The library file: where it lies, making it at start-up from the template, the one shared
 // connection, and the one function through which every library statement runs.
 //
-// The record classes write their statements in the Jet dialect the library has always used
-// ("DELETE * FROM", #mm-dd-yyyy# dates, True/False, double-quoted texts). Execute() translates
-// each statement with a tokenizer into SQLite's dialect and hands every literal it finds (texts,
-// keys, dates, numbers, True/False) to SQLite as a bound value, so no text typed or imported by
-// a user is ever part of the SQL that SQLite reads, whatever it holds.
-//
-// Keys go between single quotes. A well-formed key (a GUID) holds no quote, so its statements
-// are exactly the classic ones; a key from a library made elsewhere gets its single quotes
-// doubled (JetKey), so whatever it holds it stays one literal. The translation also refuses a
-// second statement, comments and characters no library statement has.
+// The record classes build their statements in SQLite's own SQL with a "?" for every value and
+// bind the values themselves (Statement, Execute): no text typed or imported by a user, and no
+// key read from a library made elsewhere, is ever part of the SQL that SQLite reads, whatever it
+// holds. Texts and keys are bound with BoundText and stand in the SQL as "CAST(? AS TEXT)";
+// dates with BoundDate; whole numbers and yes/no (0/1) as they are.
 #include <QDateTime>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -103,30 +98,32 @@ void ReopenOnNewLibraryFile(const QString& path);
 // Fills an empty connection argument with the shared connection.
 void EnsureConnection(QSqlDatabase& connection);
 
-// A statement in SQLite's dialect: its literals are "?" in sql, their values in order in values.
-struct SqliteStatement {
+// One statement: SQLite's SQL with a "?" for every value, and the values in their order.
+struct Statement {
     QString sql;
     QVariantList values;
 };
-// Translates one Jet statement into SQLite's dialect. Raises a syntax error for an unterminated
-// literal, a bad date or number, a comment, a second statement or an unexpected character.
-SqliteStatement TranslateJetSql(const QString& statement);
-// Translates and executes one statement; the query is forward-only and positioned before the
-// first row. A failure raises the database error naming the file and the engine's cause; the
-// statement is never part of it.
-QSqlQuery Execute(QSqlDatabase& connection, const QString& statement);
+// Executes one statement; the query is forward-only and positioned before the first row. A
+// failure raises the database error naming the file and the engine's cause; the statement and
+// its values are never part of it.
+QSqlQuery Execute(QSqlDatabase& connection, const Statement& statement);
+
+// A text or key as it is bound: its UTF-8 bytes, which "CAST(? AS TEXT)" makes a text. (Bound as
+// UTF-16, SQLite would take a leading U+FEFF or U+FFFE for a byte-order mark and drop it or read
+// the rest backwards.) Lone surrogate halves (a text cut in the middle of a character, or JSON's
+// "\ud800") have no UTF-8 form, and SQLite reads the noncharacters U+FFFE and U+FFFF back as
+// U+FFFD: all of them are stored as U+FFFD, the replacement character, from the start, so that
+// what is stored is what reads back. Everything else, NUL included, is stored exactly; an empty
+// text is stored as an empty text, never a null.
+QVariant BoundText(const QString& text);
+// A date as it is bound: yyyy-mm-dd, the time of day left out. A date that is not valid, or with
+// a year beyond 9999, raises the database error.
+QVariant BoundDate(const QDateTime& date);
 
 // Runs body as one transaction on the connection: all of its statements take effect together
 // when it ends, none when an error leaves it (or the program is killed on the way). The records
 // in memory are not rolled back: after an error the caller must not save them again as they are.
 void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& body);
-
-// Pieces of Jet statements.
-QString JetText(const QString& text);        // "text" with every double quote doubled
-QString JetKey(const QString& key);          // a key for '...': single quotes doubled (none in a GUID)
-QString JetDate(const QDateTime& date);      // mm-dd-yyyy (date only)
-QString JetBool(bool value);                 // True / False
-QString JetLong(qint32 value);               // decimal
 
 // Reading the columns of a row by name; a missing column, a null or an unconvertible value
 // raises (missing column, invalid use of null, type mismatch, overflow).

@@ -32,10 +32,10 @@ private slots:
         auto loaded = f.library().Item(r->ID());
         QVERIFY(loaded && !loaded->IsNew() && !loaded->IsDeleted() && !loaded->IsDirty());
         // Every stored field comes back (the date without its time of day).
-        QCOMPARE(loaded->InsertStatement(), r->InsertStatement());
+        QCOMPARE(loaded->InsertStatement().values, r->InsertStatement().values);
         // The stored variables replace the standard ones a record is made with.
         QCOMPARE(LibraryTest::liveNames(loaded->colUserVar()), (QStringList{"Name", "Date", "Temperature", "Humidity", "Sun", "Barrel", "Paint"}));
-        QCOMPARE(loaded->colUserVar().Item(3)->InsertStatement(), r->colUserVar().Item(3)->InsertStatement());
+        QCOMPARE(loaded->colUserVar().Item(3)->InsertStatement().values, r->colUserVar().Item(3)->InsertStatement().values);
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
     }
 

@@ -1,0 +1,540 @@
+// What the library file holds after the records wrote to it, byte for byte (each value's SQLite
+// type and bytes): hostile texts and extreme numbers are stored and read back exactly (lone
+// surrogate halves, U+FFFE and U+FFFF as U+FFFD); a save writes its rows in the library's order
+// and reaches only the rows it names; a key that came from elsewhere (quotes in an ID) reaches
+// its own row only; and a scripted session of saves, edits, deletes and an import leaves exactly
+// the rows recorded in data/storage_session.txt.
+//
+// Every row written, updated or deleted is logged by triggers put into the test's own file, so
+// the order of the rows a save touches is seen as SQLite saw it.
+#include "LibraryTestSupport.h"
+
+#include "library/mLibraryExchange.h"
+#include "link/mErrCodes.h"
+
+#include <QCryptographicHash>
+#include <QRegularExpression>
+#include <QStringDecoder>
+#include <QtTest>
+
+namespace {
+
+const QString kT1 = QStringLiteral("{10000000-0000-4000-8000-000000000001}");
+const QString kT2 = QStringLiteral("{10000000-0000-4000-8000-000000000002}");
+// Keys of a library made elsewhere: quotes and what looks like SQL.
+const QString kT3 = QStringLiteral("x' OR '1'='1");
+const QString kT4 = QStringLiteral("#01-01-2001# True * x\\' OR \"1\"=\"1\" --");
+const QString kT5 = QStringLiteral("{10000000-0000-4000-8000-000000000005}");
+const QString kV1 = QStringLiteral("{20000000-0000-4000-8000-000000000001}");
+const QString kV2 = QStringLiteral("{20000000-0000-4000-8000-000000000002}");
+const QString kV3 = QStringLiteral("{20000000-0000-4000-8000-000000000003}");
+const QString kV4 = QStringLiteral("{20000000-0000-4000-8000-000000000004}");
+const QString kV5 = QStringLiteral("v'; DELETE FROM ta_UserVar; --");
+const QString kVersion = QStringLiteral("{30000000-0000-4000-8000-000000000000}");
+
+const QStringList kTemplateColumns = {
+    QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"), QStringLiteral("lShotTime"),
+    QStringLiteral("lDwellTime"), QStringLiteral("lCycleTimeOpen"), QStringLiteral("lLoadTime"), QStringLiteral("lCycleTimeClose"),
+    QStringLiteral("lGameTime"), QStringLiteral("lFiringMode"), QStringLiteral("sName"), QStringLiteral("dtDate"),
+    QStringLiteral("bCTCLikeCTO"), QStringLiteral("bExpertMode"), QStringLiteral("bAlertOne"), QStringLiteral("bAlertTwo"),
+    QStringLiteral("lAlertOne"), QStringLiteral("lAlertTwo")};
+const QStringList kUserVarColumns = {QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"),
+                                     QStringLiteral("sName"), QStringLiteral("sValue")};
+
+QString lone(char16_t unit) { return QString(QChar(unit)); }
+
+// 65,535 characters, the longest text a template may carry: quotes, SQL and a pair at the end.
+QString longText()
+{
+    QString text = QStringLiteral("\"'; DROP TABLE ta_SetsTemplate; -- ").repeated(1900);
+    text += QString(65535 - 2 - text.size(), QLatin1Char('#'));
+    return text + QStringLiteral("\U0001F3AF");
+}
+
+// A value as SQLite holds it: its type and its bytes in hexadecimal; a long one as its length and
+// a digest of its bytes.
+QString cell(const QSqlRecord& row, int typeIndex)
+{
+    const QString type = row.value(typeIndex).toString();
+    const QString hex = row.value(typeIndex + 1).toString();
+    if (hex.size() <= 160)
+        return type + QLatin1Char(':') + hex;
+    const QByteArray digest = QCryptographicHash::hash(hex.toLatin1(), QCryptographicHash::Sha256).toHex().left(16);
+    return QStringLiteral("%1:%2 hex digits, sha256 %3").arg(type).arg(hex.size()).arg(QString::fromLatin1(digest));
+}
+
+// A key made by the program during the run (not one of the test's own) is the same in no two
+// runs: it shows as "<new key>".
+QString maskKeys(QString text, const QSet<QString>& newKeys)
+{
+    for (const QString& key : newKeys)
+        text.replace(QString::fromLatin1(key.toUtf8().toHex().toUpper()), QStringLiteral("<new key>"));
+    return text;
+}
+
+// Texts for the stored-form table: what is stored, as the hexadecimal bytes of the text column.
+QString utf8Hex(const QString& text) { return QString::fromLatin1(text.toUtf8().toHex().toUpper()); }
+
+class Storage {
+public:
+    explicit Storage(LibraryTest::Fixture& f) : m_f(f) {}
+
+    // Triggers that log, in order, every row each statement inserts, updates or deletes.
+    bool logStatements()
+    {
+        bool ok = m_f.exec(QStringLiteral("CREATE TABLE zz_log (what TEXT, tbl TEXT, id TEXT)"));
+        for (const QString& table : {QStringLiteral("ta_SetsTemplate"), QStringLiteral("ta_UserVar")}) {
+            for (const auto& [what, row] : {std::pair{"INSERT", "NEW"}, std::pair{"UPDATE", "OLD"}, std::pair{"DELETE", "OLD"}}) {
+                ok = ok && m_f.exec(QStringLiteral("CREATE TRIGGER zz_%1_%2 AFTER %1 ON %2 BEGIN INSERT INTO zz_log VALUES "
+                                                   "('%1', '%2', hex(%3.ID)); END")
+                                        .arg(QLatin1String(what), table, QLatin1String(row)));
+            }
+        }
+        return ok;
+    }
+    // The rows logged since the last call, one line each: what, table, key.
+    QStringList takeLog()
+    {
+        QStringList lines;
+        QSqlQuery query(m_f.inspector());
+        query.exec(QStringLiteral("SELECT what, tbl, id FROM zz_log ORDER BY rowid"));
+        while (query.next())
+            lines.append(QStringLiteral("%1 %2 %3").arg(query.value(0).toString(), query.value(1).toString(), query.value(2).toString()));
+        m_f.exec(QStringLiteral("DELETE FROM zz_log"));
+        return lines;
+    }
+    // Every row of both tables, one line each: each column's type and bytes.
+    QStringList rows()
+    {
+        QStringList lines;
+        for (const auto& [table, columns] : {std::pair{QStringLiteral("ta_SetsTemplate"), kTemplateColumns},
+                                             std::pair{QStringLiteral("ta_UserVar"), kUserVarColumns}}) {
+            QStringList selected;
+            for (const QString& column : columns)
+                selected << QStringLiteral("typeof(%1), hex(%1)").arg(column);
+            QSqlQuery query(m_f.inspector());
+            if (!query.exec(QStringLiteral("SELECT %1 FROM %2").arg(selected.join(QStringLiteral(", ")), table)))
+                return {QStringLiteral("cannot read %1").arg(table)};
+            while (query.next()) {
+                QStringList cells;
+                for (int i = 0; i < columns.size(); ++i)
+                    cells << columns[i] + QLatin1Char('=') + cell(query.record(), 2 * i);
+                lines << table + QLatin1Char(' ') + cells.join(QLatin1Char(' '));
+            }
+        }
+        return lines;
+    }
+
+private:
+    LibraryTest::Fixture& m_f;
+};
+
+std::shared_ptr<cSetsTemplate> newTemplate(const QString& id, const QString& name, const QList<qint32>& longs, const QDate& date,
+                                           const QList<bool>& flags)
+{
+    auto record = std::make_shared<cSetsTemplate>();
+    record->colUserVar().Clear();
+    record->setID(id);
+    record->setVersion(kVersion);
+    LibraryTest::fill(*record, longs, name, QDateTime(date, QTime(17, 45, 59)), flags);
+    return record;
+}
+
+std::shared_ptr<cUserVar> addVariable(cSetsTemplate& record, const QString& id, const QString& name, const QString& value)
+{
+    auto variable = std::make_shared<cUserVar>();
+    variable->setID(id);
+    variable->setVersion(kVersion);
+    variable->setsName(name);
+    variable->setsValue(value);
+    return record.colUserVar().AddByObject(variable);
+}
+
+} // namespace
+
+class tst_libraryStorage : public QObject {
+    Q_OBJECT
+
+private slots:
+    void storedText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("storedHex"); // the UTF-8 bytes of the stored text
+        QTest::newRow("empty, stored as text") << QString() << QString();
+        QTest::newRow("quotes") << QStringLiteral("12\" it's '\"") << QStringLiteral("31322220697427732027 22");
+        QTest::newRow("injection") << QStringLiteral("'; DROP TABLE ta_UserVar; --") << utf8Hex(QStringLiteral("'; DROP TABLE ta_UserVar; --"));
+        QTest::newRow("NUL inside") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << QStringLiteral("610062");
+        QTest::newRow("emoji, a pair") << QStringLiteral("\U0001F3AF") << QStringLiteral("F09F8EAF");
+        QTest::newRow("lone high surrogate") << QStringLiteral("k") + lone(0xD800) + QStringLiteral("\"") << QStringLiteral("6B EFBFBD 22");
+        QTest::newRow("lone low surrogate, last") << QStringLiteral("x") + lone(0xDFFF) << QStringLiteral("78 EFBFBD");
+        QTest::newRow("low before high") << lone(0xDC00) + lone(0xD800) << QStringLiteral("EFBFBD EFBFBD");
+        QTest::newRow("leading U+FEFF stays") << QStringLiteral("\uFEFFn") << QStringLiteral("EFBBBF 6E");
+        QTest::newRow("U+FFFE, U+FFFF") << QStringLiteral("\uFFFE\u6100\uFFFF") << QStringLiteral("EFBFBD E68480 EFBFBD");
+        QTest::newRow("65,535 characters") << longText() << utf8Hex(longText());
+    }
+    // A text as a setting's name and as a variable's name and value: stored as these bytes of
+    // text (never a blob, never a null), and loaded again as the same text.
+    void storedText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, storedHex);
+        storedHex.remove(QLatin1Char(' '));
+        LIBRARY_FIXTURE(f);
+        auto record = f.library().Add();
+        record->setsName(text);
+        record->colUserVar().Clear();
+        record->AddUserVar(text, text);
+        f.save();
+        const QString expected = QStringLiteral("text:") + storedHex;
+        QCOMPARE(f.row(QStringLiteral("SELECT typeof(sName) || ':' || hex(sName) FROM ta_SetsTemplate")).value(0).toString(), expected);
+        const QSqlRecord variable = f.row(QStringLiteral("SELECT typeof(sName) || ':' || hex(sName), typeof(sValue) || ':' || hex(sValue) FROM ta_UserVar"));
+        QCOMPARE(variable.value(0).toString(), expected);
+        QCOMPARE(variable.value(1).toString(), expected);
+        f.restart();
+        record = f.library().Item(record->ID());
+        QVERIFY(record && record->colUserVar().Count() == 1);
+        // A leading U+FEFF is a character of the text, not a byte-order mark.
+        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+        const QString stored = decoder(QByteArray::fromHex(storedHex.toLatin1()));
+        QCOMPARE(record->sName(), stored);
+        QCOMPARE(record->colUserVar().Item(1)->sName(), stored);
+        QCOMPARE(record->colUserVar().Item(1)->sValue(), stored);
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+    }
+
+    void storedFields_data()
+    {
+        QTest::addColumn<QList<qint32>>("longs"); // shot, dwell, open, load, close, game time, firing mode, alerts
+        QTest::addColumn<QDate>("date");
+        QTest::addColumn<QList<bool>>("flags"); // CTC like CTO, expert mode, alert one, alert two
+        QTest::addColumn<QString>("stored");    // the columns after the keys, as SQLite holds them
+        QTest::newRow("extremes") << QList<qint32>{INT32_MIN, INT32_MAX, -1, 0, 1, 65535, -65536, INT32_MAX, INT32_MIN}
+                                  << QDate(2001, 8, 1) << QList<bool>{true, false, true, false}
+                                  << "-2147483648 2147483647 -1 0 1 65535 -65536 '' '2001-08-01' 1 0 1 0 2147483647 -2147483648";
+        QTest::newRow("first and last dates") << QList<qint32>{0, 0, 0, 0, 0, 10, 0, 1, 1} << QDate(1, 1, 1)
+                                              << QList<bool>{false, true, false, true} << "0 0 0 0 0 10 0 '' '0001-01-01' 0 1 0 1 1 1";
+        QTest::newRow("last date, leap day") << QList<qint32>{7, 8, 9, 10, 11, 12, 13, 14, 15} << QDate(9999, 12, 31)
+                                             << QList<bool>{true, true, true, true} << "7 8 9 10 11 12 13 '' '9999-12-31' 1 1 1 1 14 15";
+        QTest::newRow("a day before 1900") << QList<qint32>{0, 0, 0, 0, 0, 0, 0, 0, 0} << QDate(1899, 12, 30)
+                                           << QList<bool>{false, false, false, false} << "0 0 0 0 0 0 0 '' '1899-12-30' 0 0 0 0 0 0";
+    }
+    // Whole numbers as integers, the date as an ISO date without its time, yes/no as 0/1; first
+    // inserted, then the same values written by an update over other ones; and loaded again.
+    void storedFields()
+    {
+        QFETCH(QList<qint32>, longs);
+        QFETCH(QDate, date);
+        QFETCH(QList<bool>, flags);
+        QFETCH(QString, stored);
+        LIBRARY_FIXTURE(f);
+        QList<qint32> others;
+        for (qint32 value : longs)
+            others << (value == 5 ? 6 : 5);
+        QList<bool> flipped;
+        for (bool flag : flags)
+            flipped << !flag;
+        QStringList select;
+        for (qsizetype i = 3; i < kTemplateColumns.size(); ++i)
+            select << QStringLiteral("quote(%1)").arg(kTemplateColumns[i]);
+        const QString sql = QStringLiteral("SELECT %1 FROM ta_SetsTemplate").arg(select.join(QStringLiteral(" || ' ' || ")));
+        for (const bool byUpdate : {false, true}) {
+            auto record = newTemplate(kT1, QString(), byUpdate ? others : longs, byUpdate ? QDate(2020, 2, 2) : date,
+                                      byUpdate ? flipped : flags);
+            f.library().Clear();
+            f.exec(QStringLiteral("DELETE FROM ta_SetsTemplate"));
+            f.library().AddByObject(record);
+            f.save();
+            if (byUpdate) {
+                LibraryTest::fill(*record, longs, QString(), QDateTime(date, QTime(23, 59)), flags);
+                f.save();
+                QVERIFY(!record->IsDirty());
+            }
+            QCOMPARE(f.row(sql).value(0).toString(), stored);
+            f.restart();
+            const auto loaded = f.library().Item(kT1);
+            QVERIFY(loaded);
+            QCOMPARE((QList<qint32>{loaded->lShotTime(), loaded->lDwellTime(), loaded->lCycleTimeOpen(), loaded->lLoadTime(),
+                                    loaded->lCycleTimeClose(), loaded->lGameTime(), loaded->lFiringMode(), loaded->lAlertOne(),
+                                    loaded->lAlertTwo()}), longs);
+            QCOMPARE((QList<bool>{loaded->bCTCLikeCTO(), loaded->bExpertMode(), loaded->bAlertOne(), loaded->bAlertTwo()}), flags);
+            QCOMPARE(loaded->dtDate(), QDateTime(date, QTime(0, 0)));
+        }
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+    }
+
+    // A date no row can hold (a year beyond 9999) is refused with the database error, before
+    // anything is written; the record stays new, to be saved again once the date is mended.
+    void refusedDate()
+    {
+        LIBRARY_FIXTURE(f);
+        auto record = newTemplate(kT1, QStringLiteral("far"), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(10000, 1, 2), {false, false, false, false});
+        f.library().AddByObject(record);
+        f.save();
+        QCOMPARE(f.ui.errors.size(), 1);
+        QCOMPARE(f.ui.errors.first().Number(), int(mErrCodes::RT_DATABASE));
+        QCOMPARE(f.firstError(), QStringLiteral("Syntax error in a library statement (bad date #01-02-10000#)."));
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 0);
+        QVERIFY(record->IsNew());
+        record->setdtDate(QDateTime(QDate(9999, 1, 2), QTime()));
+        f.save();
+        QCOMPARE(f.row(QStringLiteral("SELECT dtDate FROM ta_SetsTemplate")).value(0).toString(), QStringLiteral("9999-01-02"));
+    }
+
+    void hostileIds_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
+        QTest::newRow("second statement") << QStringLiteral("x'; DELETE FROM ta_SetsTemplate; --");
+        QTest::newRow("doubled, double") << QStringLiteral("a''b\"x\" OR \"1\"=\"1\"");
+        QTest::newRow("date marks, words, backslash") << QStringLiteral("#01-01-2001# True * x\\' OR 1=1 OR '");
+        QTest::newRow("empty") << QString();
+    }
+    // A record whose key came from a library made elsewhere (quotes, SQL, date marks, empty) is
+    // written, loaded again, changed, read and deleted: every statement reaches its own row, and
+    // the neighbour's rows are never touched.
+    void hostileIds()
+    {
+        QFETCH(QString, id);
+        LIBRARY_FIXTURE(f);
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("{N}"))));
+        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('{NV}', '{N}', 'v', 'n', 'neighbour value')")));
+        auto record = std::make_shared<cSetsTemplate>();
+        record->colUserVar().Clear();
+        record->setID(id);
+        record->AddUserVar(QStringLiteral("a"), QStringLiteral("1"));
+        QVERIFY(f.library().AddByObject(record));
+        f.save();
+        f.restart();
+        record = f.library().Item(id);
+        QVERIFY(record);
+        // Its own variables only: an empty key owns none (it would otherwise gather every variable).
+        QCOMPARE(record->colUserVar().Count(), id.isEmpty() ? 0 : 1);
+        QCOMPARE(f.library().Item(QStringLiteral("{N}"))->colUserVar().Count(), 1);
+        record->setlShotTime(99);
+        if (!id.isEmpty())
+            record->colUserVar().Item(1)->setsValue(QStringLiteral("16"));
+        f.save();
+        QSqlDatabase connection;
+        record->setlShotTime(1);
+        record->Read(connection);
+        QCOMPARE(record->lShotTime(), 99);
+        record->setIsDeleted(true);
+        f.save();
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
+        QCOMPARE(f.count(QStringLiteral("SELECT lShotTime FROM ta_SetsTemplate WHERE ID = '{N}'")), 11);
+        QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ID = '{NV}'")).value(0).toString(), QStringLiteral("neighbour value"));
+    }
+
+    void touchesOnlyItsRows_data()
+    {
+        QTest::addColumn<QString>("change");
+        QTest::addColumn<QStringList>("log"); // the rows the save touches, in order (table, key)
+        QTest::newRow("a template's name") << "name" << QStringList{"UPDATE ta_SetsTemplate " + utf8Hex(kT3)};
+        QTest::newRow("a template's number") << "number" << QStringList{"UPDATE ta_SetsTemplate " + utf8Hex(kT3)};
+        QTest::newRow("a variable's value") << "value" << QStringList{"UPDATE ta_UserVar " + utf8Hex(kV5)};
+        QTest::newRow("a variable deleted") << "delete variable" << QStringList{"DELETE ta_UserVar " + utf8Hex(kV5)};
+        // Its variables' rows stay, as they always did: no template loads them again.
+        QTest::newRow("a template deleted") << "delete template" << QStringList{"DELETE ta_SetsTemplate " + utf8Hex(kT3)};
+        QTest::newRow("a variable added") << "add variable" << QStringList{"INSERT ta_UserVar " + utf8Hex(kV4)};
+        QTest::newRow("a template added") << "add template"
+                                          << QStringList{"INSERT ta_SetsTemplate " + utf8Hex(kT5), "INSERT ta_UserVar " + utf8Hex(kV4)};
+        QTest::newRow("the same value again") << "same" << QStringList{};
+    }
+    // Three templates with hostile keys (quotes, SQL), each with variables, in a library that
+    // also holds a neighbour's rows with look-alike keys. One change and a save: exactly the
+    // rows it names are written, and every other row stays byte for byte as it was.
+    void touchesOnlyItsRows()
+    {
+        QFETCH(QString, change);
+        QFETCH(QStringList, log);
+        LIBRARY_FIXTURE(f);
+        Storage storage(f);
+        QVERIFY(storage.logStatements());
+        // Look-alikes a key with quotes would reach if it were SQL: "x", "1", everything.
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("x"))));
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("1"))));
+        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('v', 'x', 'v', 'n', 'neighbour')")));
+        for (const QString& id : {kT1, kT3, kT4}) {
+            auto record = newTemplate(id, QStringLiteral("name \"") + id, {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
+            addVariable(*record, id == kT3 ? kV5 : id + QStringLiteral("-v"), QStringLiteral("n"), QStringLiteral("value"));
+            f.library().AddByObject(record);
+        }
+        f.save();
+        f.save(); // the edits made after the insert
+        f.restart();
+        QCOMPARE(f.library().Count(), 5);
+        const QStringList before = storage.rows();
+        storage.takeLog();
+        const auto record = f.library().Item(kT3);
+        QVERIFY(record && record->colUserVar().Count() == 1);
+        if (change == QLatin1String("name"))
+            record->setsName(QStringLiteral("x' OR '1'='1"));
+        else if (change == QLatin1String("number"))
+            record->setlGameTime(INT32_MIN);
+        else if (change == QLatin1String("value"))
+            record->colUserVar().Item(1)->setsValue(QStringLiteral("\"; DELETE FROM ta_UserVar; --"));
+        else if (change == QLatin1String("delete variable"))
+            record->colUserVar().Item(1)->setIsDeleted(true);
+        else if (change == QLatin1String("delete template"))
+            record->setIsDeleted(true);
+        else if (change == QLatin1String("add variable"))
+            addVariable(*record, kV4, QStringLiteral("a"), QStringLiteral("b"));
+        else if (change == QLatin1String("add template")) {
+            auto added = newTemplate(kT5, QString(), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(2001, 8, 1), {false, false, false, false});
+            addVariable(*added, kV4, QStringLiteral("a"), QStringLiteral("b"));
+            f.library().AddByObject(added);
+        } else
+            record->setlGameTime(record->lGameTime());
+        f.save();
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+        QCOMPARE(storage.takeLog(), log);
+        // Every row the save did not name is as it was, byte for byte.
+        QStringList after = storage.rows();
+        QStringList unchanged = before;
+        for (const QString& line : log) {
+            const QStringList parts = line.split(QLatin1Char(' '));
+            const QString start = parts[1] + QStringLiteral(" ID=text:") + parts[2] + QLatin1Char(' ');
+            unchanged.removeIf([&](const QString& row) { return row.startsWith(start); });
+            after.removeIf([&](const QString& row) { return row.startsWith(start); });
+        }
+        QCOMPARE(after, unchanged);
+    }
+
+    // A save of the whole library writes in the library's order: each template's own row first
+    // (insert, update or delete), then its variables in their order; a new template marked
+    // deleted is never inserted, yet its variables are.
+    void saveOrder()
+    {
+        LIBRARY_FIXTURE(f);
+        Storage storage(f);
+        QVERIFY(storage.logStatements());
+        auto first = newTemplate(kT1, QStringLiteral("first"), {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
+        addVariable(*first, kV1, QStringLiteral("a"), QStringLiteral("1"));
+        addVariable(*first, kV2, QStringLiteral("b"), QStringLiteral("2"));
+        auto second = newTemplate(kT3, QStringLiteral("second"), {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
+        addVariable(*second, kV3, QStringLiteral("c"), QStringLiteral("3"));
+        f.library().AddByObject(first);
+        f.library().AddByObject(second);
+        f.save();
+        const auto hex = utf8Hex;
+        QCOMPARE(storage.takeLog(), (QStringList{"INSERT ta_SetsTemplate " + hex(kT1), "INSERT ta_UserVar " + hex(kV1),
+                                                 "INSERT ta_UserVar " + hex(kV2), "INSERT ta_SetsTemplate " + hex(kT3),
+                                                 "INSERT ta_UserVar " + hex(kV3)}));
+        // Edited after it was made: the insert left that edit pending.
+        f.save();
+        QCOMPARE(storage.takeLog(), (QStringList{"UPDATE ta_SetsTemplate " + hex(kT1), "UPDATE ta_UserVar " + hex(kV1),
+                                                 "UPDATE ta_UserVar " + hex(kV2), "UPDATE ta_SetsTemplate " + hex(kT3),
+                                                 "UPDATE ta_UserVar " + hex(kV3)}));
+        first->colUserVar().Item(kV1)->setIsDeleted(true);
+        first->colUserVar().Item(kV2)->setsValue(QStringLiteral("two"));
+        second->setIsDeleted(true);
+        auto ghost = newTemplate(kT5, QString(), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(2001, 8, 1), {false, false, false, false});
+        addVariable(*ghost, kV4, QStringLiteral("d"), QStringLiteral("4"));
+        ghost->setIsDeleted(true);
+        f.library().AddByObject(ghost);
+        f.save();
+        QCOMPARE(storage.takeLog(), (QStringList{"DELETE ta_UserVar " + hex(kV1), "UPDATE ta_UserVar " + hex(kV2),
+                                                 "DELETE ta_SetsTemplate " + hex(kT3), "INSERT ta_UserVar " + hex(kV4)}));
+        QCOMPARE(f.library().Count(), 1);
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+    }
+
+    // Made, saved, edited, deleted and imported with hostile texts, extreme numbers and keys of a
+    // library made elsewhere: the rows each step leaves, and the rows each save touched, are
+    // those recorded in data/storage_session.txt (MARLO_STORAGE_SESSION=path writes them anew).
+    void scriptedSession()
+    {
+        LIBRARY_FIXTURE(f);
+        Storage storage(f);
+        QVERIFY(storage.logStatements());
+        QStringList out;
+        QSet<QString> newKeys;
+        const auto step = [&](const QString& title) {
+            QSqlQuery keys(f.inspector());
+            keys.exec(QStringLiteral("SELECT ID FROM ta_SetsTemplate UNION SELECT Version FROM ta_SetsTemplate UNION "
+                                     "SELECT ID FROM ta_UserVar UNION SELECT ParentID FROM ta_UserVar UNION SELECT Version FROM ta_UserVar"));
+            static const QRegularExpression guid(QStringLiteral("^\\{[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}\\}$"));
+            while (keys.next()) {
+                const QString key = keys.value(0).toString();
+                if (guid.match(key).hasMatch() && !key.startsWith(QLatin1String("{10000000")) && !key.startsWith(QLatin1String("{20000000"))
+                    && key != kVersion)
+                    newKeys.insert(key);
+            }
+            // Sorted once the keys made anew are masked, so that no new key decides the order.
+            QStringList rows;
+            for (const QString& line : storage.rows())
+                rows << maskKeys(line, newKeys);
+            rows.sort();
+            out << QStringLiteral("== ") + title << QStringLiteral("-- rows touched, in order") << storage.takeLog()
+                << QStringLiteral("-- rows") << rows;
+        };
+
+        // Made and saved (twice: the second save writes the edits made after each insert).
+        auto t1 = newTemplate(kT1, QStringLiteral("12\" barrel, it's '\"'\"\""), {INT32_MIN, INT32_MAX, -1, 0, 1, 65535, -7, INT32_MAX, INT32_MIN},
+                              QDate(2001, 8, 1), {true, false, true, false});
+        addVariable(*t1, kV1, QStringLiteral("'; DROP TABLE ta_UserVar; --"), QStringLiteral("\"); DELETE FROM ta_SetsTemplate; --"));
+        addVariable(*t1, kV2, QStringLiteral("k") + lone(0xD800) + QStringLiteral("\""), QStringLiteral("end") + lone(0xDC00));
+        addVariable(*t1, kV3, QStringLiteral("\uFFFE\u6100\uFFFF"), QStringLiteral("\uFEFFbom"));
+        addVariable(*t1, kV4, QStringLiteral("\U0001F3AF 東京 a") + QChar(0) + QStringLiteral("b"), longText());
+        f.library().AddByObject(t1);
+        auto t2 = f.library().Add(); // the seven standard variables, every key made anew
+        t2->setsName(QStringLiteral("standard"));
+        t2->setdtDate(QDateTime(QDate(1899, 12, 30), QTime(0, 0, 1)));
+        auto t3 = newTemplate(kT3, longText(), {0, 0, 0, 0, 0, 10, 0, 1, 1}, QDate(9999, 12, 31), {false, true, false, true});
+        addVariable(*t3, kV5, QString(), QString());
+        f.library().AddByObject(t3);
+        auto t4 = newTemplate(kT4, QString(), {5, 4, 3, 2, 1, 0, -1, -2, -3}, QDate(1, 1, 1), {false, false, false, false});
+        f.library().AddByObject(t4);
+        f.save();
+        step(QStringLiteral("made and saved"));
+        f.save();
+        step(QStringLiteral("saved again"));
+
+        // Edited, some deleted, a new one deleted before its first save.
+        t1->setsName(QStringLiteral("renamed \"") + lone(0xDBFF));
+        t1->setlFiringMode(INT32_MAX);
+        t1->colUserVar().Item(kV2)->setIsDeleted(true);
+        t1->colUserVar().Item(kV3)->setsValue(QStringLiteral("a\r\nb\tc"));
+        t3->setIsDeleted(true);
+        t4->setdtDate(QDateTime(QDate(2024, 2, 29), QTime(12, 0)));
+        t4->setbAlertTwo(true);
+        auto ghost = f.library().Add();
+        ghost->setIsDeleted(true);
+        f.save();
+        step(QStringLiteral("edited and deleted"));
+
+        // Loaded again and exported: what the records read.
+        f.restart();
+        const QByteArray exported = mLibraryExchange::ExportDocument(f.library());
+        out << QStringLiteral("== exported, sha256 of the document with new keys masked")
+            << QString::fromLatin1(QCryptographicHash::hash(maskKeys(QString::fromLatin1(exported.toHex().toUpper()), newKeys).toLatin1(),
+                                                            QCryptographicHash::Sha256).toHex());
+
+        // Imported in one transaction: one template updated, one added with its key, one without.
+        const QByteArray document = QStringLiteral(
+            "{\"templates\": [{\"ID\": \"%1\", \"sName\": \"imported \\\"x\\\" \\ud800\", \"lShotTime\": 255,"
+            " \"dtDate\": \"2002-03-04\", \"bExpertMode\": true, \"UserVariables\": [{\"sName\": \"\\ufffe\", \"sValue\": \"\\udfff\\u0000\"}]},"
+            " {\"ID\": \"%2\", \"sName\": \"'; DROP TABLE ta_SetsTemplate; --\", \"UserVariables\": [{\"sName\": \"n\", \"sValue\": \"\\uffff\"}]},"
+            " {\"sName\": \"no key\", \"lGameTime\": 0}]}").arg(kT1, kT5).toUtf8();
+        mLibraryExchange::ImportDocument(f.library(), document);
+        mMain::Application().SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
+        step(QStringLiteral("imported"));
+        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
+
+        const QString dump = maskKeys(out.join(QLatin1Char('\n')) + QLatin1Char('\n'), newKeys);
+        const QString writeTo = qEnvironmentVariable("MARLO_STORAGE_SESSION");
+        if (!writeTo.isEmpty())
+            LibraryTest::writeFile(writeTo, dump.toUtf8());
+        const QString recorded = QFINDTESTDATA("data/storage_session.txt");
+        QVERIFY2(!recorded.isEmpty(), "data/storage_session.txt is missing");
+        const QStringList expected = QString::fromUtf8(LibraryTest::fileBytes(recorded)).split(QLatin1Char('\n'));
+        const QStringList actual = dump.split(QLatin1Char('\n'));
+        for (qsizetype i = 0; i < qMin(expected.size(), actual.size()); ++i)
+            QCOMPARE(actual[i], expected[i]);
+        QCOMPARE(actual.size(), expected.size());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_libraryStorage)
+#include "tst_libraryStorage.moc"
