@@ -1,9 +1,9 @@
 // One exchange against the virtual grip over its pseudo-terminal: the program's turn-around
 // (grip's report to the next command byte), the pause actually made after the code byte, and
 // the CPU the program uses while it waits for a grip that takes 0.8 s to answer.
-#include "library/cApplication.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/TrafficLog.h"

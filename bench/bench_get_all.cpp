@@ -3,9 +3,9 @@
 // 100 ms pause after the code byte plus the wire time of command and report, 10 bits a byte).
 #include "GripFloor.h"
 #include "grip/mGripCommands.h"
-#include "library/cApplication.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/SimOptions.h"

@@ -2,10 +2,10 @@
 // list; and, in the same run, the same 8,000 single-statement inserts sent straight to SQLite
 // (WAL, synchronous=NORMAL, no transaction) to show what the record classes cost on top.
 // Each figure is the best of three rounds.
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
 #include "library/mGUIDTools.h"
 #include "library/mLibraryExchange.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QCoreApplication>

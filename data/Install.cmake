@@ -1,5 +1,5 @@
 # Installing Marlo like a desktop program: the executables in bin, the library template in the
-# data folder the program looks in (share/marlo, which src/shell/mMain.h names relative to bin),
+# data folder the program looks in (share/marlo, which src/base/mServices.h names relative to bin),
 # the desktop entry and the icon in the XDG places. `cpack -G DEB` makes a Debian package that
 # depends on Debian's Qt packages. The PNG icon is rendered from the SVG at commit time:
 #   rsvg-convert -w 256 -h 256 data/desktop/marlo.svg -o data/desktop/marlo-256.png

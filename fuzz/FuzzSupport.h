@@ -2,9 +2,9 @@
 // What the fuzz targets share: the Qt application, a user who treats any error shown as a
 // finding, a library file of the fuzzer's own made from the built template, and the rule by
 // which a text is stored (a lone surrogate half becomes U+FFFD).
+#include "base/MarloError.h"
+#include "base/cUserInterface.h"
 #include "library/mDatabase.h"
-#include "link/MarloError.h"
-#include "shell/cUserInterface.h"
 #include "shell/mMain.h"
 
 #include <QCoreApplication>

@@ -4,10 +4,10 @@
 // image whose every line the write can set up as a memory block.
 #include "FuzzSupport.h"
 
+#include "base/mErrCodes.h"
 #include "firmware/cProgramSegment.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
-#include "link/mErrCodes.h"
 
 #include <QSet>
 

@@ -5,9 +5,9 @@
 // surrogate half as U+FFFD).
 #include "FuzzSupport.h"
 
+#include "base/mErrCodes.h"
 #include "library/cColSetsTemplate.h"
 #include "library/mLibraryExchange.h"
-#include "link/mErrCodes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

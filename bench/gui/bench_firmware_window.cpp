@@ -7,15 +7,15 @@
 // pause after the code byte as the grip saw it, and the full read with the traffic window open
 // against the same read with it closed.
 #include "GripFloor.h"
+#include "base/MarloError.h"
+#include "firmware/mFirmware.h"
 #include "grip/mModes.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
-#include "firmware/mFirmware.h"
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
-#include "link/MarloError.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/SimOptions.h"

@@ -2,9 +2,9 @@
 // every template, selecting the active one and painting it once) and sorting it by each column,
 // both ways. The library is loaded before the clock starts, and the library file is made
 // unreachable first: the browser works from the library in memory only.
-#include "gui/library/fLibSets.h"
-#include "library/cApplication.h"
+#include "gui/shell/fLibSets.h"
 #include "library/mDatabase.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QApplication>

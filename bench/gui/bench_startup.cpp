@@ -5,9 +5,9 @@
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
 #include "library/mGUIDTools.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "cli/CliUserInterface.h"
 
+#include "base/MarloError.h"
 #include "cli/CliContext.h"
-#include "link/MarloError.h"
 #include "link/mLinkHelp.h"
 
 #include <QCoreApplication>

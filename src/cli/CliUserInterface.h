@@ -2,7 +2,7 @@
 // The user-interface services of marlo-cli: messages on the terminal, progress as a bar on
 // stderr, and no questions: where the desktop program would ask, the cautious answer is taken
 // and the question is shown.
-#include "shell/cUserInterface.h"
+#include "base/cUserInterface.h"
 
 #include <QElapsedTimer>
 #include <QStringList>

@@ -2,10 +2,10 @@
 // with the progress bar on stderr and the workflow's messages on the terminal.
 #include "cli/CliContext.h"
 
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "firmware/mFirmwareWorkflows.h"
-#include "link/MarloError.h"
 #include "link/cError.h"
-#include "link/mErrCodes.h"
 
 #include <QDir>
 #include <QFileInfo>

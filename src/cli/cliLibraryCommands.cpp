@@ -1,10 +1,10 @@
 // marlo-cli: library list | show ID | export FILE | import FILE | delete ID
 #include "cli/CliContext.h"
 
-#include "library/cApplication.h"
+#include "base/mErrCodes.h"
 #include "library/mDatabase.h"
 #include "library/mLibraryExchange.h"
-#include "link/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // marlo-cli: bootmode, start-program, stop-program.
 #include "cli/CliContext.h"
 
-#include "link/mCommSupportHex.h"
+#include "grip/mCommSupportHex.h"
 
 #include <QJsonObject>
 

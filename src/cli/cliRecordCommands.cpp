@@ -8,9 +8,9 @@
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
 #include "grip/cSettings.h"
+#include "grip/cSupports.h"
 #include "grip/mGripCommands.h"
 #include "link/cError.h"
-#include "link/cSupports.h"
 #include "shell/mMain.h"
 
 #include <QJsonObject>

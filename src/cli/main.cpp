@@ -3,12 +3,12 @@
 #include "cli/CliUserInterface.h"
 #include "cli/StderrConsole.h"
 
-#include "library/cApplication.h"
-#include "link/MarloError.h"
+#include "base/MarloError.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
-#include "sim/SimDevice.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
+#include "sim/SimDevice.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

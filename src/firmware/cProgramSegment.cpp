@@ -1,12 +1,12 @@
 #include "firmware/cProgramSegment.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 #include "link/mVersion.h"
-#include "shell/mMain.h"
 
 using namespace mAppFunc;
 

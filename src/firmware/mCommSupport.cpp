@@ -1,14 +1,13 @@
 #include "firmware/mCommSupport.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "firmware/cProgramSegment.h"
 #include "grip/cGunInfo.h"
-#include "library/cApplication.h"
+#include "grip/mCommSupportHex.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "link/mCommSupportHex.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 namespace mCommSupport {
 namespace {
@@ -30,7 +29,7 @@ qint32 lineAddress(const HexLine& line)
 
 bool backwardCompatible()
 {
-    return mMain::Application().RegistrySettings().BackwardCompatibleUpload();
+    return mMain::RegistrySettings().BackwardCompatibleUpload();
 }
 
 // Old firmware wants its program started and stopped again in the middle of a transfer, when

@@ -1,10 +1,10 @@
 #include "firmware/mFirmware.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
 #include "link/mVersion.h"
-#include "shell/mMain.h"
 
 #include <QFile>
 #include <QFileInfo>

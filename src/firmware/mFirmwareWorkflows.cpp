@@ -1,11 +1,10 @@
 #include "firmware/mFirmwareWorkflows.h"
 
+#include "base/mErrorReport.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
 #include "grip/cGunInfo.h"
-#include "library/cApplication.h"
-#include "link/mCommSupportHex.h"
-#include "shell/mMain.h"
+#include "grip/mCommSupportHex.h"
 
 #include <exception>
 #include <optional>
@@ -91,7 +90,7 @@ void stopProgramUnlessInBootCode(Procedure& proc, const QString& workflow, const
 
 bool confirmationsOn()
 {
-    return mMain::Application().RegistrySettings().ShowConfirmComm();
+    return mMain::RegistrySettings().ShowConfirmComm();
 }
 
 } // namespace

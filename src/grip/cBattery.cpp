@@ -1,9 +1,9 @@
 #include "grip/cBattery.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 using namespace mAppFunc;
 

@@ -1,11 +1,11 @@
 #include "grip/cCounters.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
 #include "link/mVersion.h"
-#include "shell/mMain.h"
 
 using namespace mAppFunc;
 

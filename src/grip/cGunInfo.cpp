@@ -1,11 +1,13 @@
 #include "grip/cGunInfo.h"
 
+#include "base/cRegistrySettings.h"
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/GlobalRecord.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
+#include "link/mVersion.h"
 
 using namespace mAppFunc;
 
@@ -20,6 +22,16 @@ qint32 word(const QString& hex, qint32 low)
 {
     return GetByteFromHexstring(hex, low) + 256 * GetByteFromHexstring(hex, low + 1);
 }
+
+// The preferences' BackwardCompatibleUpload: yes when the connected grip's firmware is older
+// than 1.2.0, read afresh at each question.
+bool firmwareOlderThan120()
+{
+    return mVersion::VersionCompare(QStringLiteral("1.2.0"), GunInfo().FirmwareBuild()) < 0;
+}
+
+[[maybe_unused]] const bool answersBackwardCompatibleUpload =
+    (cRegistrySettings::SetBackwardCompatibleUploadAnswer(&firmwareOlderThan120), true);
 
 } // namespace
 

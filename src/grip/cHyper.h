@@ -2,8 +2,8 @@
 // The grip's ramping values: shots and time before ramping starts, and the ramping mode.
 // Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
 // between runs.
+#include "base/cRegistrySettings.h"
 #include "grip/GlobalRecord.h"
-#include "shell/cRegistrySettings.h"
 
 #include <QString>
 

@@ -1,11 +1,11 @@
 #include "grip/cOptions.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cStoredValues.h"
+#include "grip/cSupports.h"
 #include "grip/mGripReport.h"
-#include "link/cSupports.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 #include <iterator>
 

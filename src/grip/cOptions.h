@@ -2,8 +2,8 @@
 // The grip's option switches and option times. The record keeps no values of its own: every
 // read and write goes to the preferences, section "Options", so all objects share them and
 // they survive between runs.
+#include "base/cRegistrySettings.h"
 #include "grip/GlobalRecord.h"
-#include "shell/cRegistrySettings.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "grip/cStoredValues.h"
 
-#include "shell/cRegistrySettings.h"
-#include "shell/mMain.h"
+#include "base/cRegistrySettings.h"
+#include "base/mErrorReport.h"
 
 namespace {
 

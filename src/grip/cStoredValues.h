@@ -3,7 +3,7 @@
 // the ramping values): every read and write goes to the record's section of the store, so all
 // objects share them and they survive between runs. Errors are passed on in the record's name,
 // with the property as the procedure.
-#include "shell/cRegistrySettings.h"
+#include "base/cRegistrySettings.h"
 
 #include <QString>
 

@@ -1,16 +1,16 @@
 #include "grip/mGripCommands.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cBattery.h"
 #include "grip/cCountdownTimer.h"
 #include "grip/cCounters.h"
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
 #include "grip/cSettings.h"
+#include "grip/cSupports.h"
+#include "grip/mCommSupportHex.h"
 #include "link/cError.h"
-#include "link/cSupports.h"
-#include "link/mCommSupportHex.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 #include <functional>
 

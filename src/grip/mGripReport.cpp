@@ -1,10 +1,10 @@
 #include "grip/mGripReport.h"
 
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "shell/mMain.h"
 
 using namespace mAppFunc;
 

@@ -1,7 +1,7 @@
 #include "grip/mModes.h"
 
-#include "link/cSupports.h"
-#include "shell/mMain.h"
+#include "base/mErrorReport.h"
+#include "grip/cSupports.h"
 
 namespace mModes {
 

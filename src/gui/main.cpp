@@ -1,8 +1,8 @@
 // marlo: the desktop program.
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
-#include "library/cApplication.h"
 #include "link/cSerialPort.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/SimDevice.h"
 

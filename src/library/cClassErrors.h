@@ -1,7 +1,7 @@
 #pragma once
 // "Trap and show" and "trap and pass on" under the class name and revision of Owner, for the
 // library's records and collections, so that every error report names the class it came from.
-#include "shell/mMain.h"
+#include "base/mErrorReport.h"
 
 #include <QString>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 // The ordered, keyed list behind the library's collections: members in insertion order, found
 // by position (from 1) or by key. Keys are compared as exact strings.
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 
 #include <QHash>
 #include <QList>

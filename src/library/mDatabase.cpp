@@ -1,9 +1,8 @@
 #include "library/mDatabase.h"
 
-#include "library/cApplication.h"
-#include "link/mErrCodes.h"
-#include "shell/cRegistrySettings.h"
-#include "shell/mMain.h"
+#include "base/cRegistrySettings.h"
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -275,7 +274,7 @@ QString LibraryPath()
 {
     if (!state().pathOverride.isEmpty())
         return state().pathOverride;
-    const QString configured = mMain::Application().RegistrySettings().DBName();
+    const QString configured = mMain::RegistrySettings().DBName();
     return configured.isEmpty() ? cRegistrySettings::DefaultDBName() : configured;
 }
 
@@ -632,7 +631,7 @@ bool CheckForDB()
     bool result = false;
     ShowErrors(kModule, kRevision, QStringLiteral("CheckForDB"), [&] {
         using namespace mDatabase;
-        cRegistrySettings& settings = Application().RegistrySettings();
+        cRegistrySettings& settings = RegistrySettings();
         const bool overridden = !PathOverride().isEmpty();
         QString candidate = overridden ? PathOverride() : settings.DBName();
         if (candidate.isEmpty())

@@ -1,9 +1,9 @@
 #include "library/mLibraryExchange.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "library/cColSetsTemplate.h"
 #include "library/mGUIDTools.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "link/cCommControl.h"
 
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #include "link/cSerialPort.h"
 
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mSerialDevices.h"
 
 #include <QFileInfo>

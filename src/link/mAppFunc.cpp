@@ -1,7 +1,7 @@
 #include "link/mAppFunc.h"
 
-#include "link/mErrCodes.h"
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 
 namespace mAppFunc {
 

@@ -1,11 +1,11 @@
 #include "link/mCommBasic.h"
 
-#include "library/cApplication.h"
+#include "base/cRegistrySettings.h"
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "link/cCommConsole.h"
 #include "link/cCommControl.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -22,6 +22,12 @@ bool bCommBusy = false;
 bool bNoCRCIn = false;
 bool bNoCRCOut = false;
 bool bLogToFile = false;
+
+namespace {
+// The preferences set the flag when they are made and whenever CommLogToFile is set.
+[[maybe_unused]] const bool mirrorsCommLogToFile =
+    (cRegistrySettings::SetCommLogToFileMirror([](bool value) { bLogToFile = value; }), true);
+} // namespace
 
 namespace {
 
@@ -154,7 +160,7 @@ void LogCommData(const QString& hex, const QString& label)
 {
     // A log that cannot be written never disturbs an exchange: every error is ignored here.
     try {
-        const bool toConsole = mMain::Application().RegistrySettings().CommLogToConsole();
+        const bool toConsole = mMain::RegistrySettings().CommLogToConsole();
         if (!bLogToFile && !toConsole)
             return;
         const QString entry = FormatLogEntry(QDateTime::currentDateTime(), hex, label);
@@ -269,7 +275,7 @@ bool OpenComm()
             return false;
         if (objComm->PortOpen())
             return true;
-        cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+        cRegistrySettings& prefs = mMain::RegistrySettings();
         objComm->setSettings(prefs.CommSettings());
         objComm->setInputMode(prefs.CommInputMode());
         objComm->setCommPort(static_cast<qint16>(prefs.CommPort()));

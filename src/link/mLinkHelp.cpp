@@ -1,8 +1,8 @@
 #include "link/mLinkHelp.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 
 #include <QCoreApplication>
 #include <QDir>

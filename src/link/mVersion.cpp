@@ -1,7 +1,7 @@
 #include "link/mVersion.h"
 
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 
 #include <QStringList>
 

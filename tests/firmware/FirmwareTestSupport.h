@@ -2,8 +2,8 @@
 // Helpers shared by the firmware tests: byte texts, a virtual grip behind the fake port, file
 // images and the error a call raises.
 #include "TestLink.h"
+#include "base/MarloError.h"
 #include "firmware/mFirmware.h"
-#include "link/MarloError.h"
 #include "sim/VirtualGrip.h"
 
 #include <QStringList>

@@ -2,9 +2,9 @@
 // damaged files (which load or fail cleanly, never crash) and the compatibility check against
 // the grip's builds. A file that cannot be opened is a workflow's error.
 #include "FirmwareTestSupport.h"
+#include "base/mErrCodes.h"
 #include "firmware/mCommSupport.h"
 #include "grip/cGunInfo.h"
-#include "link/mErrCodes.h"
 
 #include <QFile>
 #include <QRandomGenerator>

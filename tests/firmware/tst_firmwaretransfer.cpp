@@ -3,12 +3,12 @@
 // to a block exchange, the program restart of old firmware, retries and their pauses, the
 // failure after three attempts, and the verification rules.
 #include "FirmwareTestSupport.h"
+#include "base/mErrCodes.h"
 #include "firmware/cProgramSegment.h"
 #include "firmware/mCommSupport.h"
 #include "grip/cGunInfo.h"
-#include "library/cApplication.h"
 #include "link/cError.h"
-#include "link/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/Checksum.h"
 

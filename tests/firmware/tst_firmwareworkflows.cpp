@@ -2,9 +2,9 @@
 // title and icon, the status panels, the progress display, the order of the grip commands, the
 // file dialogs and the step names that error reports carry.
 #include "FirmwareTestSupport.h"
+#include "base/mErrCodes.h"
 #include "firmware/mFirmwareWorkflows.h"
-#include "library/cApplication.h"
-#include "link/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QTemporaryDir>

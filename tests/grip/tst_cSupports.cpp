@@ -3,8 +3,8 @@
 #include "GripTestSupport.h"
 
 #include "grip/cGunInfo.h"
+#include "grip/cSupports.h"
 #include "grip/mModes.h"
-#include "link/cSupports.h"
 
 #include <QtTest>
 

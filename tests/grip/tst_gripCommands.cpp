@@ -2,8 +2,8 @@
 // and the counter reset, the skipped records, refusals and the wait pointer.
 #include "GripTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "link/cError.h"
-#include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <QtTest>

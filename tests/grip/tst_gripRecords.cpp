@@ -3,9 +3,9 @@
 // with a grip that answers wrongly.
 #include "GripTestSupport.h"
 
+#include "base/cRegistrySettings.h"
+#include "base/mErrCodes.h"
 #include "link/cError.h"
-#include "link/mErrCodes.h"
-#include "shell/cRegistrySettings.h"
 
 #include <QtTest>
 

@@ -3,15 +3,15 @@
 // are read by their headers.
 #include "GuiTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "gui/grip/fBuildInfo.h"
-#include "gui/library/fLibSets.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/library/fUserVariable.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/ErrorWindow.h"
+#include "gui/shell/fLibSets.h"
 #include "gui/shell/fOptions.h"
 #include "gui/widgets/fAbout.h"
-#include "link/mErrCodes.h"
 
 #include <QAccessible>
 #include <QTabBar>

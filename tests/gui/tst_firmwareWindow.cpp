@@ -4,8 +4,8 @@
 #include "GuiTestSupport.h"
 #include "../firmware/FirmwareTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "firmware/mFirmware.h"
-#include "link/mErrCodes.h"
 #include "sim/GripState.h"
 
 #include <QProgressBar>

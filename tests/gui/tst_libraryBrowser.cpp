@@ -3,8 +3,8 @@
 // it never reads the library file again, and its placement.
 #include "GuiTestSupport.h"
 
-#include "gui/library/fLibSets.h"
-#include "gui/shell/mGUISupport.h"
+#include "gui/common/mGUISupport.h"
+#include "gui/shell/fLibSets.h"
 #include "library/mDatabase.h"
 
 #include <QDir>

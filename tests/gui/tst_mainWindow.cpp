@@ -3,7 +3,7 @@
 // dialogs it opens, the command line and the save question on closing.
 #include "GuiTestSupport.h"
 
-#include "gui/library/fLibSets.h"
+#include "gui/shell/fLibSets.h"
 #include "gui/widgets/ucIProgress.h"
 #include "sim/Fault.h"
 

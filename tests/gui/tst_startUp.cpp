@@ -3,10 +3,10 @@
 // the progress bar over its status-bar panel, file-dialog filters and the error window.
 #include "GuiTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "gui/shell/ErrorWindow.h"
 #include "gui/shell/Main.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 
 #include <QPlainTextEdit>
 #include <QProgressBar>

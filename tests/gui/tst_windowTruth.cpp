@@ -4,12 +4,12 @@
 // sends nothing unless every value fits.
 #include "GuiTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
-#include "link/cError.h"
-#include "link/mErrCodes.h"
-#include "link/mLinkHelp.h"
 #include "library/cSetsTemplate.h"
+#include "link/cError.h"
+#include "link/mLinkHelp.h"
 #include "sim/GripState.h"
 
 #include <QSlider>

@@ -2,8 +2,8 @@
 // Shared by the library's tests: a fresh library file made from the built template, a scripted
 // user, a second connection that looks at the file past the record classes, and record helpers.
 #include "ScriptedUi.h"
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QDir>

@@ -2,7 +2,7 @@
 // which refuses every file that is not a library and leaves it exactly as it was.
 #include "LibraryTestSupport.h"
 
-#include "shell/cRegistrySettings.h"
+#include "base/cRegistrySettings.h"
 
 #include <QSettings>
 #include <QtTest>

@@ -3,9 +3,9 @@
 // again, through marlo-cli: tst_cliLibrary.)
 #include "LibraryTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "library/mGUIDTools.h"
 #include "library/mLibraryExchange.h"
-#include "link/mErrCodes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -9,8 +9,8 @@
 // the order of the rows a save touches is seen as SQLite saw it.
 #include "LibraryTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "library/mLibraryExchange.h"
-#include "link/mErrCodes.h"
 
 #include <QCryptographicHash>
 #include <QRegularExpression>

@@ -2,10 +2,10 @@
 // for a library setting (wide sums, so that any stored row reads): both records, both ways.
 #include "ScriptedUi.h"
 
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <QtTest>

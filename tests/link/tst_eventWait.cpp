@@ -3,9 +3,9 @@
 // an event tries to start during it. Real time, but only a few pauses long.
 #include "GripTestSupport.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -3,10 +3,10 @@
 // lock file (found on a real pseudo-terminal with a real lock file), a silent grip.
 #include "TestLink.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 #include "link/mLinkHelp.h"
 
 #include <QDir>

@@ -1,8 +1,8 @@
 // The catalogue sizes and the hex helpers every record builds its frames with.
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
 
 #include <QtTest>
 

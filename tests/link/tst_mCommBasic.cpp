@@ -1,11 +1,11 @@
 // One exchange with the grip, every way it can end, against the in-memory port.
 #include "TestLink.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mLinkHelp.h"
-#include "link/mErrCodes.h"
 
 #include <QtTest>
 

@@ -1,10 +1,10 @@
 // The traffic log: its entry format, the file komm.log and the console.
 #include "TestLink.h"
 
-#include "library/cApplication.h"
 #include "link/cCommConsole.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QDir>

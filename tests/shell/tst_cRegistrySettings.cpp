@@ -2,14 +2,14 @@
 // key by key and reported once), window placement.
 #include "ScriptedUi.h"
 
+#include "base/cPlacedWindow.h"
+#include "base/cRegistrySettings.h"
+#include "base/mErrCodes.h"
 #include "grip/cGunInfo.h"
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
-#include "library/cApplication.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
-#include "shell/cPlacedWindow.h"
-#include "shell/cRegistrySettings.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QDir>

@@ -2,9 +2,9 @@
 // wait pointer and the progress display.
 #include "ScriptedUi.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/cError.h"
-#include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <QtTest>

@@ -1,14 +1,14 @@
 // The link over a real pseudo-terminal against the virtual grip, with the real pause.
 #include "ScriptedUi.h"
 
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "grip/cGunInfo.h"
-#include "library/cApplication.h"
-#include "link/MarloError.h"
+#include "grip/mCommSupportHex.h"
 #include "link/cError.h"
 #include "link/cSerialPort.h"
 #include "link/mCommBasic.h"
-#include "link/mCommSupportHex.h"
-#include "link/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/Fault.h"
 #include "sim/PtyServer.h"

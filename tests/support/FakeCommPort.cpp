@@ -1,8 +1,8 @@
 #include "FakeCommPort.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "link/mAppFunc.h"
-#include "link/mErrCodes.h"
 
 #include <QThread>
 

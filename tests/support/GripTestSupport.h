@@ -3,6 +3,7 @@
 // text, so that the record tests can be tables.
 #include "TestLink.h"
 
+#include "base/MarloError.h"
 #include "grip/cBattery.h"
 #include "grip/cCountdownTimer.h"
 #include "grip/cCounters.h"
@@ -10,7 +11,6 @@
 #include "grip/cOptions.h"
 #include "grip/cSettings.h"
 #include "grip/mGripCommands.h"
-#include "link/MarloError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "sim/Fault.h"

@@ -1,8 +1,8 @@
 #pragma once
 // A scripted user: records every message, progress step and error, answers every question
 // from prepared answers.
-#include "link/MarloError.h"
-#include "shell/cUserInterface.h"
+#include "base/MarloError.h"
+#include "base/cUserInterface.h"
 
 #include <QList>
 #include <QQueue>

@@ -1,10 +1,10 @@
 #include "gui/library/cifSetsTemplate.h"
 
+#include "base/mConvert.h"
+#include "base/mErrCodes.h"
 #include "grip/cCountdownTimer.h"
 #include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
-#include "link/mErrCodes.h"
-#include "shell/mConvert.h"
 #include "shell/mMain.h"
 
 #include <QAbstractSlider>

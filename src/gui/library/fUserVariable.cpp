@@ -1,6 +1,6 @@
 #include "gui/library/fUserVariable.h"
 
-#include "gui/shell/mLabels.h"
+#include "gui/common/mLabels.h"
 #include "shell/mMain.h"
 
 #include <QGridLayout>

@@ -1,7 +1,7 @@
 #include "gui/library/ucSetsTemplateBasic.h"
 
+#include "gui/common/mLabels.h"
 #include "gui/library/cifSetsTemplate.h"
-#include "gui/shell/mLabels.h"
 #include "library/cSetsTemplate.h"
 #include "shell/mMain.h"
 

@@ -1,11 +1,11 @@
-#include "gui/shell/mGUISupport.h"
+#include "gui/common/mGUISupport.h"
 #include "gui/library/ucUserVariables.h"
 
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "gui/library/fUserVariable.h"
 #include "gui/library/mListViewSupport.h"
 #include "library/cSetsTemplate.h"
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 #include "gui/link/fCommConsole.h"
 
-#include "link/mErrCodes.h"
-#include "library/cApplication.h"
+#include "base/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QCloseEvent>

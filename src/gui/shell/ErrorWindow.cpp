@@ -1,6 +1,6 @@
 #include "gui/shell/ErrorWindow.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -3,8 +3,8 @@
 #include "grip/mModes.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
-#include "library/cApplication.h"
 #include "library/mDatabase.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "gui/shell/QtUserInterface.h"
 
+#include "base/MarloError.h"
 #include "gui/shell/ErrorWindow.h"
 #include "gui/shell/fTolvaneMan.h"
-#include "link/MarloError.h"
 #include "link/mLinkHelp.h"
 
 #include <QApplication>

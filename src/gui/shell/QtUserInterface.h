@@ -1,8 +1,8 @@
 #pragma once
 // The user-interface services on screen: the wait pointer, the main window's status bar and
 // progress bar, message boxes, questions, the input box, file dialogs and the error window.
+#include "base/cUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
-#include "shell/cUserInterface.h"
 
 #include <QPointer>
 #include <QStringList>

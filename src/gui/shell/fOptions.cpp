@@ -1,10 +1,10 @@
-#include "gui/shell/mGUISupport.h"
+#include "gui/common/mGUISupport.h"
 #include "gui/shell/fOptions.h"
 
-#include "gui/shell/KeyPreview.h"
-#include "gui/shell/mLabels.h"
-#include "library/cApplication.h"
+#include "gui/common/KeyPreview.h"
+#include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QCheckBox>

@@ -1,15 +1,15 @@
 #include "gui/shell/fTolvaneMan.h"
 
+#include "gui/common/PlacedWidget.h"
+#include "gui/common/mGUISupport.h"
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/shell/GripCommandScope.h"
-#include "gui/shell/PlacedWidget.h"
 #include "gui/shell/QtUserInterface.h"
-#include "gui/shell/mGUISupport.h"
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/ucIProgress.h"
-#include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QAction>

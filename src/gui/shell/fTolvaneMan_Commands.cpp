@@ -13,9 +13,9 @@
 #include "gui/shell/GripCommandScope.h"
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
-#include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
 #include "link/cError.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QApplication>

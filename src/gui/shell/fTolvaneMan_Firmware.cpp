@@ -8,8 +8,8 @@
 #include "gui/link/cCommConsoleWindow.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/GripCommandScope.h"
-#include "library/cApplication.h"
 #include "link/mCommBasic.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QAction>

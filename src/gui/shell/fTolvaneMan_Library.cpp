@@ -2,11 +2,11 @@
 // the active setting and the options dialog.
 #include "gui/shell/fTolvaneMan.h"
 
-#include "gui/library/fLibSets.h"
 #include "gui/library/fSetsTemplate.h"
+#include "gui/shell/fLibSets.h"
 #include "gui/shell/fOptions.h"
-#include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 using mMain::Application;

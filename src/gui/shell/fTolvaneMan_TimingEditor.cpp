@@ -3,16 +3,16 @@
 // fire and the default settings.
 #include "gui/shell/fTolvaneMan.h"
 
+#include "base/mConvert.h"
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
 #include "grip/cSettings.h"
+#include "grip/cSupports.h"
 #include "grip/mModes.h"
+#include "gui/common/mGUISupport.h"
 #include "gui/library/cifSetsTemplate.h"
-#include "gui/shell/mGUISupport.h"
 #include "gui/widgets/UpDown.h"
 #include "library/cSetsTemplate.h"
-#include "link/cSupports.h"
-#include "shell/mConvert.h"
 #include "shell/mMain.h"
 
 #include <QCheckBox>

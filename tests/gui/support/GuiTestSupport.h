@@ -7,7 +7,7 @@
 #include "ScriptedQtUi.h"
 
 #include "gui/shell/fTolvaneMan.h"
-#include "library/cApplication.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QAction>

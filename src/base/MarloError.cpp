@@ -1,6 +1,6 @@
-#include "link/MarloError.h"
+#include "base/MarloError.h"
 
-#include "link/mErrCodes.h"
+#include "base/mErrCodes.h"
 
 MarloError::MarloError(qint32 number, QString source, QString description)
     : m_number(number), m_source(std::move(source)), m_description(std::move(description)),

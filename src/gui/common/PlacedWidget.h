@@ -1,7 +1,7 @@
 #pragma once
 // A window as the preferences keep its placement: its form name (the object name), its state
 // and its position and size in twips.
-#include "shell/cPlacedWindow.h"
+#include "base/cPlacedWindow.h"
 
 class QWidget;
 

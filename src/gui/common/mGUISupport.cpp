@@ -1,7 +1,7 @@
-#include "gui/shell/mGUISupport.h"
+#include "gui/common/mGUISupport.h"
 
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 #include "shell/mMain.h"
 
 #include <QAbstractItemView>

@@ -1,4 +1,4 @@
-#include "gui/shell/mLabels.h"
+#include "gui/common/mLabels.h"
 
 #include <QLabel>
 #include <QWidget>

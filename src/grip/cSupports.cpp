@@ -1,8 +1,8 @@
-#include "link/cSupports.h"
+#include "grip/cSupports.h"
 
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "link/mVersion.h"
-#include "shell/mMain.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
-#include "gui/library/fLibSets.h"
+#include "gui/shell/fLibSets.h"
 
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
+#include "gui/common/KeyPreview.h"
+#include "gui/common/PlacedWidget.h"
+#include "gui/common/mGUISupport.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/library/mListViewSupport.h"
-#include "gui/shell/KeyPreview.h"
-#include "gui/shell/PlacedWidget.h"
 #include "gui/shell/fTolvaneMan.h"
-#include "gui/shell/mGUISupport.h"
-#include "library/cApplication.h"
 #include "library/cSetsTemplate.h"
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QAction>

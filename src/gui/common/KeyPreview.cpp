@@ -1,4 +1,4 @@
-#include "gui/shell/KeyPreview.h"
+#include "gui/common/KeyPreview.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

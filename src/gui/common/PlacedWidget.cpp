@@ -1,6 +1,6 @@
-#include "gui/shell/PlacedWidget.h"
+#include "gui/common/PlacedWidget.h"
 
-#include "gui/shell/mGUISupport.h"
+#include "gui/common/mGUISupport.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -1,8 +1,9 @@
 #pragma once
-// The application object: the root of shared state for the whole run. It owns the preferences,
+// The application object: the root of shared state for the whole run. It hands out the
+// preferences (held by mMain::RegistrySettings, which the lower layers reach directly), and owns
 // the library collection (loaded on first use) and the key of the active setting.
+#include "base/cRegistrySettings.h"
 #include "library/cColSetsTemplate.h"
-#include "shell/cRegistrySettings.h"
 
 #include <QString>
 #include <memory>
@@ -13,12 +14,13 @@ public:
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
 
     cApplication();
-    // Drops the preferences and the library collection, without saving.
+    // Drops the library collection, without saving (mMain::ReleaseApplication drops the
+    // preferences after it).
     ~cApplication();
     cApplication(const cApplication&) = delete;
     cApplication& operator=(const cApplication&) = delete;
 
-    // The preferences object, made on first access.
+    // The preferences object, made on first access (the one mMain::RegistrySettings holds).
     cRegistrySettings& RegistrySettings();
 
     // The library: made on first access and loaded with every row of the library file.
@@ -66,7 +68,6 @@ private:
     bool libraryFileGone();
     void switchLibraryPath(const QString& from, const QString& to);
 
-    std::unique_ptr<cRegistrySettings> m_registrySettings;
     std::unique_ptr<cColSetsTemplate> m_colSetsTemplate;
     QString m_activeKey;
     // Said once the library written anew is all written (a failed save leaves it to the next).

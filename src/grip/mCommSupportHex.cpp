@@ -1,11 +1,11 @@
-#include "link/mCommSupportHex.h"
+#include "grip/mCommSupportHex.h"
 
+#include "base/mErrCodes.h"
+#include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
 #include "link/cError.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
-#include "link/mErrCodes.h"
-#include "shell/mMain.h"
 
 using namespace mAppFunc;
 

@@ -1,6 +1,6 @@
-#include "shell/cUserInterface.h"
+#include "base/cUserInterface.h"
 
-#include "link/MarloError.h"
+#include "base/MarloError.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>

@@ -1,7 +1,7 @@
-#include "shell/mConvert.h"
+#include "base/mConvert.h"
 
-#include "link/MarloError.h"
-#include "link/mErrCodes.h"
+#include "base/MarloError.h"
+#include "base/mErrCodes.h"
 
 #include <cmath>
 

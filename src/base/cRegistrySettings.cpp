@@ -1,10 +1,7 @@
-#include "shell/cRegistrySettings.h"
+#include "base/cRegistrySettings.h"
 
-#include "grip/cGunInfo.h"
-#include "link/mCommBasic.h"
-#include "link/mVersion.h"
-#include "shell/cPlacedWindow.h"
-#include "shell/mMain.h"
+#include "base/cPlacedWindow.h"
+#include "base/mErrorReport.h"
 
 #include <QStringList>
 #include <cfloat>
@@ -103,12 +100,32 @@ T readValue(const QString& section, const QString& key, T def, tUnreadablePrefer
     return value;
 }
 
+// What the layers above install (constant-initialised, so set before any of them registers).
+bool (*backwardCompatibleUploadAnswer)() = nullptr;
+void (*commLogToFileMirror)(bool) = nullptr;
+
+void mirrorCommLogToFile(bool value)
+{
+    if (commLogToFileMirror)
+        commLogToFileMirror(value);
+}
+
 } // namespace
+
+void cRegistrySettings::SetBackwardCompatibleUploadAnswer(bool (*answer)())
+{
+    backwardCompatibleUploadAnswer = answer;
+}
+
+void cRegistrySettings::SetCommLogToFileMirror(void (*mirror)(bool))
+{
+    commLogToFileMirror = mirror;
+}
 
 cRegistrySettings::cRegistrySettings()
 {
     readAll();
-    mCommBasic::bLogToFile = m_commLogToFile;
+    mirrorCommLogToFile(m_commLogToFile);
 }
 
 QVariant cRegistrySettings::GetSetting(const QString& section, const QString& key, const QVariant& def)
@@ -290,7 +307,7 @@ void cRegistrySettings::setCommInputMode(qint32 value)
 void cRegistrySettings::setCommLogToFile(bool value)
 {
     m_commLogToFile = value;
-    mCommBasic::bLogToFile = value;
+    mirrorCommLogToFile(value);
     write(QStringLiteral("CommLogToFile"), BoolText(value));
 }
 
@@ -348,8 +365,9 @@ void cRegistrySettings::setShowLogToFile(bool value)
 bool cRegistrySettings::BackwardCompatibleUpload() const
 {
     // Deliberate: the stored value is ignored; the answer is yes for grips whose firmware is
-    // older than 1.2.0.
-    return mVersion::VersionCompare(QStringLiteral("1.2.0"), GunInfo().FirmwareBuild()) < 0;
+    // older than 1.2.0, asked of the grip layer at each call. A program without the grip layer
+    // never read a grip: the gun information it would hold says firmware 0.0.0, which is older.
+    return backwardCompatibleUploadAnswer ? backwardCompatibleUploadAnswer() : true;
 }
 
 void cRegistrySettings::setBackwardCompatibleUpload(bool value)

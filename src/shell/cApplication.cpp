@@ -1,4 +1,4 @@
-#include "library/cApplication.h"
+#include "shell/cApplication.h"
 
 #include "library/mDatabase.h"
 #include "shell/mMain.h"
@@ -13,15 +13,12 @@ cApplication::~cApplication()
 {
     ShowErrors(kClass, kRevision, QStringLiteral("Class_Terminate"), [this] {
         m_colSetsTemplate.reset();
-        m_registrySettings.reset();
     });
 }
 
 cRegistrySettings& cApplication::RegistrySettings()
 {
-    if (!m_registrySettings)
-        m_registrySettings = std::make_unique<cRegistrySettings>();
-    return *m_registrySettings;
+    return mMain::RegistrySettings();
 }
 
 cColSetsTemplate& cApplication::colSetsTemplate()

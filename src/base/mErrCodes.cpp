@@ -1,4 +1,4 @@
-#include "link/mErrCodes.h"
+#include "base/mErrCodes.h"
 
 namespace mErrCodes {
 
