@@ -201,7 +201,7 @@ private:
     // The common frame of a grip command: the commands held, wait pointer, the boot-mode check,
     // the transfers, then the confirmation when confirmations are on and the grip refused
     // nothing (fTolvaneMan_Commands.cpp). The first form answers whether nothing was refused.
-    bool RunGripCommand(const std::function<void()>& transfers);
+    bool RunGripCommand(const std::function<void()>& transfers, bool bootModeCheck = true);
     void RunGripCommand(const QString& confirmation, const std::function<void()>& transfers);
     // A refusal of the grip, said in the status bar until the next grip command.
     void ShowRefusal();

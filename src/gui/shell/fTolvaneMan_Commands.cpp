@@ -44,13 +44,14 @@ bool gripRefused()
 
 // ---- the frame -------------------------------------------------------------------------------
 
-bool fTolvaneMan::RunGripCommand(const std::function<void()>& transfers)
+bool fTolvaneMan::RunGripCommand(const std::function<void()>& transfers, bool bootModeCheck)
 {
     GripCommandScope hold(*this);
     ClearRefusal();
     WaitPointerScope wait;
     GripError().Clear();
-    mGripCommands::StartProgramIfInBootMode();
+    if (bootModeCheck)
+        mGripCommands::StartProgramIfInBootMode();
     transfers();
     if (!gripRefused())
         return true;
@@ -229,15 +230,8 @@ void fTolvaneMan::mnuDLBattery_Click()
 void fTolvaneMan::mnuDLGunInfo_Click()
 {
     Handle(QStringLiteral("mnuDLGunInfo_Click"), [&] {
-        {
-            GripCommandScope hold(*this);
-            ClearRefusal();
-            WaitPointerScope wait;
-            GripError().Clear();
-            GunInfo().Download();
-            if (gripRefused())
-                ShowRefusal();
-        }
+        // No boot-mode check before the gun information, and no confirmation after it.
+        RunGripCommand([] { GunInfo().Download(); }, false);
         SetVersionStatus();
     });
 }
