@@ -14,6 +14,7 @@
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
 #include "link/cError.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
@@ -318,15 +319,8 @@ void fTolvaneMan::InitDLTiming()
         // A refused download copies nothing and leaves the setting's state as it was.
         if (!transfer(GripRecord::Timing, Direction::Get))
             return;
-        if (const auto setting = ActiveSetting()) {
-            const cSettings& timing = TimingRecord();
-            setting->setlShotTime(timing.ShotTime());
-            setting->setlDwellTime(timing.Dwelltime());
-            setting->setlCycleTimeOpen(timing.CycleTimeOpen());
-            setting->setlLoadTime(timing.LoadTime());
-            setting->setlCycleTimeClose(timing.CycleTimeClose());
-            setting->setlFiringMode(timing.FiringMode());
-        }
+        if (const auto setting = ActiveSetting())
+            mTemplateRecords::TimingToTemplate(TimingRecord(), *setting);
         // What came from the grip is shown read-only.
         mIFSettings->Refresh();
         setIsTemplate(false);
@@ -350,14 +344,8 @@ void fTolvaneMan::InitDLCountDownTimers()
     PassErrors(kForm, kRevision, QStringLiteral("InitDLCountDownTimers"), [&] {
         if (!transfer(GripRecord::GameTimer, Direction::Get))
             return;
-        if (const auto setting = ActiveSetting()) {
-            const cCountdownTimer& timer = CountdownTimerRecord();
-            setting->setlGameTime(timer.CountDownTimer());
-            setting->setbAlertOne(timer.PreAlert1On());
-            setting->setlAlertOne(timer.PreAlert1Time());
-            setting->setbAlertTwo(timer.PreAlert2On());
-            setting->setlAlertTwo(timer.PreAlert2Time());
-        }
+        if (const auto setting = ActiveSetting())
+            mTemplateRecords::GameTimerToTemplate(CountdownTimerRecord(), *setting);
         mIFSettings->Refresh();
     });
 }
@@ -393,12 +381,8 @@ void fTolvaneMan::InitDLHyper()
     PassErrors(kForm, kRevision, QStringLiteral("InitDLHyper"), [&] {
         if (!transfer(GripRecord::Ramping, Direction::Get))
             return;
-        if (const auto setting = ActiveSetting()) {
-            cHyper& ramping = HyperRecord();
-            setting->setlShots(ramping.Shots());
-            setting->setlHyperTime(ramping.HyperTime());
-            setting->setlHyperMode(ramping.HyperMode());
-        }
+        if (const auto setting = ActiveSetting())
+            mTemplateRecords::RampingToTemplate(HyperRecord(), *setting);
     });
 }
 
