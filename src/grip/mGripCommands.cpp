@@ -13,6 +13,7 @@
 #include "link/cError.h"
 
 #include <functional>
+#include <optional>
 
 namespace mGripCommands {
 
@@ -34,22 +35,58 @@ Outcome runTransfer(const std::function<void()>& exchange, const std::function<b
     return Outcome::Done;
 }
 
-// The common frame: wait pointer, a fresh error record, the boot-mode check, the transfers.
-CommandResult runCommand(const QString& procedure, const QList<QPair<GripRecord, Direction>>& steps)
+// Runs body in the frame, when there is one.
+template <typename F>
+decltype(auto) inFrame(const std::optional<ErrorFrame>& frame, F&& body)
 {
-    return PassErrors(kModule, kRevision, procedure, [&] {
+    if (!frame)
+        return body();
+    return PassErrors(frame->module, frame->revision, frame->procedure, body);
+}
+
+// One transfer, with the observer's work before and after it in the frame the observer names.
+Outcome observedTransfer(GripRecord record, Direction direction, cTransferObserver* observer)
+{
+    if (!observer)
+        return TransferRecord(record, direction);
+    return inFrame(observer->TransferFrame(record, direction), [&] {
+        observer->TransferStarting(record, direction);
+        const Outcome outcome = TransferRecord(record, direction);
+        observer->TransferEnded({record, direction, outcome});
+        return outcome;
+    });
+}
+
+// The common frame: wait pointer, a fresh error record, the boot-mode check, the transfers.
+CommandResult runCommand(const QString& procedure, const QList<QPair<GripRecord, Direction>>& steps,
+                         cTransferObserver* observer)
+{
+    const ErrorFrame own{kModule, kRevision, procedure};
+    return inFrame(observer ? observer->CommandFrame(own) : own, [&] {
         WaitPointerScope wait;
         GripError().Clear();
         CommandResult result;
         result.programStarted = StartProgramIfInBootMode();
         result.bootCheckRefused = GripError().ErrorCode() != cError::NoError;
         for (const auto& step : steps)
-            result.transfers.append({step.first, step.second, TransferRecord(step.first, step.second)});
+            result.transfers.append({step.first, step.second, observedTransfer(step.first, step.second, observer)});
         return result;
     });
 }
 
 } // namespace
+
+std::optional<ErrorFrame> cTransferObserver::CommandFrame(const ErrorFrame& own) const
+{
+    return own;
+}
+
+std::optional<ErrorFrame> cTransferObserver::TransferFrame(GripRecord, Direction) const
+{
+    return std::nullopt;
+}
+
+void cTransferObserver::TransferStarting(GripRecord, Direction) {}
 
 bool CommandResult::refused() const
 {
@@ -155,7 +192,7 @@ Outcome ResetCounterTransfer(quint8 selector)
     });
 }
 
-CommandResult GetAll()
+CommandResult GetAll(cTransferObserver* observer)
 {
     return runCommand(QStringLiteral("GetAll"),
                       {{GripRecord::Timing, Direction::Get},
@@ -163,7 +200,8 @@ CommandResult GetAll()
                        {GripRecord::GameTimer, Direction::Get},
                        {GripRecord::Battery, Direction::Get},
                        {GripRecord::Options, Direction::Get},
-                       {GripRecord::Ramping, Direction::Get}});
+                       {GripRecord::Ramping, Direction::Get}},
+                      observer);
 }
 
 void CheckPut(const QList<GripRecord>& records)
@@ -183,26 +221,27 @@ void CheckPut(const QList<GripRecord>& records)
     });
 }
 
-CommandResult PutAll()
+CommandResult PutAll(cTransferObserver* observer)
 {
     CheckPut({GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
     return runCommand(QStringLiteral("PutAll"),
                       {{GripRecord::Timing, Direction::Put},
                        {GripRecord::GameTimer, Direction::Put},
                        {GripRecord::Options, Direction::Put},
-                       {GripRecord::Ramping, Direction::Put}});
+                       {GripRecord::Ramping, Direction::Put}},
+                      observer);
 }
 
-CommandResult GetRecord(GripRecord record)
+CommandResult GetRecord(GripRecord record, cTransferObserver* observer)
 {
-    return runCommand(QStringLiteral("GetRecord(%1)").arg(RecordName(record)), {{record, Direction::Get}});
+    return runCommand(QStringLiteral("GetRecord(%1)").arg(RecordName(record)), {{record, Direction::Get}}, observer);
 }
 
-CommandResult PutRecord(GripRecord record)
+CommandResult PutRecord(GripRecord record, cTransferObserver* observer)
 {
     if (CanPut(record))
         CheckPut({record});
-    return runCommand(QStringLiteral("PutRecord(%1)").arg(RecordName(record)), {{record, Direction::Put}});
+    return runCommand(QStringLiteral("PutRecord(%1)").arg(RecordName(record)), {{record, Direction::Put}}, observer);
 }
 
 CommandResult ResetCounter(quint8 selector)

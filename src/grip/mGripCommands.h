@@ -1,9 +1,13 @@
 #pragma once
 // The grip commands as the front ends run them: the wait pointer, the boot-mode check (starting
 // the grip's program when it sits in its boot code), then the transfers of the records. No
-// confirmation is shown here: the front end decides, from what these procedures answer.
+// confirmation is shown here: the front end decides, from what these procedures answer, and does
+// its own work with each record as the command reports it (cTransferObserver).
+#include "base/MarloError.h"
+
 #include <QList>
 #include <QString>
+#include <optional>
 
 namespace mGripCommands {
 
@@ -37,6 +41,29 @@ struct CommandResult {
     Outcome outcomeOf(GripRecord record) const;
 };
 
+// Follows a command transfer by transfer, for a front end that does its own work with each
+// record as soon as it has been exchanged, before the next one is: the window copies the timing
+// into its setting before the counters are read, so that a command failing part-way leaves
+// exactly the records before the failure shown. It also names the frames the command's errors
+// carry, so that a front end's error trail reads as its own procedures.
+class cTransferObserver {
+public:
+    virtual ~cTransferObserver() = default;
+    // The frame around the whole command: the core's own (own: "GetAll", "PutRecord(timing)", ...)
+    // unless the observer renames it, or drops it where a procedure of the front end frames the
+    // command already.
+    virtual std::optional<ErrorFrame> CommandFrame(const ErrorFrame& own) const;
+    // The frame around one transfer together with the observer's work before and after it; none
+    // by default. The transfer's own frame ("TransferRecord(get timing)") stays inside it.
+    virtual std::optional<ErrorFrame> TransferFrame(GripRecord record, Direction direction) const;
+    // Just before the record is exchanged, in the transfer's frame: a put sends what the record
+    // holds when this returns.
+    virtual void TransferStarting(GripRecord record, Direction direction);
+    // Just after, in the transfer's frame, before the next record is exchanged: how it ended (a
+    // refused get left the record as it was). An error ends the command without this call.
+    virtual void TransferEnded(const Transfer& transfer) = 0;
+};
+
 // The record's name as the command line and JSON use it: timing, counters, gametimer, battery,
 // options, ramping.
 QString RecordName(GripRecord record);
@@ -45,12 +72,13 @@ bool RecordFromName(const QString& name, GripRecord& record);
 // Only these can be put to the grip (counters and battery are read-only).
 bool CanPut(GripRecord record);
 
+// The commands, each transfer reported to the observer when one is given.
 // Get all: timing, counters, game timer, battery, options, ramping.
-CommandResult GetAll();
+CommandResult GetAll(cTransferObserver* observer = nullptr);
 // Put all: timing, game timer, options, ramping.
-CommandResult PutAll();
-CommandResult GetRecord(GripRecord record);
-CommandResult PutRecord(GripRecord record);
+CommandResult PutAll(cTransferObserver* observer = nullptr);
+CommandResult GetRecord(GripRecord record, cTransferObserver* observer = nullptr);
+CommandResult PutRecord(GripRecord record, cTransferObserver* observer = nullptr);
 // Counter reset: selector 1, 2 or 3 (both).
 CommandResult ResetCounter(quint8 selector);
 

@@ -2,6 +2,7 @@
 
 #include "grip/cSettings.h"
 #include "library/mDatabase.h"
+#include "library/mTemplateRecords.h"
 
 #include <cmath>
 
@@ -113,13 +114,7 @@ void cSetsTemplate::initFieldsOrThrow(const QSqlRecord* row)
         setlAlertOne(1);
         setlAlertTwo(1);
         // A new setting starts from what a freshly made timing record holds.
-        cSettings timing;
-        setlCycleTimeClose(timing.CycleTimeClose());
-        setlCycleTimeOpen(timing.CycleTimeOpen());
-        setlDwellTime(timing.Dwelltime());
-        setlLoadTime(timing.LoadTime());
-        setlShotTime(timing.ShotTime());
-        setlFiringMode(timing.FiringMode());
+        mTemplateRecords::TimingToTemplate(cSettings(), *this);
         setsName(QString());
         return;
     }

@@ -1,5 +1,6 @@
 // The grip-command frame: the boot-mode check, the order of the exchanges of get all, put all
-// and the counter reset, the skipped records, refusals and the wait pointer.
+// and the counter reset, the skipped records, refusals, the wait pointer, and what an observer
+// of the transfers sees between the exchanges and names in the error trail.
 #include "GripTestSupport.h"
 
 #include "base/mErrCodes.h"
@@ -10,6 +11,70 @@
 
 using namespace griptest;
 using namespace mGripCommands;
+
+namespace {
+
+QString transferName(GripRecord record, Direction direction)
+{
+    return (direction == Direction::Get ? QStringLiteral("get ") : QStringLiteral("put ")) + RecordName(record);
+}
+
+// Follows a command into one line with the wire: "<get timing" as a transfer starts, ">done"
+// (">unsupported", ">refused") as it ended, between the command codes the grip receives.
+// Frames: as a front end would name them (the command's own dropped or renamed, each transfer
+// "fTest.<transfer>"), or the core's own.
+class LoggingObserver : public cTransferObserver {
+public:
+    enum Frames { Own, Dropped, Renamed };
+    LoggingObserver(QStringList& log, Frames frames) : m_log(log), m_frames(frames) {}
+
+    std::function<void(GripRecord, Direction)> starting;
+    std::function<void(const Transfer&)> ended;
+
+    std::optional<ErrorFrame> CommandFrame(const ErrorFrame& own) const override
+    {
+        if (m_frames == Own)
+            return cTransferObserver::CommandFrame(own);
+        if (m_frames == Dropped)
+            return std::nullopt;
+        return ErrorFrame{QStringLiteral("fTest"), QString(), QStringLiteral("Outer")};
+    }
+    std::optional<ErrorFrame> TransferFrame(GripRecord record, Direction direction) const override
+    {
+        if (m_frames == Own)
+            return cTransferObserver::TransferFrame(record, direction);
+        return ErrorFrame{QStringLiteral("fTest"), QString(), transferName(record, direction)};
+    }
+    void TransferStarting(GripRecord record, Direction direction) override
+    {
+        m_log << QLatin1Char('<') + transferName(record, direction);
+        if (starting)
+            starting(record, direction);
+    }
+    void TransferEnded(const Transfer& transfer) override
+    {
+        const char* const outcomes[] = {">done", ">unsupported", ">refused"};
+        m_log << QLatin1String(outcomes[int(transfer.outcome)]);
+        if (ended)
+            ended(transfer);
+    }
+
+private:
+    QStringList& m_log;
+    Frames m_frames;
+};
+
+// Logs the code of every frame the grip receives, and answers as the harness does.
+void logFrames(GripHarness& h, QStringList& log)
+{
+    h.link.port.setResponder([&h, &log](const QByteArray& frame) {
+        const quint8 code = static_cast<quint8>(frame.at(0));
+        log << QString::number(code, 16);
+        return h.replies.contains(code) ? h.replies.value(code) : h.grip.handleFrame(frame).value_or(QByteArray());
+    });
+}
+
+} // namespace
 
 class TstGripCommands : public QObject {
     Q_OBJECT
@@ -75,6 +140,128 @@ private slots:
         h.replies.clear();
         GetRecord(GripRecord::Timing); // a new command starts with a clean error record
         QCOMPARE(GripError().ErrorCode(), cError::NoError);
+    }
+
+    void theObserverFollowsEachTransfer_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("options");
+        QTest::addColumn<int>("refused"); // the command code the grip refuses; 0 none
+        QTest::addColumn<QString>("log");
+        // Every transfer is reported as soon as it ended, before the next one is exchanged; the
+        // boot-mode check comes before the first.
+        QTest::newRow("get all") << "get all" << "firmware=4.0.5" << 0
+                                 << "13 11 <get timing 13 14 >done <get counters 13 15 >done <get gametimer 13 16 >done "
+                                    "<get battery 13 17 >done <get options 13 18 >done <get ramping 13 19 >done";
+        QTest::newRow("get all, no options or ramping") << "get all" << "firmware=1.1.69" << 0
+                                 << "13 11 <get timing 13 14 >done <get counters 13 15 >done <get gametimer 13 16 >done "
+                                    "<get battery 13 17 >done <get options 13 >unsupported <get ramping 13 >unsupported";
+        QTest::newRow("put all, game timer refused") << "put all" << "firmware=4.0.5" << 0x26
+                                 << "13 11 <put timing 13 24 >done <put gametimer 13 26 >refused <put options 13 28 >done "
+                                    "<put ramping 13 29 >done";
+        QTest::newRow("get timing from boot mode") << "get timing" << "bootmode=1" << 0 << "13 11 13 83 <get timing 13 14 >done";
+        QTest::newRow("get counters refused") << "get counters" << "" << 0x15 << "13 11 <get counters 13 15 >refused";
+        QTest::newRow("put options") << "put options" << "firmware=4.0.5" << 0 << "13 11 <put options 13 28 >done";
+    }
+    void theObserverFollowsEachTransfer()
+    {
+        QFETCH(QString, command);
+        QFETCH(QString, options);
+        QFETCH(int, refused);
+        QFETCH(QString, log);
+        GripHarness h(options);
+        if (refused)
+            h.replies[quint8(refused)] = refusal(refused);
+        QStringList events;
+        logFrames(h, events);
+        LoggingObserver observer(events, LoggingObserver::Own);
+        const QStringList words = command.split(QLatin1Char(' '));
+        GripRecord record = GripRecord::Timing;
+        RecordFromName(words[1], record);
+        const CommandResult result = command == QLatin1String("get all")   ? GetAll(&observer)
+                                     : command == QLatin1String("put all") ? PutAll(&observer)
+                                     : words[0] == QLatin1String("get")    ? GetRecord(record, &observer)
+                                                                           : PutRecord(record, &observer);
+        QCOMPARE(events.join(QLatin1Char(' ')), log);
+        // The result tells the same transfers.
+        QStringList told;
+        for (const Transfer& t : result.transfers)
+            told << transferName(t.record, t.direction);
+        QStringList reported;
+        for (const QString& event : events)
+            if (event.startsWith(QLatin1Char('<')))
+                reported << event.mid(1);
+        QCOMPARE(told, reported);
+        QCOMPARE(result.refused(), refused != 0);
+    }
+
+    void theObserverWorksBetweenTheExchanges()
+    {
+        GripHarness h(QStringLiteral("firmware=4.0.5"));
+        h.grip.updateState([](gripsim::GripState& s) {
+            s.timing = {12, 9, 31, 40, 29, 6};
+            s.counters = {300, 45, 1000};
+        });
+        QStringList events;
+        LoggingObserver observer(events, LoggingObserver::Own);
+        // A get is reported with the record already holding what the grip sent, and the next
+        // record not yet read.
+        QStringList seen;
+        observer.ended = [&](const Transfer& t) {
+            if (t.record == GripRecord::Timing)
+                seen << fields(GripRecord::Timing) << fields(GripRecord::Counters);
+        };
+        GetAll(&observer);
+        QCOMPARE(seen, (QStringList{"12 9 31 40 29 6", "0 0 0"}));
+        // A put sends what the record holds when its start has been reported.
+        observer.starting = [](GripRecord record, Direction) {
+            if (record == GripRecord::Timing)
+                TimingRecord().setShotTime(17);
+        };
+        PutAll(&observer);
+        QCOMPARE(h.payloads(0x24), QStringList{"2411091F281D0611091F281D06"});
+    }
+
+    void theObserverNamesTheFrames_data()
+    {
+        QTest::addColumn<int>("frames");
+        QTest::addColumn<bool>("observerFails"); // the report of the timing raises, not the grip
+        QTest::addColumn<QString>("trail");      // from the failing procedure outwards
+        QTest::addColumn<QString>("log");
+        const QString countersFail = QStringLiteral("<get timing >done <get counters");
+        QTest::newRow("the core's own") << int(LoggingObserver::Own) << false
+                                        << "cCounters.Download mGripCommands.TransferRecord(get counters) mGripCommands.GetAll" << countersFail;
+        QTest::newRow("the command framed by the front end")
+            << int(LoggingObserver::Dropped) << false
+            << "cCounters.Download mGripCommands.TransferRecord(get counters) fTest.get counters" << countersFail;
+        QTest::newRow("the command renamed")
+            << int(LoggingObserver::Renamed) << false
+            << "cCounters.Download mGripCommands.TransferRecord(get counters) fTest.get counters fTest.Outer" << countersFail;
+        // The observer's own work runs in the transfer's frame; an error there ends the command.
+        QTest::newRow("the observer fails") << int(LoggingObserver::Dropped) << true << "fTest.get timing" << "<get timing >done";
+    }
+    void theObserverNamesTheFrames()
+    {
+        QFETCH(int, frames);
+        QFETCH(bool, observerFails);
+        QFETCH(QString, trail);
+        QFETCH(QString, log);
+        GripHarness h(QStringLiteral("firmware=4.0.5"));
+        if (!observerFails)
+            h.fault(gripsim::FaultKind::Garbage, 0x15);
+        QStringList events;
+        LoggingObserver observer(events, LoggingObserver::Frames(frames));
+        if (observerFails)
+            observer.ended = [](const Transfer&) { RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY); };
+        const MarloError e = errorOf([&] { GetAll(&observer); }).value();
+        QStringList procedures;
+        for (const ErrorFrame& frame : e.Trail())
+            procedures << frame.module + QLatin1Char('.') + frame.procedure;
+        QCOMPARE(procedures.join(QLatin1Char(' ')), trail);
+        // Nothing after the failure was exchanged or reported.
+        QCOMPARE(events.join(QLatin1Char(' ')), log);
+        QCOMPARE(h.codes().last(), observerFails ? 0x14 : 0x15);
+        QCOMPARE(mMain::MousePointerDepth(), 0);
     }
 
     void errorStopsTheCommand()

@@ -28,6 +28,37 @@ int rowsInLibrary()
 
 const QList<int> kShownTools = {0, 1, 2, 4, 6};
 
+// A grip command that fails part-way: the command code whose report the grip garbles, the
+// records of the grip that reached the window before the failure (in the order get all reads
+// them), and the error's trail from the record's transfer outwards ("module.procedure").
+struct PartWay {
+    QString command;
+    int garbled;
+    QString shown;
+    QStringList trail;
+};
+
+// The records of the grip (as getAllShowsTheGripInEveryPane's grip holds them) that the window
+// shows; battery is the indicator's value before the command.
+QString shownRecords(fTolvaneMan& w, int battery)
+{
+    const auto setting = w.ActiveSetting();
+    QStringList shown;
+    if (!w.IsTemplate() && setting->lShotTime() == 12 && setting->lFiringMode() == 6 && text(&w, QStringLiteral("txtTimingST")) == QLatin1String("12"))
+        shown << QStringLiteral("timing");
+    if (text(&w, QStringLiteral("txtCounters(0)")) == QLatin1String("300"))
+        shown << QStringLiteral("counters");
+    if (setting->lGameTime() == 15 && text(&w, QStringLiteral("txtCntDown")) == QLatin1String("15"))
+        shown << QStringLiteral("gametimer");
+    if (control<ucIProgress>(&w, QStringLiteral("ucIProgress1"))->Value() != battery)
+        shown << QStringLiteral("battery");
+    if (text(&w, QStringLiteral("txtDefaultLoadTime")) == QLatin1String("50"))
+        shown << QStringLiteral("options");
+    if (setting->lShots() == 7 && setting->lHyperMode() == 4)
+        shown << QStringLiteral("ramping");
+    return shown.join(QLatin1Char(' '));
+}
+
 // A command as the user gives it, and what the grip receives and the window confirms.
 struct Command {
     QString grip, command;
@@ -258,6 +289,76 @@ private slots:
         run(&w, QStringLiteral("cmdTools(0)"));
         QCOMPARE(h.ui.script.errors.size(), errors);
         QCOMPARE(h.ui.script.messages.size(), messages + 1);
+    }
+    void aFailurePartWayKeepsWhatCameBeforeIt_data()
+    {
+        QTest::addColumn<PartWay>("row");
+        const QString get = QStringLiteral("cmdTools(0)");
+        const QString put = QStringLiteral("cmdTools(1)");
+        const auto trail = [](const QString& transfer, const QStringList& window) {
+            QStringList frames{QStringLiteral("mGripCommands.TransferRecord(%1)").arg(transfer)};
+            for (const QString& procedure : window)
+                frames << QStringLiteral("fTolvaneMan.") + procedure;
+            return frames;
+        };
+        const QStringList getAll{QStringLiteral("ActivateTools(0)"), QStringLiteral("cmdTools_Click(0)")};
+        const QStringList putAll{QStringLiteral("ActivateTools(1)"), QStringLiteral("cmdTools_Click(1)")};
+        // Each record is shown as soon as it came, before the next one is read.
+        QTest::newRow("get all, timing") << PartWay{get, 0x14, "", trail("get timing", QStringList{"InitDLTiming"} + getAll)};
+        QTest::newRow("get all, counters") << PartWay{get, 0x15, "timing", trail("get counters", QStringList{"InitCounters"} + getAll)};
+        QTest::newRow("get all, game timer")
+            << PartWay{get, 0x16, "timing counters", trail("get gametimer", QStringList{"InitDLCountDownTimers"} + getAll)};
+        QTest::newRow("get all, battery")
+            << PartWay{get, 0x17, "timing counters gametimer", trail("get battery", QStringList{"InitBatteryIndicator"} + getAll)};
+        QTest::newRow("get all, options")
+            << PartWay{get, 0x18, "timing counters gametimer battery", trail("get options", QStringList{"InitDLOptions"} + getAll)};
+        QTest::newRow("get all, ramping")
+            << PartWay{get, 0x19, "timing counters gametimer battery options", trail("get ramping", QStringList{"InitDLHyper"} + getAll)};
+        // The timing and game timer are put in the command's own frame, options and ramping in
+        // their loaders'.
+        QTest::newRow("put all, timing") << PartWay{put, 0x24, "", trail("put timing", putAll)};
+        QTest::newRow("put all, game timer") << PartWay{put, 0x26, "", trail("put gametimer", putAll)};
+        QTest::newRow("put all, options") << PartWay{put, 0x28, "", trail("put options", QStringList{"InitULOptions"} + putAll)};
+        QTest::newRow("put all, ramping") << PartWay{put, 0x29, "", trail("put ramping", QStringList{"InitULHyper"} + putAll)};
+        QTest::newRow("get timing") << PartWay{"mnuDLTiming", 0x14, "", trail("get timing", {"InitDLTiming", "mnuDLTiming_Click"})};
+        QTest::newRow("get counters") << PartWay{"mnuDLCounters", 0x15, "", trail("get counters", {"InitCounters", "mnuDLCounters_Click"})};
+        QTest::newRow("get game timer")
+            << PartWay{"mnuDLGameTimers", 0x16, "", trail("get gametimer", {"InitDLCountDownTimers", "mnuDLGameTimers_Click"})};
+        QTest::newRow("get battery") << PartWay{"mnuDLBattery", 0x17, "", trail("get battery", {"InitBatteryIndicator", "mnuDLBattery_Click"})};
+        QTest::newRow("put timing") << PartWay{"mnuULTiming", 0x24, "", trail("put timing", {"mnuULTiming_Click"})};
+        QTest::newRow("put game timer") << PartWay{"mnuULGameTimers", 0x26, "", trail("put gametimer", {"mnuULGameTimers_Click"})};
+        // The boot-mode check runs in the command's frame, before any record.
+        QTest::newRow("get all, boot-mode check")
+            << PartWay{get, 0x11, "", QStringList{"mGripCommands.StartProgramIfInBootMode", "fTolvaneMan.ActivateTools(0)", "fTolvaneMan.cmdTools_Click(0)"}};
+    }
+    void aFailurePartWayKeepsWhatCameBeforeIt()
+    {
+        QFETCH(PartWay, row);
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        h.grip.grip.updateState([](gripsim::GripState& s) {
+            s.timing = {12, 9, 31, 40, 29, 6};
+            s.counters = {300, 65535, 197121};
+            s.options.defaultLoadTime = 50;
+            s.ramping = {7, 120, 4};
+            s.gameTimer.countDownTimer = 15;
+            s.battery = 700;
+        });
+        fTolvaneMan& w = h.open();
+        const int battery = control<ucIProgress>(&w, QStringLiteral("ucIProgress1"))->Value();
+        h.grip.fault(gripsim::FaultKind::Garbage, row.garbled);
+        run(&w, row.command);
+        QCOMPARE(h.ui.script.errors.size(), 1);
+        QVERIFY(h.ui.script.messages.isEmpty()); // no confirmation
+        QCOMPARE(shownRecords(w, battery), row.shown);
+        // The trail reads word for word as the window's procedures always named it.
+        QStringList frames;
+        for (const ErrorFrame& frame : h.ui.script.errors.first().Trail())
+            frames << frame.module + QLatin1Char('.') + frame.procedure;
+        QCOMPARE(frames.mid(frames.indexOf(row.trail.first())), row.trail);
+        // What the failure stopped was not sent.
+        const QList<int> sent = h.takeCodes();
+        QCOMPARE(sent.last(), row.garbled);
+        QCOMPARE(mMain::MousePointerDepth(), 0);
     }
     void dialogsOpenOverTheWindow_data()
     {

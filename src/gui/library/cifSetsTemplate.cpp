@@ -2,9 +2,8 @@
 
 #include "base/mConvert.h"
 #include "base/mErrCodes.h"
-#include "grip/cCountdownTimer.h"
-#include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
 #include "shell/mMain.h"
 
 #include <QAbstractSlider>
@@ -16,15 +15,17 @@
 #include <QSignalBlocker>
 #include <exception>
 #include <functional>
+#include <optional>
 
 using Controls = cifSetsTemplate::Controls;
 using Event = void (cifSetsTemplate::*)();
+using mTemplateRecords::tField;
 
 namespace {
 
 // A whole-number field of the record: its text box, slider and display label (any may be
-// absent), the control whose range a typed value must keep, where an edit also goes in the
-// grip's shared records, and its two events.
+// absent), the control whose range a typed value must keep, the field of the grip's shared
+// records an edit also goes into, and its two events.
 struct LongField {
     const char* property;
     QLineEdit* Controls::*text;
@@ -33,7 +34,7 @@ struct LongField {
     QAbstractSlider* Controls::*range;
     qint32 (cSetsTemplate::*get)() const;
     void (cSetsTemplate::*set)(qint32);
-    std::function<void(qint32)> grip;
+    tField grip;
     Event textEvent;
     Event scrollEvent;
 };
@@ -42,26 +43,26 @@ const QList<LongField>& longFields()
 {
     static const QList<LongField> fields = {
         {"lShotTime", &Controls::txtlShotTime, &Controls::sldlShotTime, &Controls::lblShotTime, &Controls::sldlShotTime,
-         &cSetsTemplate::lShotTime, &cSetsTemplate::setlShotTime, [](qint32 v) { TimingRecord().setShotTime(v); },
+         &cSetsTemplate::lShotTime, &cSetsTemplate::setlShotTime, tField::lShotTime,
          &cifSetsTemplate::txtlShotTimeChange, &cifSetsTemplate::sldlShotTimeScroll},
         {"lDwellTime", &Controls::txtlDwellTime, &Controls::sldlDwellTime, &Controls::lblDwellTime, &Controls::sldlDwellTime,
-         &cSetsTemplate::lDwellTime, &cSetsTemplate::setlDwellTime, [](qint32 v) { TimingRecord().setDwelltime(v); },
+         &cSetsTemplate::lDwellTime, &cSetsTemplate::setlDwellTime, tField::lDwellTime,
          &cifSetsTemplate::txtlDwellTimeChange, &cifSetsTemplate::sldlDwellTimeScroll},
         {"lCycleTimeOpen", &Controls::txtlCycleTimeOpen, &Controls::sldlCycleTimeOpen, &Controls::lblCycleTimeOpen, &Controls::sldlCycleTimeOpen,
-         &cSetsTemplate::lCycleTimeOpen, &cSetsTemplate::setlCycleTimeOpen, [](qint32 v) { TimingRecord().setCycleTimeOpen(v); },
+         &cSetsTemplate::lCycleTimeOpen, &cSetsTemplate::setlCycleTimeOpen, tField::lCycleTimeOpen,
          &cifSetsTemplate::txtlCycleTimeOpenChange, &cifSetsTemplate::sldlCycleTimeOpenScroll},
         {"lLoadTime", &Controls::txtlLoadTime, &Controls::sldlLoadTime, &Controls::lblLoadTime, &Controls::sldlLoadTime,
-         &cSetsTemplate::lLoadTime, &cSetsTemplate::setlLoadTime, [](qint32 v) { TimingRecord().setLoadTime(v); },
+         &cSetsTemplate::lLoadTime, &cSetsTemplate::setlLoadTime, tField::lLoadTime,
          &cifSetsTemplate::txtlLoadTimeChange, &cifSetsTemplate::sldlLoadTimeScroll},
         {"lCycleTimeClose", &Controls::txtlCycleTimeClose, &Controls::sldlCycleTimeClose, &Controls::lblCycleTimeClose, &Controls::sldlCycleTimeClose,
-         &cSetsTemplate::lCycleTimeClose, &cSetsTemplate::setlCycleTimeClose, [](qint32 v) { TimingRecord().setCycleTimeClose(v); },
+         &cSetsTemplate::lCycleTimeClose, &cSetsTemplate::setlCycleTimeClose, tField::lCycleTimeClose,
          &cifSetsTemplate::txtlCycleTimeCloseChange, &cifSetsTemplate::sldlCycleTimeCloseScroll},
         {"lGameTime", &Controls::txtlGameTime, nullptr, nullptr, &Controls::updlGameTime, &cSetsTemplate::lGameTime, &cSetsTemplate::setlGameTime,
-         [](qint32 v) { CountdownTimerRecord().setCountDownTimer(v); }, &cifSetsTemplate::txtlGameTimeChange, nullptr},
+         tField::lGameTime, &cifSetsTemplate::txtlGameTimeChange, nullptr},
         {"lAlertOne", &Controls::txtlAlertOne, nullptr, nullptr, nullptr, &cSetsTemplate::lAlertOne, &cSetsTemplate::setlAlertOne,
-         [](qint32 v) { CountdownTimerRecord().setPreAlert1Time(v); }, &cifSetsTemplate::txtlAlertOneChange, nullptr},
+         tField::lAlertOne, &cifSetsTemplate::txtlAlertOneChange, nullptr},
         {"lAlertTwo", &Controls::txtlAlertTwo, nullptr, nullptr, nullptr, &cSetsTemplate::lAlertTwo, &cSetsTemplate::setlAlertTwo,
-         [](qint32 v) { CountdownTimerRecord().setPreAlert2Time(v); }, &cifSetsTemplate::txtlAlertTwoChange, nullptr},
+         tField::lAlertTwo, &cifSetsTemplate::txtlAlertTwoChange, nullptr},
     };
     return fields;
 }
@@ -71,21 +72,21 @@ struct BoolField {
     QCheckBox* Controls::*box;
     bool (cSetsTemplate::*get)() const;
     void (cSetsTemplate::*set)(bool);
-    std::function<void(bool)> grip; // empty: the grip's records do not carry it
+    std::optional<tField> grip; // none: the grip's records do not carry it
     Event event;
 };
 
 const QList<BoolField>& boolFields()
 {
     static const QList<BoolField> fields = {
-        {"bCTCLikeCTO", &Controls::chkbCTCLikeCTO, &cSetsTemplate::bCTCLikeCTO, &cSetsTemplate::setbCTCLikeCTO, {},
+        {"bCTCLikeCTO", &Controls::chkbCTCLikeCTO, &cSetsTemplate::bCTCLikeCTO, &cSetsTemplate::setbCTCLikeCTO, std::nullopt,
          &cifSetsTemplate::chkbCTCLikeCTOClick},
-        {"bExpertMode", &Controls::chkbExpertMode, &cSetsTemplate::bExpertMode, &cSetsTemplate::setbExpertMode, {},
+        {"bExpertMode", &Controls::chkbExpertMode, &cSetsTemplate::bExpertMode, &cSetsTemplate::setbExpertMode, std::nullopt,
          &cifSetsTemplate::chkbExpertModeClick},
         {"bAlertOne", &Controls::chkbAlertOne, &cSetsTemplate::bAlertOne, &cSetsTemplate::setbAlertOne,
-         [](bool v) { CountdownTimerRecord().setPreAlert1On(v); }, &cifSetsTemplate::chkbAlertOneClick},
+         tField::bAlertOne, &cifSetsTemplate::chkbAlertOneClick},
         {"bAlertTwo", &Controls::chkbAlertTwo, &cSetsTemplate::bAlertTwo, &cSetsTemplate::setbAlertTwo,
-         [](bool v) { CountdownTimerRecord().setPreAlert2On(v); }, &cifSetsTemplate::chkbAlertTwoClick},
+         tField::bAlertTwo, &cifSetsTemplate::chkbAlertTwoClick},
     };
     return fields;
 }
@@ -97,7 +98,7 @@ struct ModeField {
     QComboBox* Controls::*box;
     qint32 (cSetsTemplate::*get)() const;
     void (cSetsTemplate::*set)(qint32);
-    std::function<void(qint32)> grip;
+    std::optional<tField> grip;
     Event event;
 };
 
@@ -105,8 +106,8 @@ const QList<ModeField>& modeFields()
 {
     static const QList<ModeField> fields = {
         {"lFiringMode", &Controls::cbolFiringMode, &cSetsTemplate::lFiringMode, &cSetsTemplate::setlFiringMode,
-         [](qint32 v) { TimingRecord().setFiringMode(v); }, &cifSetsTemplate::cbolFiringModeClick},
-        {"lHyperMode", &Controls::cbolHyperMode, &cSetsTemplate::lHyperMode, &cSetsTemplate::setlHyperMode, {},
+         tField::lFiringMode, &cifSetsTemplate::cbolFiringModeClick},
+        {"lHyperMode", &Controls::cbolHyperMode, &cSetsTemplate::lHyperMode, &cSetsTemplate::setlHyperMode, std::nullopt,
          &cifSetsTemplate::cbolHyperModeClick},
     };
     return fields;
@@ -165,7 +166,7 @@ void cifSetsTemplate::connectControls()
                     if (range && text->isModified() && (number < range->minimum() || number > range->maximum()))
                         RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY);
                     (m_record.get()->*f.set)(number);
-                    f.grip(number);
+                    mTemplateRecords::FieldToGripRecord(*m_record, f.grip);
                     emit(this->*f.textEvent)();
                 });
             });
@@ -179,7 +180,7 @@ void cifSetsTemplate::connectControls()
                         return;
                     const qint32 position = slider->sliderPosition();
                     (m_record.get()->*f.set)(position);
-                    f.grip(position);
+                    mTemplateRecords::FieldToGripRecord(*m_record, f.grip);
                     emit(this->*f.scrollEvent)();
                 });
             });
@@ -193,7 +194,7 @@ void cifSetsTemplate::connectControls()
                         return;
                     (m_record.get()->*f.set)(checked);
                     if (f.grip)
-                        f.grip(checked);
+                        mTemplateRecords::FieldToGripRecord(*m_record, *f.grip);
                     emit(this->*f.event)();
                 });
             });
@@ -210,7 +211,7 @@ void cifSetsTemplate::connectControls()
                     const qint32 code = box->itemData(index).toInt();
                     (m_record.get()->*f.set)(code);
                     if (f.grip)
-                        f.grip(code);
+                        mTemplateRecords::FieldToGripRecord(*m_record, *f.grip);
                     emit(this->*f.event)();
                 });
             });
@@ -262,7 +263,7 @@ void cifSetsTemplate::fill()
         const qint32 value = (record.*f.get)();
         if (QLineEdit* text = m_controls.*(f.text)) {
             text->setText(QString::number(value));
-            f.grip(value);
+            mTemplateRecords::FieldToGripRecord(record, f.grip);
         }
         // A stored value outside the slider's range leaves the slider at its nearest end; only a
         // typed one is refused.
@@ -275,7 +276,7 @@ void cifSetsTemplate::fill()
         if (QCheckBox* box = m_controls.*(f.box)) {
             box->setChecked((record.*f.get)());
             if (f.grip)
-                f.grip((record.*f.get)());
+                mTemplateRecords::FieldToGripRecord(record, *f.grip);
         }
     }
     for (const ModeField& f : modeFields()) {
@@ -284,7 +285,7 @@ void cifSetsTemplate::fill()
             if (index >= 0)
                 box->setCurrentIndex(index);
             if (f.grip)
-                f.grip((record.*f.get)());
+                mTemplateRecords::FieldToGripRecord(record, *f.grip);
         }
     }
     if (m_controls.dtpdtDate)

@@ -78,16 +78,6 @@ public:
     void MoveControlsToOptions();
     void MoveControlsToHyper();
 
-    // ---- transfers (get a record and show it; put a record) -------------------------------
-    void InitDLTiming();
-    void InitCounters();
-    void InitDLCountDownTimers();
-    void InitBatteryIndicator();
-    void InitDLOptions();
-    void InitDLHyper();
-    void InitULOptions();
-    void InitULHyper();
-
     // ---- the status bar, for the user-interface services ------------------------------------
     // Panels from 1: the library file, the grip's firmware version, the current step, and the
     // panel the progress bar covers.
@@ -198,11 +188,22 @@ private:
     static const mFirmwareWorkflows::tCaller kUploadFirmware;
     static const mFirmwareWorkflows::tCaller kDownloadFirmware;
 
-    // The common frame of a grip command: the commands held, wait pointer, the boot-mode check,
-    // the transfers, then the confirmation when confirmations are on and the grip refused
-    // nothing (fTolvaneMan_Commands.cpp). The first form answers whether nothing was refused.
-    bool RunGripCommand(const std::function<void()>& transfers, bool bootModeCheck = true);
-    void RunGripCommand(const QString& confirmation, const std::function<void()>& transfers);
+    // The common frame of a grip command: the commands held, wait pointer, a fresh error record,
+    // the command (the core's get or put with its boot-mode check, or a single exchange), then
+    // the confirmation when confirmations are on and the grip refused nothing
+    // (fTolvaneMan_Commands.cpp). The first form answers whether nothing was refused.
+    bool RunGripCommand(const std::function<void()>& command);
+    void RunGripCommand(const QString& confirmation, const std::function<void()>& command);
+    // The window's part of the core's get and put, transfer by transfer: the loaders below show
+    // each record as soon as it came, and the transfers carry the loaders' names (InitDLTiming,
+    // ..., InitULOptions, InitULHyper) in the error trail (fTolvaneMan_Commands.cpp).
+    class TransferSteps;
+    void InitDLTiming(mGripCommands::Outcome got);
+    void InitCounters(mGripCommands::Outcome got);
+    void InitDLCountDownTimers(mGripCommands::Outcome got);
+    void InitBatteryIndicator(mGripCommands::Outcome got);
+    void InitDLOptions(mGripCommands::Outcome got);
+    void InitDLHyper(mGripCommands::Outcome got);
     // A refusal of the grip, said in the status bar until the next grip command.
     void ShowRefusal();
     void ClearRefusal();

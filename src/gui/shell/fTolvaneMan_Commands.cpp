@@ -1,5 +1,6 @@
 // The main window's grip commands: the tool buttons and menu items, the common frame of a grip
-// command, and the loaders that get a record from the grip and show it.
+// command, the window's part of the core's gets and puts, and the loaders that show a record the
+// core has just got from the grip.
 #include "gui/shell/fTolvaneMan.h"
 
 #include "grip/cBattery.h"
@@ -14,6 +15,7 @@
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
 #include "link/cError.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
@@ -21,6 +23,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <optional>
 
 using mGripCommands::Direction;
 using mGripCommands::GripRecord;
@@ -29,12 +32,6 @@ using mMain::Application;
 
 namespace {
 
-// A negative answer of the grip ends the transfer quietly; the command goes on.
-bool transfer(GripRecord record, Direction direction)
-{
-    return mGripCommands::TransferRecord(record, direction) != Outcome::Refused;
-}
-
 bool gripRefused()
 {
     return GripError().ErrorCode() != cError::NoError;
@@ -42,28 +39,93 @@ bool gripRefused()
 
 } // namespace
 
+// ---- the window's part of a get or put -------------------------------------------------------
+
+// Follows the core's get and put transfer by transfer. Each transfer carries the name of the
+// window's loader in the error trail, as it always has (none: the handler's own frame holds it),
+// runs the window's work just before the exchange and its loader, which shows the record, right
+// after it, before the next record is exchanged.
+class fTolvaneMan::TransferSteps : public mGripCommands::cTransferObserver {
+public:
+    explicit TransferSteps(fTolvaneMan& window) : m_window(window) {}
+
+    // The handler (or ActivateTools) that runs the command frames it already.
+    std::optional<ErrorFrame> CommandFrame(const ErrorFrame&) const override { return std::nullopt; }
+
+    std::optional<ErrorFrame> TransferFrame(GripRecord record, Direction direction) const override
+    {
+        const Step* step = find(record, direction);
+        if (!step || !step->procedure)
+            return std::nullopt;
+        return ErrorFrame{kForm, kRevision, QLatin1String(step->procedure)};
+    }
+
+    void TransferStarting(GripRecord record, Direction direction) override
+    {
+        const Step* step = find(record, direction);
+        if (step && step->before)
+            (m_window.*step->before)();
+    }
+
+    void TransferEnded(const mGripCommands::Transfer& transfer) override
+    {
+        const Step* step = find(transfer.record, transfer.direction);
+        if (step && step->loader)
+            (m_window.*step->loader)(transfer.outcome);
+    }
+
+private:
+    struct Step {
+        GripRecord record;
+        Direction direction;
+        const char* procedure;
+        void (fTolvaneMan::*before)();
+        void (fTolvaneMan::*loader)(Outcome);
+    };
+
+    static const Step* find(GripRecord record, Direction direction)
+    {
+        // The timing and the game timer are put as the binder left their records; the option and
+        // ramping boxes go into their records just before theirs are put.
+        static const Step steps[] = {
+            {GripRecord::Timing, Direction::Get, "InitDLTiming", nullptr, &fTolvaneMan::InitDLTiming},
+            {GripRecord::Counters, Direction::Get, "InitCounters", nullptr, &fTolvaneMan::InitCounters},
+            {GripRecord::GameTimer, Direction::Get, "InitDLCountDownTimers", nullptr, &fTolvaneMan::InitDLCountDownTimers},
+            {GripRecord::Battery, Direction::Get, "InitBatteryIndicator", nullptr, &fTolvaneMan::InitBatteryIndicator},
+            {GripRecord::Options, Direction::Get, "InitDLOptions", nullptr, &fTolvaneMan::InitDLOptions},
+            {GripRecord::Ramping, Direction::Get, "InitDLHyper", nullptr, &fTolvaneMan::InitDLHyper},
+            {GripRecord::Options, Direction::Put, "InitULOptions", &fTolvaneMan::MoveControlsToOptions, nullptr},
+            {GripRecord::Ramping, Direction::Put, "InitULHyper", &fTolvaneMan::MoveControlsToHyper, nullptr},
+        };
+        for (const Step& step : steps)
+            if (step.record == record && step.direction == direction)
+                return &step;
+        return nullptr;
+    }
+
+    fTolvaneMan& m_window;
+};
+
 // ---- the frame -------------------------------------------------------------------------------
 
-bool fTolvaneMan::RunGripCommand(const std::function<void()>& transfers, bool bootModeCheck)
+bool fTolvaneMan::RunGripCommand(const std::function<void()>& command)
 {
     GripCommandScope hold(*this);
     ClearRefusal();
     WaitPointerScope wait;
     GripError().Clear();
-    if (bootModeCheck)
-        mGripCommands::StartProgramIfInBootMode();
-    transfers();
+    command();
     if (!gripRefused())
         return true;
     ShowRefusal();
     return false;
 }
 
-void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::function<void()>& transfers)
+void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::function<void()>& command)
 {
     // Unlike the classic program, a command the grip refused is not confirmed: a player must not
     // be told that settings were put when they were not. The status bar says it was refused.
-    if (RunGripCommand(transfers) && Application().RegistrySettings().ShowConfirmComm())
+    if (RunGripCommand(command) && Application().RegistrySettings().ShowConfirmComm())
         mMain::ShowConfirm(confirmation);
 }
 
@@ -103,12 +165,8 @@ void fTolvaneMan::ActivateTools(int index)
         switch (index) {
         case 0:
             RunGripCommand(tr("Timinginformation, Countdowntimers, Counters and Batteryinformation were fetched."), [&] {
-                InitDLTiming();
-                InitCounters();
-                InitDLCountDownTimers();
-                InitBatteryIndicator();
-                InitDLOptions();
-                InitDLHyper();
+                TransferSteps steps(*this);
+                mGripCommands::GetAll(&steps);
                 UpdateState();
                 SetVersionStatus();
                 mIFSettings->Refresh();
@@ -117,10 +175,9 @@ void fTolvaneMan::ActivateTools(int index)
         case 1:
             CheckPut({GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
             RunGripCommand(tr("Timinginformation and Countdowntimers were put."), [&] {
-                transfer(GripRecord::Timing, Direction::Put);
-                transfer(GripRecord::GameTimer, Direction::Put);
-                InitULOptions();
-                InitULHyper();
+                // PutAll checks the records again; they hold what was checked above.
+                TransferSteps steps(*this);
+                mGripCommands::PutAll(&steps);
                 SetVersionStatus();
             });
             break;
@@ -201,7 +258,10 @@ void fTolvaneMan::mnuAbout_Click()
 void fTolvaneMan::mnuDLTiming_Click()
 {
     Handle(QStringLiteral("mnuDLTiming_Click"), [&] {
-        RunGripCommand(tr("Timinginformation was fetched."), [&] { InitDLTiming(); });
+        RunGripCommand(tr("Timinginformation was fetched."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::GetRecord(GripRecord::Timing, &steps);
+        });
     });
 }
 
@@ -209,21 +269,30 @@ void fTolvaneMan::mnuULTiming_Click()
 {
     Handle(QStringLiteral("mnuULTiming_Click"), [&] {
         CheckPut({GripRecord::Timing});
-        RunGripCommand(tr("Timinginformation was put."), [&] { transfer(GripRecord::Timing, Direction::Put); });
+        RunGripCommand(tr("Timinginformation was put."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::PutRecord(GripRecord::Timing, &steps);
+        });
     });
 }
 
 void fTolvaneMan::mnuDLCounters_Click()
 {
     Handle(QStringLiteral("mnuDLCounters_Click"), [&] {
-        RunGripCommand(tr("Counters were fetched."), [&] { InitCounters(); });
+        RunGripCommand(tr("Counters were fetched."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::GetRecord(GripRecord::Counters, &steps);
+        });
     });
 }
 
 void fTolvaneMan::mnuDLBattery_Click()
 {
     Handle(QStringLiteral("mnuDLBattery_Click"), [&] {
-        RunGripCommand(tr("Batteryinformation was fetched."), [&] { InitBatteryIndicator(); });
+        RunGripCommand(tr("Batteryinformation was fetched."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::GetRecord(GripRecord::Battery, &steps);
+        });
     });
 }
 
@@ -231,7 +300,7 @@ void fTolvaneMan::mnuDLGunInfo_Click()
 {
     Handle(QStringLiteral("mnuDLGunInfo_Click"), [&] {
         // No boot-mode check before the gun information, and no confirmation after it.
-        RunGripCommand([] { GunInfo().Download(); }, false);
+        RunGripCommand([] { GunInfo().Download(); });
         SetVersionStatus();
     });
 }
@@ -239,7 +308,10 @@ void fTolvaneMan::mnuDLGunInfo_Click()
 void fTolvaneMan::mnuDLGameTimers_Click()
 {
     Handle(QStringLiteral("mnuDLGameTimers_Click"), [&] {
-        RunGripCommand(tr("Countdowntimers were fetched."), [&] { InitDLCountDownTimers(); });
+        RunGripCommand(tr("Countdowntimers were fetched."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::GetRecord(GripRecord::GameTimer, &steps);
+        });
     });
 }
 
@@ -247,7 +319,10 @@ void fTolvaneMan::mnuULGameTimers_Click()
 {
     Handle(QStringLiteral("mnuULGameTimers_Click"), [&] {
         CheckPut({GripRecord::GameTimer});
-        RunGripCommand(tr("Countdowntimers were put."), [&] { transfer(GripRecord::GameTimer, Direction::Put); });
+        RunGripCommand(tr("Countdowntimers were put."), [&] {
+            TransferSteps steps(*this);
+            mGripCommands::PutRecord(GripRecord::GameTimer, &steps);
+        });
     });
 }
 
@@ -279,6 +354,7 @@ void fTolvaneMan::cmdReset_Click(int index)
     Handle(QStringLiteral("cmdReset_Click(%1)").arg(index), [&] {
         const QString shown = txtCounters[index]->text();
         const bool reset = RunGripCommand([&] {
+            mGripCommands::StartProgramIfInBootMode();
             txtCounters[index]->setText(QStringLiteral("0"));
             mGripCommands::ResetCounterTransfer(static_cast<quint8>(index + 1));
         });
@@ -291,7 +367,7 @@ void fTolvaneMan::cmdReset_Click(int index)
     });
 }
 
-// ---- loaders -----------------------------------------------------------------------------------
+// ---- before a put, and after any command ------------------------------------------------------
 
 void fTolvaneMan::CheckPut(const QList<mGripCommands::GripRecord>& records)
 {
@@ -312,100 +388,59 @@ void fTolvaneMan::SetVersionStatus()
     });
 }
 
-void fTolvaneMan::InitDLTiming()
+// ---- loaders: the record just got from the grip, shown -----------------------------------------
+// A refused get left the record as it was: its loader copies and shows nothing.
+
+void fTolvaneMan::InitDLTiming(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitDLTiming"), [&] {
-        // A refused download copies nothing and leaves the setting's state as it was.
-        if (!transfer(GripRecord::Timing, Direction::Get))
-            return;
-        if (const auto setting = ActiveSetting()) {
-            const cSettings& timing = TimingRecord();
-            setting->setlShotTime(timing.ShotTime());
-            setting->setlDwellTime(timing.Dwelltime());
-            setting->setlCycleTimeOpen(timing.CycleTimeOpen());
-            setting->setlLoadTime(timing.LoadTime());
-            setting->setlCycleTimeClose(timing.CycleTimeClose());
-            setting->setlFiringMode(timing.FiringMode());
-        }
-        // What came from the grip is shown read-only.
-        mIFSettings->Refresh();
-        setIsTemplate(false);
-    });
+    if (got == Outcome::Refused)
+        return; // and the setting stays what it was, a template or not
+    if (const auto setting = ActiveSetting())
+        mTemplateRecords::TimingToTemplate(TimingRecord(), *setting);
+    // What came from the grip is shown read-only.
+    mIFSettings->Refresh();
+    setIsTemplate(false);
 }
 
-void fTolvaneMan::InitCounters()
+void fTolvaneMan::InitCounters(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitCounters"), [&] {
-        if (!transfer(GripRecord::Counters, Direction::Get))
-            return;
-        const cCounters& counters = CountersRecord();
-        txtCounters[0]->setText(QString::number(counters.Counter1()));
-        txtCounters[1]->setText(QString::number(counters.Counter2()));
-        txtCounters[2]->setText(QString::number(counters.Total()));
-    });
+    if (got == Outcome::Refused)
+        return;
+    const cCounters& counters = CountersRecord();
+    txtCounters[0]->setText(QString::number(counters.Counter1()));
+    txtCounters[1]->setText(QString::number(counters.Counter2()));
+    txtCounters[2]->setText(QString::number(counters.Total()));
 }
 
-void fTolvaneMan::InitDLCountDownTimers()
+void fTolvaneMan::InitDLCountDownTimers(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitDLCountDownTimers"), [&] {
-        if (!transfer(GripRecord::GameTimer, Direction::Get))
-            return;
-        if (const auto setting = ActiveSetting()) {
-            const cCountdownTimer& timer = CountdownTimerRecord();
-            setting->setlGameTime(timer.CountDownTimer());
-            setting->setbAlertOne(timer.PreAlert1On());
-            setting->setlAlertOne(timer.PreAlert1Time());
-            setting->setbAlertTwo(timer.PreAlert2On());
-            setting->setlAlertTwo(timer.PreAlert2Time());
-        }
-        mIFSettings->Refresh();
-    });
+    if (got == Outcome::Refused)
+        return;
+    if (const auto setting = ActiveSetting())
+        mTemplateRecords::GameTimerToTemplate(CountdownTimerRecord(), *setting);
+    mIFSettings->Refresh();
 }
 
-void fTolvaneMan::InitBatteryIndicator()
+void fTolvaneMan::InitBatteryIndicator(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitBatteryIndicator"), [&] {
-        if (!transfer(GripRecord::Battery, Direction::Get))
-            return;
-        ucIProgress1->setValue(qRound(BatteryRecord().VoltageLevel() * 100.0));
-    });
+    if (got == Outcome::Refused)
+        return;
+    ucIProgress1->setValue(qRound(BatteryRecord().VoltageLevel() * 100.0));
 }
 
-void fTolvaneMan::InitDLOptions()
+// A firmware without options or ramping exchanges neither; the loaders show what the records
+// hold all the same.
+void fTolvaneMan::InitDLOptions(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitDLOptions"), [&] {
-        if (!transfer(GripRecord::Options, Direction::Get))
-            return;
-        SetupOptionsData();
-    });
+    if (got == Outcome::Refused)
+        return;
+    SetupOptionsData();
 }
 
-void fTolvaneMan::InitULOptions()
+void fTolvaneMan::InitDLHyper(Outcome got)
 {
-    PassErrors(kForm, kRevision, QStringLiteral("InitULOptions"), [&] {
-        MoveControlsToOptions();
-        transfer(GripRecord::Options, Direction::Put);
-    });
-}
-
-void fTolvaneMan::InitDLHyper()
-{
-    PassErrors(kForm, kRevision, QStringLiteral("InitDLHyper"), [&] {
-        if (!transfer(GripRecord::Ramping, Direction::Get))
-            return;
-        if (const auto setting = ActiveSetting()) {
-            cHyper& ramping = HyperRecord();
-            setting->setlShots(ramping.Shots());
-            setting->setlHyperTime(ramping.HyperTime());
-            setting->setlHyperMode(ramping.HyperMode());
-        }
-    });
-}
-
-void fTolvaneMan::InitULHyper()
-{
-    PassErrors(kForm, kRevision, QStringLiteral("InitULHyper"), [&] {
-        MoveControlsToHyper();
-        transfer(GripRecord::Ramping, Direction::Put);
-    });
+    if (got == Outcome::Refused)
+        return;
+    if (const auto setting = ActiveSetting())
+        mTemplateRecords::RampingToTemplate(HyperRecord(), *setting);
 }

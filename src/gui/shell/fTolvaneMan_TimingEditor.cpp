@@ -13,6 +13,7 @@
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/widgets/UpDown.h"
 #include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
 #include "shell/mMain.h"
 
 #include <QCheckBox>
@@ -243,13 +244,7 @@ void fTolvaneMan::SetDefaultSettings()
             setting->setbCTCLikeCTO(false);
             setting->setbExpertMode(false);
             // A fresh timing record holds its initial values, not its defaults: kept so.
-            const cSettings fresh;
-            setting->setlCycleTimeClose(fresh.CycleTimeClose());
-            setting->setlCycleTimeOpen(fresh.CycleTimeOpen());
-            setting->setlDwellTime(fresh.Dwelltime());
-            setting->setlLoadTime(fresh.LoadTime());
-            setting->setlShotTime(fresh.ShotTime());
-            setting->setlFiringMode(fresh.FiringMode());
+            mTemplateRecords::TimingToTemplate(cSettings(), *setting);
         }
         mIFSettings->Refresh();
         UpdateState();
@@ -269,12 +264,8 @@ void fTolvaneMan::SetDefaultSettings()
         SetupOptionsData();
 
         ResetHyperRecord();
-        if (setting) {
-            cHyper& ramping = HyperRecord();
-            setting->setlShots(ramping.Shots());
-            setting->setlHyperTime(ramping.HyperTime());
-            setting->setlHyperMode(ramping.HyperMode());
-        }
+        if (setting)
+            mTemplateRecords::RampingToTemplate(HyperRecord(), *setting);
         UpdateState();
     });
 }

@@ -1,0 +1,191 @@
+// What a setting shares with the grip's records: which field of which record each of its fields
+// is copied from and into, that a copy touches nothing else, and that the records' own rules
+// apply on the way in.
+#include "GripTestSupport.h"
+
+#include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
+
+#include <QtTest>
+
+using namespace griptest;
+using mTemplateRecords::tField;
+
+namespace {
+
+// The shared fields of a setting as text, by record: timing (close, open, dwell, load, shot,
+// firing mode) / game timer (game time, alert one on, its time, alert two on, its time) /
+// ramping (shots, ramping time, ramping mode).
+QString sharedFields(const cSetsTemplate& s)
+{
+    const QList<QList<qint32>> groups = {
+        {s.lCycleTimeClose(), s.lCycleTimeOpen(), s.lDwellTime(), s.lLoadTime(), s.lShotTime(), s.lFiringMode()},
+        {s.lGameTime(), s.bAlertOne(), s.lAlertOne(), s.bAlertTwo(), s.lAlertTwo()},
+        {s.lShots(), s.lHyperTime(), s.lHyperMode()},
+    };
+    QStringList text;
+    for (const QList<qint32>& group : groups) {
+        QStringList words;
+        for (const qint32 value : group)
+            words.append(QString::number(value));
+        text.append(words.join(QLatin1Char(' ')));
+    }
+    return text.join(QStringLiteral(" / "));
+}
+
+void setSharedFields(cSetsTemplate& s, const QString& text)
+{
+    QList<qint32> v;
+    for (const QString& word : QString(text).remove(QStringLiteral("/ ")).split(QLatin1Char(' ')))
+        v.append(word.toInt());
+    s.setlCycleTimeClose(v[0]); s.setlCycleTimeOpen(v[1]); s.setlDwellTime(v[2]); s.setlLoadTime(v[3]);
+    s.setlShotTime(v[4]); s.setlFiringMode(v[5]);
+    s.setlGameTime(v[6]); s.setbAlertOne(v[7]); s.setlAlertOne(v[8]); s.setbAlertTwo(v[9]); s.setlAlertTwo(v[10]);
+    s.setlShots(v[11]); s.setlHyperTime(v[12]); s.setlHyperMode(v[13]);
+}
+
+// The fields no record carries, which a copy must leave alone.
+QString ownFields(const cSetsTemplate& s)
+{
+    return QStringLiteral("%1 %2 %3 %4").arg(int(s.bCTCLikeCTO())).arg(int(s.bExpertMode())).arg(s.sName(), s.dtDate().toString(Qt::ISODate));
+}
+
+cSetsTemplate& markedSetting(cSetsTemplate& s, const QString& shared)
+{
+    setSharedFields(s, shared);
+    s.setbCTCLikeCTO(true);
+    s.setbExpertMode(true);
+    s.setsName(QStringLiteral("Field day"));
+    s.setdtDate(QDateTime(QDate(2024, 5, 6), QTime(7, 8)));
+    return s;
+}
+
+const QString kSetting = QStringLiteral("101 102 103 104 105 106 / 107 1 108 0 109 / 110 111 112");
+
+} // namespace
+
+class tst_templateRecords : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { resetRecords(); }
+
+    void aRecordIntoTheSetting_data()
+    {
+        QTest::addColumn<GripRecord>("record");
+        QTest::addColumn<QString>("values");  // the record's, as fields() shows them; empty: as made
+        QTest::addColumn<QString>("setting"); // the shared fields afterwards
+        QTest::newRow("timing") << GripRecord::Timing << "12 9 31 40 29 6"
+                                << "29 31 9 40 12 6 / 107 1 108 0 109 / 110 111 112";
+        // A new setting and "Default settings" take a fresh record's values, not its defaults.
+        QTest::newRow("fresh timing") << GripRecord::Timing << "" << "0 0 0 0 0 0 / 107 1 108 0 109 / 110 111 112";
+        QTest::newRow("game timer") << GripRecord::GameTimer << "15 0 300 1 60"
+                                    << "101 102 103 104 105 106 / 15 0 300 1 60 / 110 111 112";
+        QTest::newRow("ramping") << GripRecord::Ramping << "7 120 4" << "101 102 103 104 105 106 / 107 1 108 0 109 / 7 120 4";
+        // The ramping record answers what the preferences hold, or its defaults.
+        QTest::newRow("fresh ramping") << GripRecord::Ramping << "" << "101 102 103 104 105 106 / 107 1 108 0 109 / 3 100 1";
+    }
+    void aRecordIntoTheSetting()
+    {
+        QFETCH(GripRecord, record);
+        QFETCH(QString, values);
+        QFETCH(QString, setting);
+        if (!values.isEmpty())
+            setFields(record, values);
+        cSetsTemplate s;
+        markedSetting(s, kSetting);
+        const QString own = ownFields(s);
+        const QString recordBefore = fields(record);
+        switch (record) {
+        case GripRecord::Timing: mTemplateRecords::TimingToTemplate(TimingRecord(), s); break;
+        case GripRecord::GameTimer: mTemplateRecords::GameTimerToTemplate(CountdownTimerRecord(), s); break;
+        case GripRecord::Ramping: mTemplateRecords::RampingToTemplate(HyperRecord(), s); break;
+        default: QFAIL("no such copy");
+        }
+        QCOMPARE(sharedFields(s), setting);
+        QCOMPARE(ownFields(s), own);
+        QCOMPARE(fields(record), recordBefore);
+    }
+
+    void theSettingIntoARecord_data()
+    {
+        QTest::addColumn<GripRecord>("record");
+        QTest::addColumn<QString>("setting");
+        QTest::addColumn<QString>("values"); // the record's afterwards, as fields() shows them
+        QTest::newRow("timing") << GripRecord::Timing << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "12 9 31 40 29 6";
+        QTest::newRow("game timer") << GripRecord::GameTimer << "29 31 9 40 12 6 / 15 0 300 1 60 / 7 120 4" << "15 0 300 1 60";
+        QTest::newRow("ramping") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "7 120 4";
+        // The record's range rules apply: shots and ramping time out of 1..255 become 3 and 100.
+        QTest::newRow("ramping out of range") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 0 256 0" << "3 100 0";
+    }
+    void theSettingIntoARecord()
+    {
+        QFETCH(GripRecord, record);
+        QFETCH(QString, setting);
+        QFETCH(QString, values);
+        const QList<GripRecord> carriers = {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Ramping};
+        setFields(GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
+        setFields(GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
+        setFields(GripRecord::Ramping, QStringLiteral("8 9 10"));
+        QStringList before;
+        for (const GripRecord r : carriers)
+            before << fields(r);
+        cSetsTemplate s;
+        markedSetting(s, setting);
+        switch (record) {
+        case GripRecord::Timing: mTemplateRecords::TemplateToTiming(s, TimingRecord()); break;
+        case GripRecord::GameTimer: mTemplateRecords::TemplateToGameTimer(s, CountdownTimerRecord()); break;
+        case GripRecord::Ramping: mTemplateRecords::TemplateToRamping(s, HyperRecord()); break;
+        default: QFAIL("no such copy");
+        }
+        for (qsizetype i = 0; i < carriers.size(); ++i)
+            QCOMPARE(fields(carriers[i]), carriers[i] == record ? values : before[i]);
+        QCOMPARE(sharedFields(s), setting); // the setting is only read
+    }
+
+    void oneFieldIntoTheGripsRecord_data()
+    {
+        QTest::addColumn<tField>("field");
+        QTest::addColumn<QString>("records"); // timing | game timer | ramping afterwards
+        // Before: timing 1 2 3 4 5 0, game timer 5 0 6 0 7, ramping 8 9 10; the setting holds
+        // other values in every field, so each row shows the one place its field goes.
+        QTest::newRow("lShotTime") << tField::lShotTime << "12 2 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lDwellTime") << tField::lDwellTime << "1 9 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lCycleTimeOpen") << tField::lCycleTimeOpen << "1 2 31 4 5 0 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lLoadTime") << tField::lLoadTime << "1 2 3 40 5 0 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lCycleTimeClose") << tField::lCycleTimeClose << "1 2 3 4 29 0 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lFiringMode") << tField::lFiringMode << "1 2 3 4 5 6 | 5 0 6 0 7 | 8 9 10";
+        QTest::newRow("lGameTime") << tField::lGameTime << "1 2 3 4 5 0 | 15 0 6 0 7 | 8 9 10";
+        QTest::newRow("bAlertOne") << tField::bAlertOne << "1 2 3 4 5 0 | 5 1 6 0 7 | 8 9 10";
+        QTest::newRow("lAlertOne") << tField::lAlertOne << "1 2 3 4 5 0 | 5 0 300 0 7 | 8 9 10";
+        QTest::newRow("bAlertTwo") << tField::bAlertTwo << "1 2 3 4 5 0 | 5 0 6 1 7 | 8 9 10";
+        QTest::newRow("lAlertTwo") << tField::lAlertTwo << "1 2 3 4 5 0 | 5 0 6 0 60 | 8 9 10";
+        QTest::newRow("lShots") << tField::lShots << "1 2 3 4 5 0 | 5 0 6 0 7 | 7 9 10";
+        QTest::newRow("lHyperTime") << tField::lHyperTime << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 120 10";
+        QTest::newRow("lHyperMode") << tField::lHyperMode << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 9 4";
+    }
+    void oneFieldIntoTheGripsRecord()
+    {
+        QFETCH(tField, field);
+        QFETCH(QString, records);
+        setFields(GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
+        setFields(GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
+        setFields(GripRecord::Ramping, QStringLiteral("8 9 10"));
+        cSetsTemplate s;
+        markedSetting(s, QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4"));
+        mTemplateRecords::FieldToGripRecord(s, field);
+        QCOMPARE(QStringList({fields(GripRecord::Timing), fields(GripRecord::GameTimer), fields(GripRecord::Ramping)})
+                     .join(QStringLiteral(" | ")),
+                 records);
+    }
+
+    void aNewSettingStartsFromAFreshTimingRecord()
+    {
+        // The grip's global timing record holds other values: a new setting does not take them.
+        setFields(GripRecord::Timing, QStringLiteral("12 9 31 40 29 6"));
+        cSetsTemplate s;
+        QCOMPARE(sharedFields(s), QStringLiteral("0 0 0 0 0 0 / 10 0 1 0 1 / 0 0 0"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_templateRecords)
+#include "tst_templateRecords.moc"
