@@ -23,6 +23,8 @@ private slots:
     void lz();
     void frameBytes_data();
     void frameBytes();
+    void frameByte_data();
+    void frameByte();
     void checksum_data();
     void checksum();
 };
@@ -176,6 +178,31 @@ void tst_mAppFunc::frameBytes()
         QVERIFY(bytes.isEmpty());
         QCOMPARE(e.Number(), mErrCodes::RT_INVALID_CALL);
     }
+}
+
+void tst_mAppFunc::frameByte_data()
+{
+    QTest::addColumn<QByteArray>("frame");
+    QTest::addColumn<int>("n");
+    QTest::addColumn<int>("value");
+    const QByteArray command = QByteArray::fromHex("1400EC");
+    QTest::newRow("first byte") << command << 1 << 0x14;
+    QTest::newRow("middle byte") << command << 2 << 0x00;
+    QTest::newRow("check byte, high bit set") << command << 3 << 0xEC;
+    QTest::newRow("past the end") << command << 4 << 0;
+    QTest::newRow("far past the end") << command << 400 << 0;
+    QTest::newRow("position zero") << command << 0 << 0;
+    QTest::newRow("negative position") << command << -1 << 0;
+    QTest::newRow("empty frame") << QByteArray() << 1 << 0;
+    QTest::newRow("255") << QByteArray("\xFF") << 1 << 255;
+}
+
+void tst_mAppFunc::frameByte()
+{
+    QFETCH(QByteArray, frame);
+    QFETCH(int, n);
+    QFETCH(int, value);
+    QCOMPARE(int(FrameByte(frame, n)), value);
 }
 
 void tst_mAppFunc::checksum_data()

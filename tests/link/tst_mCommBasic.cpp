@@ -4,6 +4,7 @@
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/cLink.h"
+#include "link/cLinkSettings.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mLinkHelp.h"
@@ -26,6 +27,23 @@ QByteArray command(char code) { return QByteArray(1, code); }
 
 using Outcome = cLink::Outcome;
 
+// Settings that the test changes between exchanges.
+class ChangingSettings : public cLinkSettings {
+public:
+    QString device;
+    qint32 port = 1;
+    QString line = QStringLiteral("9600,N,8,1");
+    qint32 inputMode = cCommControl::InputModeBinary;
+
+    QString CommDevice() const override { return device; }
+    qint32 CommPort() const override { return port; }
+    QString CommSettings() const override { return line; }
+    qint32 CommInputMode() const override { return inputMode; }
+    bool CommLogToFile() const override { return false; }
+    bool CommLogToConsole() const override { return false; }
+    QString CommLogFile() const override { return QString(); }
+};
+
 const QByteArray kTimingReport = framed(QStringLiteral("440A0A1E231C000A0A1E231C00"));
 
 } // namespace
@@ -47,6 +65,8 @@ private slots:
     void busyGuardRefusesSecondExchange();
     void portFailureGivesEmptyReport();
     void tooShortCommand();
+    void settingsAreAskedAtEveryOpening_data();
+    void settingsAreAskedAtEveryOpening();
 
 private:
     std::unique_ptr<TestLink> link;
@@ -208,9 +228,56 @@ void tst_mCommBasic::tooShortCommand()
         QCOMPARE(e.Number(), mErrCodes::ERR_NOT_ENOUGH_DATA);
         QCOMPARE(e.Source(), QStringLiteral("CommHexData"));
         QCOMPARE(e.Description(), QStringLiteral("There were not enough data in the communication input."));
+        QCOMPARE(e.Trail().first().module + '.' + e.Trail().first().procedure, QStringLiteral("mCommBasic.CommHexData"));
     }
     QVERIFY(!link->link.CommBusy());
     QCOMPARE(link->port.opens, 0);
+}
+
+void tst_mCommBasic::settingsAreAskedAtEveryOpening_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    QTest::newRow("device") << "device" << "/dev/ttyUSB0" << "sim";
+    QTest::newRow("no device: the port number") << "device" << "sim" << "";
+    QTest::newRow("port number") << "port" << "1" << "4";
+    QTest::newRow("line settings") << "line" << "9600,N,8,1" << "19200,E,7,2";
+    QTest::newRow("input mode") << "inputMode" << "1" << "0";
+}
+
+void tst_mCommBasic::settingsAreAskedAtEveryOpening()
+{
+    QFETCH(QString, setting);
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    // What a change in the options does: the next exchange opens the port with the new value.
+    ChangingSettings settings;
+    cLink changing(&link->port, settings);
+    changing.SetSleepFunction([](qint32) {});
+    link->port.setResponder([](const QByteArray&) { return kTimingReport; });
+    const auto set = [&](const QString& value) {
+        if (setting == QLatin1String("device"))
+            settings.device = value;
+        else if (setting == QLatin1String("port"))
+            settings.port = value.toInt();
+        else if (setting == QLatin1String("line"))
+            settings.line = value;
+        else
+            settings.inputMode = value.toInt();
+    };
+    const auto used = [&] {
+        const FakeCommPort& port = link->port;
+        return setting == QLatin1String("device") ? port.device()
+               : setting == QLatin1String("port") ? QString::number(port.CommPort())
+               : setting == QLatin1String("line") ? port.Settings()
+                                                  : QString::number(port.InputMode());
+    };
+    for (const QString& value : {first, second}) {
+        set(value);
+        QCOMPARE(changing.CommHexData(command(0x14), true), kTimingReport);
+        QCOMPARE(used(), value);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_mCommBasic)

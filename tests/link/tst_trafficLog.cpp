@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <QtTest>
 
 namespace {
@@ -39,6 +40,8 @@ private slots:
     void fileGetsEveryWriteAndRead();
     void unwritableLogNeverDisturbs();
     void consoleGetsEntries();
+    void aChangedSwitchAppliesToTheNextEntry_data();
+    void aChangedSwitchAppliesToTheNextEntry();
 
 private:
     std::unique_ptr<TestLink> link;
@@ -68,6 +71,8 @@ void tst_trafficLog::entryFormat_data()
                              << "Sending data\r\n  dec: [20,0,236]\r\n  hex:   [1400EC]";
     QTest::newRow("one byte") << QByteArray("\x41") << "Receiving data" << "Receiving data\r\n  dec: [65]\r\n  hex:   [41]";
     QTest::newRow("nothing read") << QByteArray() << "Receiving data" << "Receiving data\r\n  dec: []\r\n  hex:   []";
+    QTest::newRow("every digit upper case, zeros kept") << QByteArray::fromHex("00ABCDEF0A") << "Sending data"
+                                                        << "Sending data\r\n  dec: [0,171,205,239,10]\r\n  hex:   [00ABCDEF0A]";
 }
 
 void tst_trafficLog::entryFormat()
@@ -126,6 +131,49 @@ void tst_trafficLog::consoleGetsEntries()
     QCOMPARE(RecordingConsole::entries.size(), 8);
     QVERIFY(RecordingConsole::entries.first().endsWith(QStringLiteral("Sending data\r\n  dec: [17]\r\n  hex:   [11]")));
     QVERIFY(!QFile::exists(logPath()));
+}
+
+void tst_trafficLog::aChangedSwitchAppliesToTheNextEntry_data()
+{
+    QTest::addColumn<bool>("file"); // the switch of the file, else of the console
+    QTest::addColumn<bool>("reread"); // changed in the preferences file and read again, else by its setter
+    QTest::newRow("file, set in the options") << true << false;
+    QTest::newRow("console, set in the options") << false << false;
+    QTest::newRow("file, preferences read again") << true << true;
+    QTest::newRow("console, preferences read again") << false << true;
+}
+
+void tst_trafficLog::aChangedSwitchAppliesToTheNextEntry()
+{
+    QFETCH(bool, file);
+    QFETCH(bool, reread);
+    RecordingConsole::entries.clear();
+    link->link.SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
+    const QString key = file ? QStringLiteral("CommLogToFile") : QStringLiteral("CommLogToConsole");
+    const auto set = [&](bool on) {
+        if (reread) {
+            QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"))
+                .setValue(QStringLiteral("Initialize/") + key, on ? QStringLiteral("True") : QStringLiteral("False"));
+            mMain::ReleaseRegistrySettings();
+        } else if (file) {
+            mMain::Application().RegistrySettings().setCommLogToFile(on);
+        } else {
+            mMain::Application().RegistrySettings().setCommLogToConsole(on);
+        }
+    };
+    const auto entries = [&]() -> qsizetype {
+        if (!file)
+            return RecordingConsole::entries.size();
+        QFile log(logPath());
+        return log.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(log.readAll()).count(QStringLiteral(" data\r\n")) : 0;
+    };
+    // Each exchange of the boot-mode query logs four entries: two writes, two reads.
+    const QList<QPair<bool, qsizetype>> steps = {{true, 4}, {false, 4}, {true, 8}};
+    for (const auto& [on, expected] : steps) {
+        set(on);
+        link->link.CommHexData(kBootModeQuery, true);
+        QCOMPARE(entries(), expected);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_trafficLog)
