@@ -1,8 +1,10 @@
 // One exchange against the virtual grip over its pseudo-terminal: the program's turn-around
 // (grip's report to the next command byte), the pause actually made after the code byte, and
 // the CPU the program uses while it waits for a grip that takes 0.8 s to answer.
+#include "link/InstalledLink.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
@@ -54,13 +56,15 @@ int main(int argc, char* argv[])
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     qputenv("MARLO_HOME", home.path().toLocal8Bit());
     cSerialPort port;
-    mCommBasic::objComm = &port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    mCommBasic::SetLink(&link);
     const int rounds = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 30;
 
     {
         auto grip = startGrip(QString());
         for (int i = 0; i < rounds; ++i)
-            mCommBasic::CommHexData(QStringLiteral("11"), true);
+            link.CommHexData(QByteArray("\x11"), true);
         const auto traffic = grip->grip().traffic();
         const double turnaround = median(gripsim::turnaroundsNs(traffic)) / 1e6;
         const QList<qint64> pauses = gripsim::pausesAfterCodeNs(traffic);
@@ -74,14 +78,14 @@ int main(int argc, char* argv[])
         QElapsedTimer wall;
         const double cpuBefore = threadCpuSeconds();
         wall.start();
-        const QString report = mCommBasic::CommHexData(QStringLiteral("11"), true);
+        const QByteArray report = link.CommHexData(QByteArray("\x11"), true);
         const double elapsed = wall.nsecsElapsed() / 1e9;
         const double cpu = threadCpuSeconds() - cpuBefore;
         // The 100 ms pause is a sleep too; the share is over the whole exchange.
         std::printf("CPU while waiting 0.8 s for the grip: %.2f %% of %.3f s (%.1f ms CPU; goal <= 5 %%)%s\n",
                     100.0 * cpu / elapsed, elapsed, cpu * 1e3, report.isEmpty() ? "  [no answer!]" : "");
     }
-    mCommBasic::objComm = nullptr;
+    mCommBasic::SetLink(nullptr);
     mMain::ReleaseApplication();
     return 0;
 }

@@ -10,8 +10,10 @@
 #include "GripFloor.h"
 #include "firmware/mFirmware.h"
 #include "firmware/mFirmwareWorkflows.h"
+#include "link/InstalledLink.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
@@ -102,7 +104,9 @@ int transfers(QTextStream& out, const QString& folder)
         return 1;
     }
     cSerialPort port;
-    mCommBasic::objComm = &port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    mCommBasic::SetLink(&link);
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
     mMain::Application().RegistrySettings().setShowConfirmComm(false);
     QuietUi ui;
@@ -125,7 +129,7 @@ int transfers(QTextStream& out, const QString& folder)
         status = 1;
     }
     mMain::SetUserInterface(nullptr);
-    mCommBasic::objComm = nullptr;
+    mCommBasic::SetLink(nullptr);
     server.stop();
     return status;
 }

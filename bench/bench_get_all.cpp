@@ -3,8 +3,10 @@
 // 100 ms pause after the code byte plus the wire time of command and report, 10 bits a byte).
 #include "GripFloor.h"
 #include "grip/mGripCommands.h"
+#include "link/InstalledLink.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
@@ -39,7 +41,9 @@ int main(int argc, char* argv[])
         return 1;
     gripsim::PtyServer& server = *grip;
     cSerialPort port;
-    mCommBasic::objComm = &port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    mCommBasic::SetLink(&link);
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
 
     QList<double> times;
@@ -58,7 +62,7 @@ int main(int argc, char* argv[])
         out << "bench_get_all: get all failed: " << e.what() << '\n';
         return 1;
     }
-    mCommBasic::objComm = nullptr;
+    mCommBasic::SetLink(nullptr);
     server.stop();
 
     benchfloor::PrintRuns(out, QStringLiteral("bench_get_all: get all"), times, floors, kBaud, kGoal);

@@ -14,7 +14,7 @@
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "library/mDatabase.h"
-#include "link/mCommBasic.h"
+#include "link/cLink.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
@@ -173,13 +173,6 @@ int main(int argc, char* argv[])
         return 1;
     }
     prefs.overrideCommDevice(server.devicePath());
-    // The product's wait after the code byte, timed (the replaced sleep stands in for it).
-    mCommBasic::SetSleepFunction([&ui](qint32 ms) {
-        QElapsedTimer pause;
-        pause.start();
-        ui.waitWithEvents(ms);
-        g_pauses.append(static_cast<double>(pause.nsecsElapsed()) / 1e6);
-    });
     const QString upload = home.filePath(QStringLiteral("upload.tvf"));
     mFirmware::SaveFirmwareFile(upload, fullImage());
 
@@ -187,6 +180,13 @@ int main(int argc, char* argv[])
     {
         fTolvaneMan window;
         window.setCommandLine({});
+        // The product's wait after the code byte, timed (the replaced sleep stands in for it).
+        window.Link().SetSleepFunction([&ui](qint32 ms) {
+            QElapsedTimer pause;
+            pause.start();
+            ui.waitWithEvents(ms);
+            g_pauses.append(static_cast<double>(pause.nsecsElapsed()) / 1e6);
+        });
         window.show();
         QApplication::processEvents();
         StallMeter meter;

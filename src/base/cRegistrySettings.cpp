@@ -100,15 +100,8 @@ T readValue(const QString& section, const QString& key, T def, tUnreadablePrefer
     return value;
 }
 
-// What the layers above install (constant-initialised, so set before any of them registers).
+// What the layer above installs (constant-initialised, so set before it registers).
 bool (*backwardCompatibleUploadAnswer)() = nullptr;
-void (*commLogToFileMirror)(bool) = nullptr;
-
-void mirrorCommLogToFile(bool value)
-{
-    if (commLogToFileMirror)
-        commLogToFileMirror(value);
-}
 
 } // namespace
 
@@ -117,15 +110,9 @@ void cRegistrySettings::SetBackwardCompatibleUploadAnswer(bool (*answer)())
     backwardCompatibleUploadAnswer = answer;
 }
 
-void cRegistrySettings::SetCommLogToFileMirror(void (*mirror)(bool))
-{
-    commLogToFileMirror = mirror;
-}
-
 cRegistrySettings::cRegistrySettings()
 {
     readAll();
-    mirrorCommLogToFile(m_commLogToFile);
 }
 
 QVariant cRegistrySettings::GetSetting(const QString& section, const QString& key, const QVariant& def)
@@ -307,7 +294,6 @@ void cRegistrySettings::setCommInputMode(qint32 value)
 void cRegistrySettings::setCommLogToFile(bool value)
 {
     m_commLogToFile = value;
-    mirrorCommLogToFile(value);
     write(QStringLiteral("CommLogToFile"), BoolText(value));
 }
 

@@ -68,12 +68,9 @@ public:
     void overrideCommDevice(const QString& value) { m_commDevice = value; }
 
     // What the preferences cannot answer themselves, installed by the layer above that can, when
-    // its file is part of the program (a registration as the program starts):
-    // the answer of BackwardCompatibleUpload, from the connected grip's firmware (the grip layer);
+    // its file is part of the program (a registration as the program starts): the answer of
+    // BackwardCompatibleUpload, from the connected grip's firmware (the grip layer).
     static void SetBackwardCompatibleUploadAnswer(bool (*answer)());
-    // who mirrors CommLogToFile (the link's flag): told the value when a preferences object is
-    // made and whenever it is set.
-    static void SetCommLogToFileMirror(void (*mirror)(bool));
 
     // The value stored for BackwardCompatibleUpload (what its getter does not answer).
     bool StoredBackwardCompatibleUpload() const { return m_backwardCompatibleUpload; }

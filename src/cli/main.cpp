@@ -4,8 +4,10 @@
 #include "cli/StderrConsole.h"
 
 #include "base/MarloError.h"
+#include "link/InstalledLink.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/SimDevice.h"
@@ -107,10 +109,16 @@ int main(int argc, char* argv[])
     CliUserInterface ui(out, err);
     mMain::SetUserInterface(&ui);
     mMain::CheckErrorComponent();
-    mCommBasic::SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
     cSerialPort::SetDeviceResolver(SimDevice::Resolve);
     cSerialPort port;
-    mCommBasic::objComm = &port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    link.SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
+    mCommBasic::SetLink(&link);
+    // Uninstalled on every way out, the early ones of wrong usage included.
+    struct UninstallLink {
+        ~UninstallLink() { mCommBasic::SetLink(nullptr); }
+    } uninstallLink;
 
     if (parser.isSet(deviceOption)) {
         const QString device = parser.value(deviceOption);
@@ -148,7 +156,6 @@ int main(int argc, char* argv[])
 
     out.flush();
     err.flush();
-    mCommBasic::objComm = nullptr;
     SimDevice::Stop();
     mMain::ReleaseApplication();
     mMain::SetUserInterface(nullptr);

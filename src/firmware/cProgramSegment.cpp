@@ -3,7 +3,9 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
+#include "link/cLink.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mVersion.h"
@@ -33,9 +35,9 @@ QString exchangeName(const QString& exchange, qint32 address)
 
 // Byte 1 of a block exchange's report: the expected report code answers true; a negative answer
 // is recorded in cError and answers false; anything else raises the exchange's error.
-bool expectedAnswer(const QString& report, qint32 expected, qint32 number, const QString& message)
+bool expectedAnswer(const QByteArray& report, qint32 expected, qint32 number, const QString& message)
 {
-    const qint32 code = GetByteFromHexstring(report, 1);
+    const qint32 code = FrameByte(report, 1);
     if (code == REP_NEGATIVE) {
         GripError().RecordNegativeAnswer(report);
         return false;
@@ -44,16 +46,6 @@ bool expectedAnswer(const QString& report, qint32 expected, qint32 number, const
         RaiseError(number, QString(), message);
     return true;
 }
-
-// The block write supplies its own check byte as the frame's last byte: the link must not
-// append another one for that single exchange.
-class NoChecksumOutScope {
-public:
-    NoChecksumOutScope() { mCommBasic::bNoCRCOut = true; }
-    ~NoChecksumOutScope() { mCommBasic::bNoCRCOut = false; }
-    NoChecksumOutScope(const NoChecksumOutScope&) = delete;
-    NoChecksumOutScope& operator=(const NoChecksumOutScope&) = delete;
-};
 
 } // namespace
 
@@ -73,10 +65,18 @@ void cProgramSegment::setAddress(const QString& address)
     });
 }
 
-void cProgramSegment::setAddress(qint32 address)
+QString cProgramSegment::AddressText() const
 {
-    m_address = address;
-    m_addressText = LZ(4, hexOf(address / 2));
+    return LZ(4, hexOf(m_address / 2));
+}
+
+QByteArray cProgramSegment::addressBytes() const
+{
+    // Transfers address at most 0x7FFF; a word address beyond 16 bits has no frame.
+    const qint32 word = m_address / 2;
+    if (word < 0 || word > 0xFFFF)
+        RaiseRuntimeError(mErrCodes::RT_OVERFLOW);
+    return FrameBytes({word >> 8, word & 255});
 }
 
 quint8 cProgramSegment::Data(qint32 index) const
@@ -102,16 +102,16 @@ quint8 cProgramSegment::addrLo() const
     return static_cast<quint8>(m_address & 255);
 }
 
-QString cProgramSegment::payloadWithoutChecksum(bool withCommand) const
+QByteArray cProgramSegment::payloadWithoutChecksum(bool withCommand) const
 {
-    QString hex;
+    QByteArray frame;
     if (withCommand)
-        hex += HexByte(OldBootCode() ? CMD_WRITE_BLOCK_OLD : CMD_WRITE_BLOCK);
-    hex += m_addressText;
-    hex += HexByte(m_byteCount);
+        frame += FrameBytes({OldBootCode() ? CMD_WRITE_BLOCK_OLD : CMD_WRITE_BLOCK});
+    frame += addressBytes();
+    frame += static_cast<char>(m_byteCount);
     for (qint32 i = 1; i <= m_byteCount; ++i)
-        hex += HexByte(Data(i));
-    return hex;
+        frame += static_cast<char>(Data(i));
+    return frame;
 }
 
 quint8 cProgramSegment::Checksum() const
@@ -125,12 +125,13 @@ quint8 cProgramSegment::Checksum() const
 bool cProgramSegment::Upload()
 {
     return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Upload"), m_address), [&] {
-        const QString frame = payloadWithoutChecksum(true) + HexByte(Checksum());
-        QString report;
-        {
-            NoChecksumOutScope noChecksumOut;
-            report = mCommBasic::CommHexData(frame, true);
-        }
+        // The check byte is made first: a block it cannot be made for fails there.
+        const quint8 checksum = Checksum();
+        const QByteArray frame = payloadWithoutChecksum(true) + static_cast<char>(checksum);
+        // The frame ends with the block's own check byte: the link appends none.
+        tExchangeOptions options;
+        options.appendChecksum = false;
+        const QByteArray report = mCommBasic::Link().CommHexData(frame, true, options);
         return expectedAnswer(report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MSG_UL_FIRMWAREDATA);
     });
 }
@@ -138,16 +139,16 @@ bool cProgramSegment::Upload()
 bool cProgramSegment::Download()
 {
     return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Download"), m_address), [&] {
-        const QString report = mCommBasic::CommHexData(HexByte(CMD_READ_BLOCK) + m_addressText, true);
+        const tExchangeOptions options;
+        const QByteArray report = mCommBasic::Link().CommHexData(FrameBytes({CMD_READ_BLOCK}) + addressBytes(), true, options);
         if (!expectedAnswer(report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MSG_DL_FIRMWAREDATA))
             return false;
         // A memory report that lost bytes or was spoiled on the way must not become program
         // data: it counts as a failed read, and the transfer reads the block again.
-        const qsizetype reportChars = 2 * GetReportReturnSize(REP_BLOCK);
-        if (report.size() != reportChars || (!mCommBasic::bNoCRCIn && !mCommBasic::CheckCRC(report)))
+        if (report.size() != GetReportReturnSize(REP_BLOCK) || (options.checkChecksum && !mCommBasic::CheckCRC(report)))
             RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MSG_DL_FIRMWAREDATA);
         for (qint32 i = 1; i <= kBlockSize; ++i)
-            m_data[dataSlot(i)] = GetByteFromHexstring(report, i + 1);
+            m_data[dataSlot(i)] = FrameByte(report, i + 1);
         return true;
     });
 }

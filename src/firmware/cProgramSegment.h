@@ -1,6 +1,7 @@
 #pragma once
 // One block of the grip's program memory (16 bytes at most), read with command 0x85 and
 // written with 0x82 or 0x8A, as the grip's boot code wants it.
+#include <QByteArray>
 #include <QString>
 #include <array>
 
@@ -29,10 +30,10 @@ public:
     // mismatch) and rebuilds the address text.
     QString Address() const { return QString::number(m_address); }
     void setAddress(const QString& address);
-    void setAddress(qint32 address);
+    void setAddress(qint32 address) { m_address = address; }
     qint32 AddressValue() const { return m_address; }
     // Four hex digits, the word address (byte address / 2), high byte first.
-    QString AddressText() const { return m_addressText; }
+    QString AddressText() const;
 
     // Data bytes 1 to 16; other indexes are "Subscript out of range".
     quint8 Data(qint32 index) const;
@@ -41,8 +42,8 @@ public:
     // High and low byte of the byte address (not of the word address).
     quint8 addrHi() const;
     quint8 addrLo() const;
-    // The block's own check byte: the link's checksum over the hex text of the command byte
-    // (old boot code only), the word address, the byte count and the data bytes.
+    // The block's own check byte: the link's checksum over the command byte (old boot code
+    // only), the word address, the byte count and the data bytes.
     quint8 Checksum() const;
 
     // True when the connected grip's boot code is not newer than 1.2.0: it takes 0x8A and a
@@ -50,11 +51,12 @@ public:
     static bool OldBootCode();
 
 private:
-    QString payloadWithoutChecksum(bool withCommand) const;
+    // The word address as the frames carry it: two bytes, high byte first.
+    QByteArray addressBytes() const;
+    QByteArray payloadWithoutChecksum(bool withCommand) const;
 
     quint8 m_byteCount = 0;
     quint8 m_recordType = 0;
     qint32 m_address = 0;
-    QString m_addressText = QStringLiteral("0000");
     std::array<quint8, kBlockSize> m_data{};
 };

@@ -5,9 +5,10 @@
 #include "firmware/cProgramSegment.h"
 #include "grip/cGunInfo.h"
 #include "grip/mCommSupportHex.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
+#include "link/cLink.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 
 namespace mCommSupport {
 namespace {
@@ -79,7 +80,7 @@ void transferBlock(Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, c
         }
         failure = QStringLiteral("(%1) %2").arg(number).arg(message);
         if (attempt < kAttempts && retryPauseMs > 0)
-            mCommBasic::WaitWithEvents(retryPauseMs);
+            mCommBasic::Link().WaitWithEvents(retryPauseMs);
     }
     RaiseError(errorNumber, source, failedText + QLatin1Char(' ') + failure);
 }

@@ -67,7 +67,7 @@ quint8 byteAt(QStringView hex, qint32 n)
     return GetByteFromHexstring(hex.mid(start, 2).toString(), 1);
 }
 
-// The two hex digits of a byte, as HexByte writes them.
+// The two upper-case hex digits of a byte.
 void appendHex(QString& text, quint8 value)
 {
     static constexpr char kDigits[] = "0123456789ABCDEF";

@@ -16,9 +16,9 @@ float cBattery::VoltageLevel() const
 void cBattery::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        const auto read = [&](const QString& report) {
-            m_low = GetByteFromHexstring(report, 2);
-            m_high = GetByteFromHexstring(report, 3);
+        const auto read = [&](const QByteArray& report) {
+            m_low = FrameByte(report, 2);
+            m_high = FrameByte(report, 3);
         };
         mGripReport::RecordDownload(CMD_DL_BATTERY, REP_BATTERY, read, mErrCodes::ERR_DL_BATTERY, mErrCodes::MSG_DL_BATTERY);
     });

@@ -39,24 +39,24 @@ void cCountdownTimer::setPreAlert1On(bool value) { m_preAlert1On = value; Save()
 void cCountdownTimer::setPreAlert2Time(qint32 value) { m_preAlert2Time = value; Save(); }
 void cCountdownTimer::setPreAlert2On(bool value) { m_preAlert2On = value; Save(); }
 
-QString cCountdownTimer::Obj2Comm() const
+QByteArray cCountdownTimer::Obj2Comm() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
-        return HexByte(CMD_UL_COUNTDOWN) + HexByte(m_countDownTimer) + HexByte(m_preAlert1On ? 1 : 0) +
-               mGripReport::HexWord(m_preAlert1Time) + HexByte(m_preAlert2On ? 1 : 0) +
-               mGripReport::HexWord(m_preAlert2Time);
+        return FrameBytes({CMD_UL_COUNTDOWN, m_countDownTimer, m_preAlert1On ? 1 : 0}) +
+               mGripReport::WordBytes(m_preAlert1Time) + FrameBytes({m_preAlert2On ? 1 : 0}) +
+               mGripReport::WordBytes(m_preAlert2Time);
     });
 }
 
-void cCountdownTimer::Comm2Obj(const QString& report)
+void cCountdownTimer::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
-        m_countDownTimer = GetByteFromHexstring(report, 2);
+        m_countDownTimer = FrameByte(report, 2);
         // A switch is on only when its byte is exactly 1.
-        m_preAlert1On = GetByteFromHexstring(report, 3) == 1;
-        m_preAlert1Time = GetByteFromHexstring(report, 4) + 256 * GetByteFromHexstring(report, 5);
-        m_preAlert2On = GetByteFromHexstring(report, 6) == 1;
-        m_preAlert2Time = GetByteFromHexstring(report, 7) + 256 * GetByteFromHexstring(report, 8);
+        m_preAlert1On = FrameByte(report, 3) == 1;
+        m_preAlert1Time = FrameByte(report, 4) + 256 * FrameByte(report, 5);
+        m_preAlert2On = FrameByte(report, 6) == 1;
+        m_preAlert2Time = FrameByte(report, 7) + 256 * FrameByte(report, 8);
         Save();
     });
 }
@@ -64,7 +64,7 @@ void cCountdownTimer::Comm2Obj(const QString& report)
 void cCountdownTimer::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QString& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_COUNTDOWN, mErrCodes::MSG_DL_COUNTDOWN);
     });
 }

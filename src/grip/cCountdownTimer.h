@@ -2,6 +2,7 @@
 // The grip's game (countdown) timer and its two pre-alerts, held in the object itself.
 #include "grip/GlobalRecord.h"
 
+#include <QByteArray>
 #include <QString>
 
 class cCountdownTimer {
@@ -36,10 +37,10 @@ public:
 
     // The upload command with the record's values; a value that does not fit what the record
     // carries on the wire raises the error of the upload, and nothing is sent.
-    QString Obj2Comm() const;
+    QByteArray Obj2Comm() const;
 
 private:
-    void Comm2Obj(const QString& report);
+    void Comm2Obj(const QByteArray& report);
 
     qint32 m_countDownTimer = 0;
     bool m_preAlert1On = false;

@@ -16,32 +16,32 @@ const QString kLastSelectorFirmware = QStringLiteral("1.1.70");
 
 } // namespace
 
-void cCounters::Comm2Obj(const QString& report)
+void cCounters::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
-        m_counter1 = GetByteFromHexstring(report, 2) + 256 * GetByteFromHexstring(report, 3);
-        m_counter2 = GetByteFromHexstring(report, 4) + 256 * GetByteFromHexstring(report, 5);
+        m_counter1 = FrameByte(report, 2) + 256 * FrameByte(report, 3);
+        m_counter2 = FrameByte(report, 4) + 256 * FrameByte(report, 5);
         // The top bit of the last byte is dropped on purpose: the total is never negative.
-        m_total = GetByteFromHexstring(report, 6) + 256 * GetByteFromHexstring(report, 7) +
-                  65536 * GetByteFromHexstring(report, 8) +
-                  16777216 * (GetByteFromHexstring(report, 9) & 0x7F);
+        m_total = FrameByte(report, 6) + 256 * FrameByte(report, 7) +
+                  65536 * FrameByte(report, 8) +
+                  16777216 * (FrameByte(report, 9) & 0x7F);
     });
 }
 
 void cCounters::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_COUNTERS, REP_COUNTERS, [&](const QString& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(CMD_DL_COUNTERS, REP_COUNTERS, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_COUNTERS, mErrCodes::MSG_DL_COUNTERS);
     });
 }
 
-QString cCounters::ResetCommand(quint8 selector) const
+QByteArray cCounters::ResetCommand(quint8 selector) const
 {
     // VersionCompare answers below 1 when the firmware is not newer than the last selector one.
     if (mVersion::VersionCompare(kLastSelectorFirmware, GunInfo().FirmwareBuild()) < 1)
-        return HexByte(CMD_RESET_COUNTER) + HexByte(selector) + QStringLiteral("000000");
-    return HexByte(CMD_RESET_COUNTER) + mGripReport::HexWord(m_counter1) + mGripReport::HexWord(m_counter2);
+        return FrameBytes({CMD_RESET_COUNTER, selector, 0, 0, 0});
+    return FrameBytes({CMD_RESET_COUNTER}) + mGripReport::WordBytes(m_counter1) + mGripReport::WordBytes(m_counter2);
 }
 
 void cCounters::ResetCounter(quint8 selector)

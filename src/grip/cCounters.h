@@ -2,6 +2,7 @@
 // The grip's shot counters: two that the user can reset and a total that cannot be reset.
 #include "grip/GlobalRecord.h"
 
+#include <QByteArray>
 #include <QString>
 
 class cCounters {
@@ -20,8 +21,8 @@ public:
     qint32 Total() const { return m_total; }
 
 private:
-    void Comm2Obj(const QString& report);
-    QString ResetCommand(quint8 selector) const;
+    void Comm2Obj(const QByteArray& report);
+    QByteArray ResetCommand(quint8 selector) const;
 
     qint32 m_counter1 = 0;
     qint32 m_counter2 = 0;

@@ -4,9 +4,10 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "grip/GlobalRecord.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
+#include "link/cLink.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 #include "link/mVersion.h"
 
 using namespace mAppFunc;
@@ -18,9 +19,9 @@ QString buildText(quint8 major, quint8 minor, qint32 revision)
     return QStringLiteral("%1.%2.%3").arg(major).arg(minor).arg(revision);
 }
 
-qint32 word(const QString& hex, qint32 low)
+qint32 word(const QByteArray& report, qint32 low)
 {
-    return GetByteFromHexstring(hex, low) + 256 * GetByteFromHexstring(hex, low + 1);
+    return FrameByte(report, low) + 256 * FrameByte(report, low + 1);
 }
 
 // The preferences' BackwardCompatibleUpload: yes when the connected grip's firmware is older
@@ -50,25 +51,25 @@ QString cGunInfo::BootBuild() const { return buildText(m_bootMajor, m_bootMinor,
 QString cGunInfo::ProtocolBuild() const { return buildText(m_protocolMajor, m_protocolMinor, m_protocolRevision); }
 QString cGunInfo::HardwareBuild() const { return buildText(m_hardwareMajor, m_hardwareMinor, m_hardwareRevision); }
 
-void cGunInfo::Comm2Obj(const QString& report)
+void cGunInfo::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
         QString serial;
         for (qint32 n = 2; n <= 11; ++n)
-            serial.append(QChar(GetByteFromHexstring(report, n)));
+            serial.append(QChar(FrameByte(report, n)));
         m_serial = serial;
-        m_firmwareMajor = GetByteFromHexstring(report, 12);
-        m_firmwareMinor = GetByteFromHexstring(report, 13);
+        m_firmwareMajor = FrameByte(report, 12);
+        m_firmwareMinor = FrameByte(report, 13);
         m_firmwareRevision = word(report, 14);
         // On the link the protocol build comes before the boot build.
-        m_protocolMajor = GetByteFromHexstring(report, 16);
-        m_protocolMinor = GetByteFromHexstring(report, 17);
+        m_protocolMajor = FrameByte(report, 16);
+        m_protocolMinor = FrameByte(report, 17);
         m_protocolRevision = word(report, 18);
-        m_bootMajor = GetByteFromHexstring(report, 20);
-        m_bootMinor = GetByteFromHexstring(report, 21);
+        m_bootMajor = FrameByte(report, 20);
+        m_bootMinor = FrameByte(report, 21);
         m_bootRevision = word(report, 22);
-        m_hardwareMajor = GetByteFromHexstring(report, 24);
-        m_hardwareMinor = GetByteFromHexstring(report, 25);
+        m_hardwareMajor = FrameByte(report, 24);
+        m_hardwareMinor = FrameByte(report, 25);
         m_hardwareRevision = word(report, 26);
     });
 }
@@ -76,8 +77,8 @@ void cGunInfo::Comm2Obj(const QString& report)
 void cGunInfo::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        const QString report = mCommBasic::CommHexData(LZ(2, QString::number(CMD_DL_GUNINFO, 16)), true);
-        switch (GetByteFromHexstring(report, 1)) {
+        const QByteArray report = mCommBasic::Link().CommHexData(FrameBytes({CMD_DL_GUNINFO}), true);
+        switch (FrameByte(report, 1)) {
         case REP_GUNINFO: Comm2Obj(report); break;
         case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
         default: RaiseError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);

@@ -1,6 +1,7 @@
 #pragma once
 // What the grip says about itself: serial number and the builds of its firmware, boot code,
 // protocol and hardware. One global record; every grip exchange refreshes it first.
+#include <QByteArray>
 #include <QString>
 
 class cGunInfo {
@@ -8,8 +9,8 @@ public:
     static inline const QString kClass = QStringLiteral("cGunInfo");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
 
-    // Reads a gun-information report (hex string) into the record.
-    void Comm2Obj(const QString& report);
+    // Reads a gun-information report into the record.
+    void Comm2Obj(const QByteArray& report);
     // Downloads the record (command 0x13); a negative answer is recorded, not raised.
     void Download();
 

@@ -88,20 +88,20 @@ qint32 cHyper::setHyperTime(qint32 value) { return writeNumber(nbHyperTime, valu
 qint32 cHyper::HyperMode() const { return readNumber(nbHyperMode); }
 qint32 cHyper::setHyperMode(qint32 value) { return writeNumber(nbHyperMode, value); }
 
-QString cHyper::Obj2Comm() const
+QByteArray cHyper::Obj2Comm() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
-        return HexByte(CMD_UL_HYPER) + HexByte(Shots()) + HexByte(HyperTime()) + HexByte(HyperMode());
+        return FrameBytes({CMD_UL_HYPER, Shots(), HyperTime(), HyperMode()});
     });
 }
 
-void cHyper::Comm2Obj(const QString& report)
+void cHyper::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
         // Through the properties, so the range rules and the preferences apply.
-        setShots(GetByteFromHexstring(report, 2));
-        setHyperTime(GetByteFromHexstring(report, 3));
-        setHyperMode(GetByteFromHexstring(report, 4));
+        setShots(FrameByte(report, 2));
+        setHyperTime(FrameByte(report, 3));
+        setHyperMode(FrameByte(report, 4));
         Save();
     });
 }
@@ -117,7 +117,7 @@ void cHyper::Upload()
 void cHyper::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_HYPER, REP_HYPER, [&](const QString& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(CMD_DL_HYPER, REP_HYPER, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_HYPER, mErrCodes::MSG_DL_HYPER, [] { return Supports().Hyper(); });
     });
 }

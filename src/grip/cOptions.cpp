@@ -158,18 +158,17 @@ quint8 cOptions::OptionsByte() const
     });
 }
 
-QString cOptions::Obj2Comm() const
+QByteArray cOptions::Obj2Comm() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
-        return HexByte(CMD_UL_OPTIONS) + HexByte(OptionsByte()) + HexByte(EyeCheckMaxTime()) +
-               HexByte(EyeCheckOKTime()) + HexByte(DefaultLoadTime());
+        return FrameBytes({CMD_UL_OPTIONS, OptionsByte(), EyeCheckMaxTime(), EyeCheckOKTime(), DefaultLoadTime()});
     });
 }
 
-void cOptions::Comm2Obj(const QString& report)
+void cOptions::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
-        const quint8 bits = GetByteFromHexstring(report, 2);
+        const quint8 bits = FrameByte(report, 2);
         setEyeMounted(bits & kEyeMounted);
         setLoaderOn(bits & kLoaderOn);
         setTriggerFilterOn(bits & kTriggerFilterOn);
@@ -179,9 +178,9 @@ void cOptions::Comm2Obj(const QString& report)
         setUseEye(bits & kUseEye);
         setCTOAdjust(bits & kCTOAdjust);
         // Through the properties, so out-of-range times from the grip get their defaults.
-        setEyeCheckMaxTime(GetByteFromHexstring(report, 3));
-        setEyeCheckOKTime(GetByteFromHexstring(report, 4));
-        setDefaultLoadTime(GetByteFromHexstring(report, 5));
+        setEyeCheckMaxTime(FrameByte(report, 3));
+        setEyeCheckOKTime(FrameByte(report, 4));
+        setDefaultLoadTime(FrameByte(report, 5));
         Save();
     });
 }
@@ -197,7 +196,7 @@ void cOptions::Upload()
 void cOptions::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_OPTIONS, REP_OPTIONS, [&](const QString& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(CMD_DL_OPTIONS, REP_OPTIONS, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_OPTIONS, mErrCodes::MSG_DL_OPTIONS, [] { return Supports().Options(); });
     });
 }

@@ -5,6 +5,7 @@
 #include "base/cRegistrySettings.h"
 #include "grip/GlobalRecord.h"
 
+#include <QByteArray>
 #include <QString>
 
 class cOptions {
@@ -69,12 +70,12 @@ public:
 
     // The upload command with the record's values; a value that does not fit what the record
     // carries on the wire raises the error of the upload, and nothing is sent.
-    QString Obj2Comm() const;
+    QByteArray Obj2Comm() const;
 
 private:
     // The options byte: the eight switches packed, bit 0 first.
     quint8 OptionsByte() const;
-    void Comm2Obj(const QString& report);
+    void Comm2Obj(const QByteArray& report);
 };
 
 // The global options record (see GlobalRecord).

@@ -36,32 +36,32 @@ void cSettings::Upload()
 void cSettings::Download()
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_TIMING, REP_TIMING, [&](const QString& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(CMD_DL_TIMING, REP_TIMING, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_TIMING, mErrCodes::MSG_DL_TIMING);
     });
 }
 
-QString cSettings::Obj2Comm() const
+QByteArray cSettings::Obj2Comm() const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Obj2Comm"), [&] {
         // The link order differs from the property order.
-        const QString block = HexByte(m_shotTime) + HexByte(m_dwelltime) + HexByte(m_cycleTimeOpen) +
-                              HexByte(m_loadTime) + HexByte(m_cycleTimeClose) + HexByte(m_firingMode);
+        const QByteArray block =
+            FrameBytes({m_shotTime, m_dwelltime, m_cycleTimeOpen, m_loadTime, m_cycleTimeClose, m_firingMode});
         // The six bytes go twice: the grip expects the doubled block, deliberately kept.
-        return HexByte(CMD_UL_TIMING) + block + block;
+        return FrameBytes({CMD_UL_TIMING}) + block + block;
     });
 }
 
-void cSettings::Comm2Obj(const QString& report)
+void cSettings::Comm2Obj(const QByteArray& report)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Comm2Obj"), [&] {
         // Only the first of the two blocks is read.
-        m_shotTime = GetByteFromHexstring(report, 2);
-        m_dwelltime = GetByteFromHexstring(report, 3);
-        m_cycleTimeOpen = GetByteFromHexstring(report, 4);
-        m_loadTime = GetByteFromHexstring(report, 5);
-        m_cycleTimeClose = GetByteFromHexstring(report, 6);
-        m_firingMode = GetByteFromHexstring(report, 7);
+        m_shotTime = FrameByte(report, 2);
+        m_dwelltime = FrameByte(report, 3);
+        m_cycleTimeOpen = FrameByte(report, 4);
+        m_loadTime = FrameByte(report, 5);
+        m_cycleTimeClose = FrameByte(report, 6);
+        m_firingMode = FrameByte(report, 7);
         Save();
     });
 }

@@ -3,6 +3,7 @@
 // mode, with the limits and defaults the timing editor works within.
 #include "grip/GlobalRecord.h"
 
+#include <QByteArray>
 #include <QString>
 
 class cSettings {
@@ -64,10 +65,10 @@ public:
 
     // The upload command with the record's values; a value that does not fit what the record
     // carries on the wire raises the error of the upload, and nothing is sent.
-    QString Obj2Comm() const;
+    QByteArray Obj2Comm() const;
 
 private:
-    void Comm2Obj(const QString& report);
+    void Comm2Obj(const QByteArray& report);
 
     qint32 m_cycleTimeOpen = 0;
     qint32 m_cycleTimeClose = 0;

@@ -3,9 +3,10 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "grip/cGunInfo.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
+#include "link/cLink.h"
 #include "link/mAppFunc.h"
-#include "link/mCommBasic.h"
 
 using namespace mAppFunc;
 
@@ -14,18 +15,18 @@ namespace {
 
 // The shared shape of the three requests. Answers the report, or an empty text after a
 // negative answer (recorded in cError).
-QString programControl(const QString& procedure, qint32 command, qint32 expectedReport, bool forceRefresh)
+QByteArray programControl(const QString& procedure, qint32 command, qint32 expectedReport, bool forceRefresh)
 {
-    return PassErrors(kModule, kRevision, procedure, [&]() -> QString {
+    return PassErrors(kModule, kRevision, procedure, [&]() -> QByteArray {
         WaitPointerScope wait;
         RefreshGunInfo(forceRefresh);
-        const QString report = mCommBasic::CommHexData(HexByte(command), true);
-        const qint32 code = GetByteFromHexstring(report, 1);
+        const QByteArray report = mCommBasic::Link().CommHexData(FrameBytes({command}), true);
+        const qint32 code = FrameByte(report, 1);
         if (code == expectedReport)
             return report;
         if (code == REP_NEGATIVE) {
             GripError().RecordNegativeAnswer(report);
-            return QString();
+            return QByteArray();
         }
         // The same text for all three requests: reused on purpose.
         RaiseError(mErrCodes::ERR_PROGRAM_CONTROL, QString(), mErrCodes::MSG_PROGRAM_CONTROL);
@@ -46,8 +47,8 @@ bool GRIPStopProgram(bool forceRefresh)
 
 bool GRIPIsBootmode(bool forceRefresh)
 {
-    const QString report = programControl(QStringLiteral("GRIPIsBootmode"), CMD_BOOTMODE, REP_BOOTMODE, forceRefresh);
-    return !report.isEmpty() && GetByteFromHexstring(report, 2) > 0;
+    const QByteArray report = programControl(QStringLiteral("GRIPIsBootmode"), CMD_BOOTMODE, REP_BOOTMODE, forceRefresh);
+    return !report.isEmpty() && FrameByte(report, 2) > 0;
 }
 
 } // namespace mCommSupportHex

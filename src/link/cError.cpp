@@ -2,11 +2,11 @@
 
 #include "link/mAppFunc.h"
 
-void cError::RecordNegativeAnswer(const QString& report)
+void cError::RecordNegativeAnswer(const QByteArray& report)
 {
     // The code is 1 whatever the grip's error byte says; the byte is only kept to be shown.
     m_code = ChecksumError;
-    m_answerByte = static_cast<quint8>(mAppFunc::GetByteFromHexstring(report, 2));
+    m_answerByte = mAppFunc::FrameByte(report, 2);
 }
 
 QString cError::Description() const

@@ -1,5 +1,6 @@
 #pragma once
 // The grip's last negative answer (report 0x50). It is recorded here, never raised.
+#include <QByteArray>
 #include <QString>
 
 class cError {
@@ -10,7 +11,7 @@ public:
     qint32 ErrorCode() const { return m_code; }
     void setErrorCode(qint32 code) { m_code = code; }
     // Records a negative answer: the code becomes 1 whatever the answer's data byte says.
-    void RecordNegativeAnswer(const QString& report);
+    void RecordNegativeAnswer(const QByteArray& report);
     QString Description() const;
     void Clear() { m_code = NoError; m_answerByte = 0; }
     // The data byte of the last negative answer (0 when it had none), for telling the user.

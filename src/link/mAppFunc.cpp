@@ -5,7 +5,7 @@
 
 namespace mAppFunc {
 
-qint32 GetFunctionInputSize(qint32 code, const QString& hex)
+qint32 GetFunctionInputSize(qint32 code, const QByteArray& frame)
 {
     switch (code) {
     case CMD_BOOTMODE:
@@ -27,7 +27,7 @@ qint32 GetFunctionInputSize(qint32 code, const QString& hex)
     case CMD_UL_HYPER: return 5;
     case CMD_READ_BLOCK: return 4;
     case CMD_WRITE_BLOCK:
-    case CMD_WRITE_BLOCK_OLD: return static_cast<qint32>(hex.size() / 2);
+    case CMD_WRITE_BLOCK_OLD: return static_cast<qint32>(frame.size());
     default: return 0;
     }
 }
@@ -81,6 +81,25 @@ qint32 GetReportReturnSize(qint32 code)
     }
 }
 
+quint8 FrameByte(const QByteArray& frame, qint32 n)
+{
+    if (n < 1 || n > frame.size())
+        return 0;
+    return static_cast<quint8>(frame.at(n - 1));
+}
+
+QByteArray FrameBytes(std::initializer_list<qint32> values)
+{
+    QByteArray bytes;
+    bytes.reserve(static_cast<qsizetype>(values.size()));
+    for (const qint32 value : values) {
+        if (value < 0 || value > 255)
+            RaiseRuntimeError(mErrCodes::RT_INVALID_CALL);
+        bytes.append(static_cast<char>(value));
+    }
+    return bytes;
+}
+
 quint8 GetByteFromHexstring(const QString& hex, qint32 n)
 {
     if (n < 1)
@@ -98,16 +117,6 @@ QString LZ(qint32 length, const QString& text)
     return QString(length - text.size(), QLatin1Char('0')) + text;
 }
 
-QString HexByte(qint32 value)
-{
-    // The byte is written with the runtime's hex formatting and padded to two digits; a value
-    // that needs more digits (negative ones included) makes the padding fail.
-    const QString digits = QString::number(static_cast<quint32>(value), 16).toUpper();
-    if (digits.size() > 2)
-        RaiseRuntimeError(mErrCodes::RT_INVALID_CALL);
-    return LZ(2, digits);
-}
-
 qint32 HexValue(const QString& text)
 {
     bool ok = false;
@@ -121,16 +130,6 @@ qint32 HexValue(const QString& text)
 QString BytesToHex(const QByteArray& bytes)
 {
     return QString::fromLatin1(bytes.toHex().toUpper());
-}
-
-QByteArray HexToBytes(const QString& hex)
-{
-    QByteArray bytes;
-    const qint32 count = static_cast<qint32>((hex.size() + 1) / 2);
-    bytes.reserve(count);
-    for (qint32 i = 1; i <= count; ++i)
-        bytes.append(static_cast<char>(GetByteFromHexstring(hex, i)));
-    return bytes;
 }
 
 } // namespace mAppFunc

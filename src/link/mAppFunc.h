@@ -1,8 +1,10 @@
 #pragma once
-// The command catalogue (code and size of every command and report) and the hex-string helpers
-// with which every record builds and takes apart its frames.
+// The command catalogue (code and size of every command and report) and the byte helpers with
+// which every record builds and takes apart its frames; the hex-text helpers for where hex text
+// is the format (the traffic log, the firmware file).
 #include <QByteArray>
 #include <QString>
+#include <initializer_list>
 
 namespace mAppFunc {
 
@@ -47,25 +49,27 @@ constexpr qint32 REP_STARTED = 0x93;
 constexpr qint32 REP_BLOCK = 0x95;
 
 // Input size of a command in bytes (code and checksum included); for the two variable-length
-// block writes it is the length of the given hex string in bytes. 0 for unknown codes.
-qint32 GetFunctionInputSize(qint32 code, const QString& hex = QString());
+// block writes it is the length of the given frame. 0 for unknown codes.
+qint32 GetFunctionInputSize(qint32 code, const QByteArray& frame = QByteArray());
 // Size of the report that answers a command; 0 outside 0x11-0x8A or not in the table.
 qint32 GetFunctionReturnSize(qint32 code);
 // Size of a report by its own code; 0 if unknown.
 qint32 GetReportReturnSize(qint32 code);
 
-// Byte n (from 1) of a hex string; 0 past the end; a single trailing digit reads as one digit.
+// Byte n (from 1) of a frame; 0 past its end, so that a short report reads as zeros.
+quint8 FrameByte(const QByteArray& frame, qint32 n);
+// The bytes of values that must each fit a byte. A value outside 0 to 255 raises the run-time
+// error "Invalid procedure call", as the two-digit hex padding of the classic program did: it is
+// never cut to a byte, and nothing is built.
+QByteArray FrameBytes(std::initializer_list<qint32> values);
+
+// Byte n (from 1) of a hex text; 0 past the end; a single trailing digit reads as one digit.
 quint8 GetByteFromHexstring(const QString& hex, qint32 n);
 // The text padded on the left with "0" to the given length; a longer text comes back unchanged.
 QString LZ(qint32 length, const QString& text);
-// A byte (or a value that must fit one) as two upper-case hex digits. A value that needs more
-// than two digits makes the padding fail with the run-time error "Invalid procedure call".
-QString HexByte(qint32 value);
 // The value of a hex text (up to eight digits); invalid digits raise "Type mismatch".
 qint32 HexValue(const QString& text);
-
-// Conversions between raw bytes and hex strings.
+// Bytes as upper-case hex text, two digits each.
 QString BytesToHex(const QByteArray& bytes);
-QByteArray HexToBytes(const QString& hex);
 
 } // namespace mAppFunc

@@ -2,7 +2,8 @@
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
-#include "link/mCommBasic.h"
+#include "link/InstalledLink.h"
+#include "link/cLink.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -122,27 +123,32 @@ QString ProgramName(qint64 pid)
     return comm.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(comm.readAll()).trimmed() : QString();
 }
 
-QStringList WhatToDo(const MarloError& error)
+QStringList WhatToDo(const MarloError& error, const cLink& link)
 {
     QStringList lines = error.Hints();
     // A port error itself says its cause in its description; its hints are the help.
     if (error.Number() == mErrCodes::RT_PORT_OPEN_FAILED)
         return lines;
-    switch (mCommBasic::LastOutcome()) {
-    case mCommBasic::Outcome::PortFailed:
-        lines << mCommBasic::LastOpenError() << mCommBasic::LastOpenHelp();
+    switch (link.LastOutcome()) {
+    case cLink::Outcome::PortFailed:
+        lines << link.LastOpenError() << link.LastOpenHelp();
         break;
-    case mCommBasic::Outcome::Timeout:
+    case cLink::Outcome::Timeout:
         lines << mErrCodes::HELP_TIMEOUT;
         break;
-    case mCommBasic::Outcome::BadChecksum:
-    case mCommBasic::Outcome::UnknownReport:
+    case cLink::Outcome::BadChecksum:
+    case cLink::Outcome::UnknownReport:
         lines << mErrCodes::HELP_CHECKSUM;
         break;
     default:
         break;
     }
     return lines;
+}
+
+QStringList WhatToDo(const MarloError& error)
+{
+    return WhatToDo(error, mCommBasic::Link());
 }
 
 } // namespace mLinkHelp

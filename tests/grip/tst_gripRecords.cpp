@@ -5,6 +5,7 @@
 
 #include "base/cRegistrySettings.h"
 #include "base/mErrCodes.h"
+#include "grip/mGripReport.h"
 #include "link/cError.h"
 
 #include <QtTest>
@@ -107,11 +108,48 @@ private slots:
             resetRecords();
         }
         if (way == QLatin1String("get") || way == QLatin1String("both")) {
-            h.replies[get] = framed(mAppFunc::HexByte(get + 0x30) + frame.mid(2));
+            h.replies[get] = framed(char(get + 0x30) + QByteArray::fromHex(frame.mid(2).toLatin1()));
             mGripCommands::TransferRecord(record, Direction::Get);
             QCOMPARE(h.codes().last(), get);
             QCOMPARE(fields(record), values);
         }
+    }
+
+    // Which report the records take as data: whole by its code's size, with a sound check byte
+    // unless the exchange did not check it; a negative answer whatever its shape.
+    void reportType_data()
+    {
+        QTest::addColumn<QByteArray>("report");
+        QTest::addColumn<bool>("checked"); // the exchange checked the check byte
+        QTest::addColumn<int>("type");
+        const QByteArray timing = framed(QStringLiteral("440A0A1E231C000A0A1E231C00"));
+        QByteArray spoiled = timing;
+        spoiled[3] = char(spoiled[3] ^ 0x01);
+        // Cut off, though what is left adds up: only its length tells.
+        const QByteArray cut = framed(timing.left(7));
+        const int none = mGripReport::NotAReport;
+        QTest::newRow("whole and sound") << timing << true << 0x44;
+        QTest::newRow("spoiled") << spoiled << true << none;
+        QTest::newRow("spoiled, not checked") << spoiled << false << 0x44;
+        QTest::newRow("cut off, adds up") << cut << true << none;
+        QTest::newRow("cut off, not checked") << cut << false << none;
+        QTest::newRow("one byte too many") << timing + '\0' << true << none;
+        QTest::newRow("nothing") << QByteArray() << true << none;
+        QTest::newRow("unknown code") << framed(QStringLiteral("990102")) << true << none;
+        QTest::newRow("acknowledgement") << framed(QStringLiteral("42")) << true << 0x42;
+        QTest::newRow("negative answer") << framed(QStringLiteral("5001")) << true << 0x50;
+        QTest::newRow("negative answer, code alone") << QByteArray("\x50", 1) << true << 0x50;
+        QTest::newRow("negative answer, padded and spoiled") << QByteArray::fromHex("50010203040506") << true << 0x50;
+    }
+
+    void reportType()
+    {
+        QFETCH(QByteArray, report);
+        QFETCH(bool, checked);
+        QFETCH(int, type);
+        tExchangeOptions options;
+        options.checkChecksum = checked;
+        QCOMPARE(mGripReport::ReportType(report, options), type);
     }
 
     void resetCounter_data()
@@ -231,7 +269,7 @@ private slots:
         }
         // A silent grip and a cut-off report each cost the link's whole wait (1 to 2 s).
         QTest::newRow("timing 14: silence") << 0 << "silence" << "";
-        QTest::newRow("counters 25: cut short, sum unchecked") << 9 << "cut short" << "";
+        QTest::newRow("counters 25: cut short") << 9 << "cut short" << "";
         QTest::newRow("timing 24: ShotTime 256") << 1 << "" << "256 0 0 0 0 0";
         QTest::newRow("ramping 29: HyperMode 256") << 5 << "" << "3 100 256";
         QTest::newRow("gametimer 26: timer 256") << 7 << "" << "256 0 0 0 0";
@@ -254,7 +292,6 @@ private slots:
         else if (!answer.isEmpty())
             h.fault(answer == QLatin1String("spoiled") ? gripsim::FaultKind::BadSum
                     : answer == QLatin1String("silence") ? gripsim::FaultKind::Silent : gripsim::FaultKind::Short, o.command);
-        mCommBasic::bNoCRCIn = answer == QLatin1String("cut short"); // so that only its length tells
         const auto e = errorOf([&] {
             if (o.command == 0x25)
                 CountersRecord().ResetCounter(2);

@@ -84,7 +84,7 @@ class tst_firmwareWindow : public QObject {
         fTolvaneMan& w = *h.window;
         Samples s;
         auto* bar = control<QProgressBar>(&w, QStringLiteral("pgbProgress"));
-        mCommBasic::SetSleepFunction([&](qint32) {
+        w.Link().SetSleepFunction([&](qint32) {
             ++s.pauses;
             if (bar->isVisible()) {
                 s.values.append(bar->value());
@@ -100,7 +100,7 @@ class tst_firmwareWindow : public QObject {
             }
         });
         run(&w, command);
-        mCommBasic::SetSleepFunction([](qint32) {});
+        w.Link().SetSleepFunction([](qint32) {});
         return s;
     }
 

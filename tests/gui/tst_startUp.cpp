@@ -6,7 +6,6 @@
 #include "base/mErrCodes.h"
 #include "gui/shell/ErrorWindow.h"
 #include "gui/shell/Main.h"
-#include "link/mCommBasic.h"
 
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -131,7 +130,7 @@ private slots:
         QCOMPARE(message.text, "The preferences file " + file + " has values that cannot be read; their defaults are used:\r\n" + line);
         // The keys after the bad one are read: the library in use and the serial settings.
         QCOMPARE(window->PanelText(fTolvaneMan::kPanelDatabase), library);
-        mCommBasic::objComm = &h.grip.link.port;
+        h.grip.link.serve(window->Link());
         run(window.get(), QStringLiteral("mnuDLTiming"));
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.grip.link.port.Settings(), QStringLiteral("19200,E,7,2"));

@@ -46,8 +46,7 @@ QStringList enabledCommands(QObject* window)
 // The grip's negative answer with the given error byte, as long as the command's report.
 QByteArray refusalWith(int command, int errorByte)
 {
-    const QString hex = QStringLiteral("50") + mAppFunc::HexByte(errorByte);
-    return griptest::framed(hex) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
+    return griptest::framed(QByteArray("\x50", 1) + char(errorByte)) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
 }
 
 QList<int> shownTimings(fTolvaneMan& w)

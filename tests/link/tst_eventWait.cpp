@@ -5,7 +5,7 @@
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
-#include "link/mCommBasic.h"
+#include "link/cLink.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -32,7 +32,7 @@ private slots:
         timer.start();
         QElapsedTimer clock;
         clock.start();
-        mCommBasic::WaitWithEvents(ms);
+        link.link.WaitWithEvents(ms);
         const qint64 elapsedNs = clock.nsecsElapsed();
         QVERIFY2(elapsedNs >= qint64(ms) * 1000000, qPrintable(QString::number(elapsedNs)));
         if (ms >= 100)
@@ -42,8 +42,8 @@ private slots:
     void secondExchangeDuringThePauseIsRefused()
     {
         griptest::GripHarness grip;
-        mCommBasic::SetSleepFunction(nullptr); // the real pause
         TestLink& link = grip.link;
+        link.link.SetSleepFunction(nullptr); // the real pause
         int refused = 0;
         qsizetype writesAtRefusal = -1;
         QElapsedTimer clock;
@@ -52,15 +52,15 @@ private slots:
         QTimer::singleShot(30, [&] {
             writesAtRefusal = link.port.writes.size();
             try {
-                mCommBasic::CommHexData(QStringLiteral("15"), true);
+                link.link.CommHexData(QByteArray("\x15"), true);
             } catch (const MarloError& e) {
                 refused += e.Number() == mErrCodes::ERR_COMM_BUSY;
             }
         });
         clock.start();
-        const QString report = mCommBasic::CommHexData(QStringLiteral("13"), true);
+        const QByteArray report = link.link.CommHexData(QByteArray("\x13"), true);
         pauseNs = clock.nsecsElapsed();
-        QVERIFY(report.startsWith(QStringLiteral("43"))); // the first exchange went on
+        QVERIFY(report.startsWith('\x43')); // the first exchange went on
         QCOMPARE(refused, 1);
         QCOMPARE(writesAtRefusal, 1); // only the code byte had gone out
         QCOMPARE(link.port.writes.size(), 2); // the refused exchange wrote nothing

@@ -6,7 +6,7 @@
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
+#include "link/cLink.h"
 #include "link/mLinkHelp.h"
 
 #include <QDir>
@@ -173,10 +173,12 @@ private slots:
             link.port.setOpenFailure(QStringLiteral("The serial port /dev/x does not exist."));
             link.port.setOpenHints({QStringLiteral("Check it.")});
         }
-        mCommBasic::CommHexData(QStringLiteral("24"), true);
+        link.link.CommHexData(QByteArray("\x24"), true);
         MarloError error(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
         if (hint)
             error.addHint(QStringLiteral("own hint"));
+        QCOMPARE(mLinkHelp::WhatToDo(error, link.link), lines);
+        // Without a link given, the installed one tells: the test link.
         QCOMPARE(mLinkHelp::WhatToDo(error), lines);
     }
 };

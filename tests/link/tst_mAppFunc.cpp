@@ -1,4 +1,5 @@
-// The catalogue sizes and the hex helpers every record builds its frames with.
+// The catalogue sizes, the byte helpers every record builds and reads its frames with, the hex
+// helpers of the firmware file, and the check byte.
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/mAppFunc.h"
@@ -20,8 +21,10 @@ private slots:
     void byteFromHexstring();
     void lz_data();
     void lz();
-    void hexByte_data();
-    void hexByte();
+    void frameBytes_data();
+    void frameBytes();
+    void frameByte_data();
+    void frameByte();
     void checksum_data();
     void checksum();
 };
@@ -60,7 +63,7 @@ void tst_mAppFunc::functionSizes()
     QFETCH(int, code);
     QFETCH(int, input);
     QFETCH(int, report);
-    QCOMPARE(GetFunctionInputSize(code, QStringLiteral("00")), input);
+    QCOMPARE(GetFunctionInputSize(code, QByteArray(1, '\0')), input);
     QCOMPARE(GetFunctionReturnSize(code), report);
 }
 
@@ -85,9 +88,9 @@ void tst_mAppFunc::reportSizes()
 
 void tst_mAppFunc::variableInputSize()
 {
-    QCOMPARE(GetFunctionInputSize(0x82, QString(20, QLatin1Char('0'))), 10);
-    QCOMPARE(GetFunctionInputSize(0x8A, QStringLiteral("8A0020100102")), 6);
-    QCOMPARE(GetFunctionInputSize(0x82, QString()), 0);
+    QCOMPARE(GetFunctionInputSize(0x82, QByteArray(10, '\0')), 10);
+    QCOMPARE(GetFunctionInputSize(0x8A, QByteArray::fromHex("8A0020100102")), 6);
+    QCOMPARE(GetFunctionInputSize(0x82, QByteArray()), 0);
 }
 
 void tst_mAppFunc::byteFromHexstring_data()
@@ -143,30 +146,63 @@ void tst_mAppFunc::lz()
     QCOMPARE(LZ(length, text), padded);
 }
 
-void tst_mAppFunc::hexByte_data()
+void tst_mAppFunc::frameBytes_data()
 {
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("hex");
-    QTest::addColumn<bool>("fails");
-    QTest::newRow("zero") << 0 << "00" << false;
-    QTest::newRow("ten") << 10 << "0A" << false;
-    QTest::newRow("max") << 255 << "FF" << false;
-    QTest::newRow("256 does not fit") << 256 << "" << true;
-    QTest::newRow("negative does not fit") << -1 << "" << true;
+    QTest::addColumn<QList<int>>("values");
+    QTest::addColumn<QByteArray>("bytes"); // empty: the values do not fit, "Invalid procedure call"
+    QTest::newRow("zero") << QList<int>{0} << QByteArray(1, '\0');
+    QTest::newRow("ten") << QList<int>{10} << QByteArray("\x0A");
+    QTest::newRow("max") << QList<int>{255} << QByteArray("\xFF");
+    QTest::newRow("a command") << QList<int>{0x29, 3, 100, 1} << QByteArray::fromHex("29036401");
+    QTest::newRow("256 does not fit") << QList<int>{256} << QByteArray();
+    QTest::newRow("negative does not fit") << QList<int>{-1} << QByteArray();
+    QTest::newRow("never cut to a byte") << QList<int>{0x24, 0x10A, 3} << QByteArray();
 }
 
-void tst_mAppFunc::hexByte()
+void tst_mAppFunc::frameBytes()
 {
-    QFETCH(int, value);
-    QFETCH(QString, hex);
-    QFETCH(bool, fails);
+    QFETCH(QList<int>, values);
+    QFETCH(QByteArray, bytes);
     try {
-        QCOMPARE(HexByte(value), hex);
-        QVERIFY(!fails);
+        QByteArray built;
+        // The helper takes a list written out in the code: one to four values here.
+        switch (values.size()) {
+        case 1: built = FrameBytes({values[0]}); break;
+        case 3: built = FrameBytes({values[0], values[1], values[2]}); break;
+        case 4: built = FrameBytes({values[0], values[1], values[2], values[3]}); break;
+        default: QFAIL("no row of that many values");
+        }
+        QCOMPARE(built, bytes);
+        QVERIFY(!bytes.isEmpty());
     } catch (const MarloError& e) {
-        QVERIFY(fails);
+        QVERIFY(bytes.isEmpty());
         QCOMPARE(e.Number(), mErrCodes::RT_INVALID_CALL);
     }
+}
+
+void tst_mAppFunc::frameByte_data()
+{
+    QTest::addColumn<QByteArray>("frame");
+    QTest::addColumn<int>("n");
+    QTest::addColumn<int>("value");
+    const QByteArray command = QByteArray::fromHex("1400EC");
+    QTest::newRow("first byte") << command << 1 << 0x14;
+    QTest::newRow("middle byte") << command << 2 << 0x00;
+    QTest::newRow("check byte, high bit set") << command << 3 << 0xEC;
+    QTest::newRow("past the end") << command << 4 << 0;
+    QTest::newRow("far past the end") << command << 400 << 0;
+    QTest::newRow("position zero") << command << 0 << 0;
+    QTest::newRow("negative position") << command << -1 << 0;
+    QTest::newRow("empty frame") << QByteArray() << 1 << 0;
+    QTest::newRow("255") << QByteArray("\xFF") << 1 << 255;
+}
+
+void tst_mAppFunc::frameByte()
+{
+    QFETCH(QByteArray, frame);
+    QFETCH(int, n);
+    QFETCH(int, value);
+    QCOMPARE(int(FrameByte(frame, n)), value);
 }
 
 void tst_mAppFunc::checksum_data()
@@ -184,18 +220,19 @@ void tst_mAppFunc::checksum()
 {
     QFETCH(QString, hex);
     QFETCH(int, crc);
-    QCOMPARE(int(mCommBasic::CalcCRC(hex)), crc);
-    const QString framed = hex + LZ(2, QString::number(crc, 16).toUpper());
+    const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+    QCOMPARE(int(mCommBasic::CalcCRC(bytes)), crc);
+    const QByteArray framed = bytes + char(crc);
     QVERIFY(mCommBasic::CheckCRC(framed));
     quint32 sum = 0;
-    for (char byte : HexToBytes(framed))
+    for (char byte : framed)
         sum += static_cast<quint8>(byte);
     QCOMPARE(sum % 256, 0u);
     // Any change of one byte breaks the check.
-    QString broken = framed;
-    broken[0] = broken[0] == QLatin1Char('1') ? QLatin1Char('2') : QLatin1Char('1');
-    if (!hex.isEmpty())
-        QVERIFY(!mCommBasic::CheckCRC(broken));
+    QByteArray broken = framed;
+    broken[0] = char(broken[0] ^ 0x10);
+    QVERIFY(!mCommBasic::CheckCRC(broken));
+    QVERIFY(!mCommBasic::CheckCRC(QByteArray())); // nothing carries no check byte
 }
 
 QTEST_GUILESS_MAIN(tst_mAppFunc)

@@ -2,13 +2,14 @@
 #include "TestLink.h"
 
 #include "link/cCommConsole.h"
-#include "link/mAppFunc.h"
+#include "link/cLink.h"
 #include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QDir>
 #include <QFile>
+#include <QSettings>
 #include <QtTest>
 
 namespace {
@@ -22,6 +23,8 @@ public:
 };
 
 QString logPath() { return mMain::ProgramFile(QStringLiteral("komm.log")); }
+
+const QByteArray kBootModeQuery("\x11");
 
 } // namespace
 
@@ -37,6 +40,8 @@ private slots:
     void fileGetsEveryWriteAndRead();
     void unwritableLogNeverDisturbs();
     void consoleGetsEntries();
+    void aChangedSwitchAppliesToTheNextEntry_data();
+    void aChangedSwitchAppliesToTheNextEntry();
 
 private:
     std::unique_ptr<TestLink> link;
@@ -54,28 +59,29 @@ void tst_trafficLog::cleanup()
 {
     mMain::Application().RegistrySettings().setCommLogToFile(false);
     mMain::Application().RegistrySettings().setCommLogToConsole(false);
-    mCommBasic::SetConsoleFactory(nullptr);
     link.reset();
 }
 
 void tst_trafficLog::entryFormat_data()
 {
-    QTest::addColumn<QString>("hex");
+    QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("label");
     QTest::addColumn<QString>("body");
-    QTest::newRow("command") << "1400EC" << "Sending data"
+    QTest::newRow("command") << QByteArray::fromHex("1400EC") << "Sending data"
                              << "Sending data\r\n  dec: [20,0,236]\r\n  hex:   [1400EC]";
-    QTest::newRow("one byte") << "41" << "Receiving data" << "Receiving data\r\n  dec: [65]\r\n  hex:   [41]";
-    QTest::newRow("nothing read") << "" << "Receiving data" << "Receiving data\r\n  dec: []\r\n  hex:   []";
+    QTest::newRow("one byte") << QByteArray("\x41") << "Receiving data" << "Receiving data\r\n  dec: [65]\r\n  hex:   [41]";
+    QTest::newRow("nothing read") << QByteArray() << "Receiving data" << "Receiving data\r\n  dec: []\r\n  hex:   []";
+    QTest::newRow("every digit upper case, zeros kept") << QByteArray::fromHex("00ABCDEF0A") << "Sending data"
+                                                        << "Sending data\r\n  dec: [0,171,205,239,10]\r\n  hex:   [00ABCDEF0A]";
 }
 
 void tst_trafficLog::entryFormat()
 {
-    QFETCH(QString, hex);
+    QFETCH(QByteArray, bytes);
     QFETCH(QString, label);
     QFETCH(QString, body);
     const QDateTime when(QDate(2026, 11, 21), QTime(13, 4, 5));
-    const QString entry = mCommBasic::FormatLogEntry(when, hex, label);
+    const QString entry = mCommBasic::FormatLogEntry(when, bytes, label);
     const qsizetype colon = entry.indexOf(QStringLiteral(": ") + label);
     QVERIFY(colon > 0);
     QCOMPARE(entry.mid(colon + 2), body);
@@ -85,7 +91,7 @@ void tst_trafficLog::entryFormat()
 
 void tst_trafficLog::nothingLoggedWhenOff()
 {
-    mCommBasic::CommHexData(QStringLiteral("11"), true);
+    link->link.CommHexData(kBootModeQuery, true);
     QVERIFY(!QFile::exists(logPath()));
 }
 
@@ -93,7 +99,7 @@ void tst_trafficLog::fileGetsEveryWriteAndRead()
 {
     mMain::Application().RegistrySettings().setCommLogToFile(true);
     link->port.queueInput(QByteArray::fromHex("99")); // stale: flushed and logged as received data
-    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QStringLiteral("4100BF"));
+    QCOMPARE(link->link.CommHexData(kBootModeQuery, true), QByteArray::fromHex("4100BF"));
     QFile file(logPath());
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString log = QString::fromLocal8Bit(file.readAll());
@@ -109,7 +115,7 @@ void tst_trafficLog::unwritableLogNeverDisturbs()
 {
     QVERIFY(QDir().mkpath(logPath())); // a folder where the file should be
     mMain::Application().RegistrySettings().setCommLogToFile(true);
-    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QStringLiteral("4100BF"));
+    QCOMPARE(link->link.CommHexData(kBootModeQuery, true), QByteArray::fromHex("4100BF"));
     QVERIFY(QFileInfo(logPath()).isDir());
 }
 
@@ -117,14 +123,57 @@ void tst_trafficLog::consoleGetsEntries()
 {
     RecordingConsole::starts = 0;
     RecordingConsole::entries.clear();
-    mCommBasic::SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
+    link->link.SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
     mMain::Application().RegistrySettings().setCommLogToConsole(true);
-    mCommBasic::CommHexData(QStringLiteral("11"), true);
-    mCommBasic::CommHexData(QStringLiteral("11"), true);
+    link->link.CommHexData(kBootModeQuery, true);
+    link->link.CommHexData(kBootModeQuery, true);
     QCOMPARE(RecordingConsole::starts, 1); // made once, kept for the run
     QCOMPARE(RecordingConsole::entries.size(), 8);
     QVERIFY(RecordingConsole::entries.first().endsWith(QStringLiteral("Sending data\r\n  dec: [17]\r\n  hex:   [11]")));
     QVERIFY(!QFile::exists(logPath()));
+}
+
+void tst_trafficLog::aChangedSwitchAppliesToTheNextEntry_data()
+{
+    QTest::addColumn<bool>("file"); // the switch of the file, else of the console
+    QTest::addColumn<bool>("reread"); // changed in the preferences file and read again, else by its setter
+    QTest::newRow("file, set in the options") << true << false;
+    QTest::newRow("console, set in the options") << false << false;
+    QTest::newRow("file, preferences read again") << true << true;
+    QTest::newRow("console, preferences read again") << false << true;
+}
+
+void tst_trafficLog::aChangedSwitchAppliesToTheNextEntry()
+{
+    QFETCH(bool, file);
+    QFETCH(bool, reread);
+    RecordingConsole::entries.clear();
+    link->link.SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
+    const QString key = file ? QStringLiteral("CommLogToFile") : QStringLiteral("CommLogToConsole");
+    const auto set = [&](bool on) {
+        if (reread) {
+            QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"))
+                .setValue(QStringLiteral("Initialize/") + key, on ? QStringLiteral("True") : QStringLiteral("False"));
+            mMain::ReleaseRegistrySettings();
+        } else if (file) {
+            mMain::Application().RegistrySettings().setCommLogToFile(on);
+        } else {
+            mMain::Application().RegistrySettings().setCommLogToConsole(on);
+        }
+    };
+    const auto entries = [&]() -> qsizetype {
+        if (!file)
+            return RecordingConsole::entries.size();
+        QFile log(logPath());
+        return log.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(log.readAll()).count(QStringLiteral(" data\r\n")) : 0;
+    };
+    // Each exchange of the boot-mode query logs four entries: two writes, two reads.
+    const QList<QPair<bool, qsizetype>> steps = {{true, 4}, {false, 4}, {true, 8}};
+    for (const auto& [on, expected] : steps) {
+        set(on);
+        link->link.CommHexData(kBootModeQuery, true);
+        QCOMPARE(entries(), expected);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_trafficLog)

@@ -412,7 +412,7 @@ void tst_cRegistrySettings::backwardCompatibleUploadAnswersFromTheGrip()
     QFETCH(bool, answer);
     cRegistrySettings prefs;
     prefs.setBackwardCompatibleUpload(!answer);
-    GunInfo().Comm2Obj(QStringLiteral("43") + QString(20, QLatin1Char('0')) + firmware + QString(24, QLatin1Char('0')));
+    GunInfo().Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
     QCOMPARE(prefs.BackwardCompatibleUpload(), answer);
     QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !answer);
 }

@@ -51,8 +51,9 @@ void tst_errorsAndServices::gripErrorRecord()
     cError record;
     record.setErrorCode(code);
     QCOMPARE(record.Description(), description);
-    record.RecordNegativeAnswer(QStringLiteral("5007A9")); // the error byte does not matter
+    record.RecordNegativeAnswer(QByteArray::fromHex("5007A9")); // the error byte does not matter
     QCOMPARE(record.ErrorCode(), 1);
+    QCOMPARE(record.AnswerByte(), quint8(0x07)); // but it is kept, to be shown
     record.Clear();
     QCOMPARE(record.ErrorCode(), 0);
 }

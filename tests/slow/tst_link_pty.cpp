@@ -5,9 +5,11 @@
 #include "base/mErrCodes.h"
 #include "grip/cGunInfo.h"
 #include "grip/mCommSupportHex.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/Fault.h"
@@ -32,7 +34,14 @@ private:
     ScriptedUi ui;
     std::unique_ptr<gripsim::PtyServer> server;
     std::unique_ptr<cSerialPort> port;
+    cPreferencesLinkSettings settings;
+    std::unique_ptr<cLink> link;
 };
+
+namespace {
+const QByteArray kBootModeQuery("\x11");
+using Outcome = cLink::Outcome;
+} // namespace
 
 void tst_link_pty::init()
 {
@@ -40,7 +49,8 @@ void tst_link_pty::init()
     QString error;
     QVERIFY2(server->start(&error), qPrintable(error));
     port = std::make_unique<cSerialPort>();
-    mCommBasic::objComm = port.get();
+    link = std::make_unique<cLink>(port.get(), settings);
+    mCommBasic::SetLink(link.get());
     mMain::SetUserInterface(&ui);
     mMain::Application().RegistrySettings().overrideCommDevice(server->devicePath());
     ResetGunInfo();
@@ -49,7 +59,8 @@ void tst_link_pty::init()
 
 void tst_link_pty::cleanup()
 {
-    mCommBasic::objComm = nullptr;
+    mCommBasic::SetLink(nullptr);
+    link.reset();
     port.reset();
     server.reset();
     mMain::SetUserInterface(nullptr);
@@ -57,9 +68,9 @@ void tst_link_pty::cleanup()
 
 void tst_link_pty::exchangeWithThePause()
 {
-    const QString report = mCommBasic::CommHexData(QStringLiteral("11"), true);
-    QCOMPARE(report, QStringLiteral("4100BF"));
-    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+    const QByteArray report = link->CommHexData(kBootModeQuery, true);
+    QCOMPARE(report, QByteArray::fromHex("4100BF"));
+    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
     QVERIFY(!port->PortOpen());
     const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server->grip().traffic());
     QCOMPARE(pauses.size(), 1);
@@ -89,7 +100,7 @@ void tst_link_pty::answersInPiecesAreAssembled()
     QString error;
     server->grip().addFault(*gripsim::FaultRule::parse(QStringLiteral("pieces@13*1"), &error));
     GunInfo().Download();
-    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
     QCOMPARE(GunInfo().Serial(), QStringLiteral("SIM0000001"));
 }
 
@@ -100,11 +111,11 @@ void tst_link_pty::faultsGiveEmptyOrUnexpectedReports_data()
     QTest::addColumn<QString>("fault");
     QTest::addColumn<int>("outcome"); // -1: not looked at
     QTest::addColumn<QString>("ending");
-    QTest::newRow("silent") << "silent@11*1" << int(mCommBasic::Outcome::Timeout) << "error";
+    QTest::newRow("silent") << "silent@11*1" << int(Outcome::Timeout) << "error";
     QTest::newRow("negative answer") << "nak@11*1" << -1 << "refused";
-    QTest::newRow("short: the code alone still answers") << "short@11*1" << int(mCommBasic::Outcome::WrongLength) << "answered";
-    QTest::newRow("bad checksum: returned all the same") << "badsum@11*1" << int(mCommBasic::Outcome::BadChecksum) << "answered";
-    QTest::newRow("long: the extra bytes stay behind") << "long@11*1" << int(mCommBasic::Outcome::WrongLength) << "answered";
+    QTest::newRow("short: the code alone still answers") << "short@11*1" << int(Outcome::WrongLength) << "answered";
+    QTest::newRow("bad checksum: returned all the same") << "badsum@11*1" << int(Outcome::BadChecksum) << "answered";
+    QTest::newRow("long: the extra bytes stay behind") << "long@11*1" << int(Outcome::WrongLength) << "answered";
     QTest::newRow("garbage") << "garbage@11*1" << -1 << "error";
 }
 
@@ -127,20 +138,20 @@ void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
     }
     QCOMPARE(ended, ending);
     if (outcome >= 0)
-        QCOMPARE(int(mCommBasic::LastOutcome()), outcome);
+        QCOMPARE(int(link->LastOutcome()), outcome);
     QVERIFY(!port->PortOpen());
-    QVERIFY(!mCommBasic::bCommBusy);
+    QVERIFY(!link->CommBusy());
     // The link is usable again at once.
     QVERIFY(!mCommSupportHex::GRIPIsBootmode(false));
-    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::Ok));
+    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
 }
 
 void tst_link_pty::missingDevice()
 {
     mMain::Application().RegistrySettings().overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
-    QCOMPARE(mCommBasic::CommHexData(QStringLiteral("11"), true), QString());
-    QCOMPARE(int(mCommBasic::LastOutcome()), int(mCommBasic::Outcome::PortFailed));
-    QVERIFY2(mCommBasic::LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(mCommBasic::LastOpenError()));
+    QCOMPARE(link->CommHexData(kBootModeQuery, true), QByteArray());
+    QCOMPARE(int(link->LastOutcome()), int(Outcome::PortFailed));
+    QVERIFY2(link->LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(link->LastOpenError()));
 }
 
 QTEST_GUILESS_MAIN(tst_link_pty)

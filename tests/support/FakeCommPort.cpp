@@ -47,7 +47,7 @@ void FakeCommPort::completeFrames()
 {
     while (!m_pending.isEmpty()) {
         const qint32 code = static_cast<quint8>(m_pending.at(0));
-        qint32 size = mAppFunc::GetFunctionInputSize(code, QString());
+        qint32 size = mAppFunc::GetFunctionInputSize(code);
         if (code == mAppFunc::CMD_WRITE_BLOCK || code == mAppFunc::CMD_WRITE_BLOCK_OLD)
             size = m_pending.size() >= 4 ? 5 + static_cast<quint8>(m_pending.at(3)) : 1 << 20;
         if (size <= 0)

@@ -28,9 +28,13 @@ using mGripCommands::Direction;
 using mGripCommands::GripRecord;
 
 // The frame as the link sends it: the bytes followed by their check byte.
+inline QByteArray framed(const QByteArray& bytes)
+{
+    return bytes + static_cast<char>(mCommBasic::CalcCRC(bytes));
+}
 inline QByteArray framed(const QString& hex)
 {
-    return mAppFunc::HexToBytes(hex + mAppFunc::HexByte(mCommBasic::CalcCRC(hex)));
+    return framed(QByteArray::fromHex(hex.toLatin1()));
 }
 
 // The grip's negative answer, padded to the length of the report the command expects: the link

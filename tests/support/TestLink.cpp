@@ -1,18 +1,14 @@
 #include "TestLink.h"
 
 #include "grip/cGunInfo.h"
+#include "link/InstalledLink.h"
 #include "link/cError.h"
-#include "link/mCommBasic.h"
 #include "shell/mMain.h"
 
-TestLink::TestLink(bool realSleep)
+TestLink::TestLink(bool realSleep) : m_realSleep(realSleep)
 {
-    mCommBasic::objComm = &port;
-    mCommBasic::bCommBusy = false;
-    mCommBasic::bNoCRCIn = false;
-    mCommBasic::bNoCRCOut = false;
-    if (!realSleep)
-        mCommBasic::SetSleepFunction([this](qint32 ms) { sleeps.append(ms); });
+    recordSleeps(link);
+    mCommBasic::SetLink(&link);
     mMain::SetUserInterface(&ui);
     ResetGunInfo();
     GripError().Clear();
@@ -20,10 +16,20 @@ TestLink::TestLink(bool realSleep)
 
 TestLink::~TestLink()
 {
-    mCommBasic::objComm = nullptr;
-    mCommBasic::SetSleepFunction(nullptr);
-    mCommBasic::ResetConsole();
+    mCommBasic::SetLink(nullptr);
     mMain::SetUserInterface(nullptr);
     ResetGunInfo();
     GripError().Clear();
+}
+
+void TestLink::serve(cLink& other)
+{
+    other.setPort(&port);
+    recordSleeps(other);
+}
+
+void TestLink::recordSleeps(cLink& target)
+{
+    if (!m_realSleep)
+        target.SetSleepFunction([this](qint32 ms) { sleeps.append(ms); });
 }

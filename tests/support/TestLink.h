@@ -1,8 +1,12 @@
 #pragma once
-// Puts the link into a known state for one test: a fake port, a scripted user, no real sleeps,
-// a fresh gun-information record and error record. Undone when it goes out of scope.
+// Puts the link into a known state for one test: a fresh link over a fake port, installed for the
+// records, with a scripted user, no real sleeps, a fresh gun-information record and error
+// record. Undone when it goes out of scope.
 #include "FakeCommPort.h"
 #include "ScriptedUi.h"
+
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 
 #include <QList>
 
@@ -13,7 +17,18 @@ public:
     TestLink(const TestLink&) = delete;
     TestLink& operator=(const TestLink&) = delete;
 
+    // Makes another link (the main window's own) talk to this fake port, with its pauses
+    // recorded here unless the sleeps are real.
+    void serve(cLink& other);
+
     FakeCommPort port;
     ScriptedUi ui;
     QList<qint32> sleeps; // every DoWait, in milliseconds
+    cPreferencesLinkSettings settings;
+    cLink link{&port, settings};
+
+private:
+    void recordSleeps(cLink& target);
+
+    bool m_realSleep;
 };

@@ -8,7 +8,7 @@
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cSetsTemplate.h"
-#include "link/mCommBasic.h"
+#include "link/InstalledLink.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
@@ -197,8 +197,8 @@ fTolvaneMan::~fTolvaneMan()
     for (QLineEdit* box : findChildren<QLineEdit*>())
         disconnect(box, &QLineEdit::editingFinished, this, nullptr);
     ReleaseViews();
-    if (mCommBasic::objComm == &comGrip)
-        mCommBasic::objComm = nullptr;
+    if (&mCommBasic::Link() == &m_link)
+        mCommBasic::SetLink(nullptr);
     if (auto* ui = dynamic_cast<QtUserInterface*>(&mMain::UI()); ui && ui->mainWindow() == this)
         ui->setMainWindow(nullptr);
 }
@@ -576,7 +576,7 @@ void fTolvaneMan::Form_Load()
     Handle(QStringLiteral("Form_Load"), [&] {
         m_progressPanel->setVisible(false);
         pgbProgress->setVisible(false);
-        mCommBasic::objComm = &comGrip;
+        mCommBasic::SetLink(&m_link);
         Application().RegistrySettings();
         for (QLineEdit* counter : txtCounters)
             counter->setText(QStringLiteral("0"));

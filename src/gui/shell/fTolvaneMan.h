@@ -8,6 +8,8 @@
 // information (fTolvaneMan_Firmware.cpp).
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/mGripCommands.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
 
 #include <QList>
@@ -244,8 +246,13 @@ public:
     };
     TimingControls timing(int index) const { return m_timing[index]; }
 
+    // The window's link to the grip, installed for the records while the window is loaded.
+    cLink& Link() { return m_link; }
+
 private:
     cSerialPort comGrip;
+    cPreferencesLinkSettings m_linkSettings;
+    cLink m_link{&comGrip, m_linkSettings};
     cifSetsTemplate* mIFSettings = nullptr;
     bool m_isTemplate = false;
     bool m_activated = false;

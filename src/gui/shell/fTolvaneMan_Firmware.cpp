@@ -8,7 +8,6 @@
 #include "gui/link/cCommConsoleWindow.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/GripCommandScope.h"
-#include "link/mCommBasic.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
@@ -141,16 +140,16 @@ void fTolvaneMan::SetupViews()
         item->setCheckable(true);
     // The link's console logging object shows its entries in this window's traffic window.
     QPointer<fTolvaneMan> self(this);
-    mCommBasic::ResetConsole();
-    mCommBasic::SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
+    m_link.ResetConsole();
+    m_link.SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
         return std::make_unique<cCommConsoleWindow>([self]() -> fCommConsole* { return self ? self->CommLogWindow() : nullptr; });
     });
 }
 
 void fTolvaneMan::ReleaseViews()
 {
-    mCommBasic::ResetConsole();
-    mCommBasic::SetConsoleFactory(nullptr);
+    m_link.ResetConsole();
+    m_link.SetConsoleFactory(nullptr);
 }
 
 fCommConsole* fTolvaneMan::CommLogWindow()

@@ -1,7 +1,6 @@
 #include "GuiTestSupport.h"
 
 #include "library/mDatabase.h"
-#include "link/mCommBasic.h"
 
 #include <QAccessible>
 #include <QDir>
@@ -118,7 +117,7 @@ fTolvaneMan& WindowHarness::open(bool show, const QStringList& commandLine)
     mMain::CheckForDB();
     window = std::make_unique<fTolvaneMan>();
     window->setCommandLine(commandLine);
-    mCommBasic::objComm = &grip.link.port;
+    grip.link.serve(window->Link());
     if (show) {
         window->show();
         QCoreApplication::processEvents();
