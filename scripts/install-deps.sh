@@ -2,7 +2,7 @@
 # Installs what building and testing Marlo needs on Debian 12, if it is missing.
 set -euo pipefail
 packages=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite desktop-file-utils)
-[ "${MARLO_WITH_SCREENSHOT_TOOLS:-0}" = 1 ] && packages+=(xvfb xauth imagemagick)
+[ "${MARLO_WITH_SCREENSHOT_TOOLS:-0}" = 1 ] && packages+=(xvfb xauth imagemagick xdotool)
 [ "${MARLO_WITH_FUZZ_TOOLS:-0}" = 1 ] && packages+=(clang libclang-rt-14-dev)
 missing=()
 for p in "${packages[@]}"; do
