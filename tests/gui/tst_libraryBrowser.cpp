@@ -285,9 +285,11 @@ private slots:
         QTest::newRow("dates by their day first")
             << Sorting{three, st, days, {3}, 3, {"01-Aug-2001", "07-Mar-2024", "09-Jan-2022", "25-Dec-2023"}};
         QTest::newRow("another column starts ascending")
-            << Sorting{three, st, days, {5, 5, 2}, 2, {"Factory Default", "a", "b", "c"}};
-        QTest::newRow("names as text, capitals first")
-            << Sorting{{"b", "B", "a"}, st, days, {2}, 2, {"B", "Factory Default", "a", "b"}};
+            << Sorting{three, st, days, {5, 5, 2}, 2, {"a", "b", "c", "Factory Default"}};
+        QTest::newRow("names alphabetically, whatever the case")
+            << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2}, 2, {"Alpha", "beta", "Factory Default", "zeta"}};
+        QTest::newRow("names the other way")
+            << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2, 2}, 2, {"zeta", "Factory Default", "beta", "Alpha"}};
         QTest::newRow("row numbers as text")
             << Sorting{{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {}, {1, 1}, 1,
                        {"9", "8", "7", "6", "5", "4", "3", "2", "10", "1", "0"}};

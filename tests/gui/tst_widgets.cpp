@@ -52,7 +52,13 @@ private slots:
         QTest::newRow("down") << "10" << int(Qt::Key_Down) << "9";
         QTest::newRow("not past the top") << "20" << int(Qt::Key_Up) << "20";
         QTest::newRow("not below the bottom") << "1" << int(Qt::Key_Down) << "1";
-        QTest::newRow("a text outside the range is left until a step") << "50" << int(Qt::Key_Down) << "19";
+        // The up-down last held 20: a box holding no number of the range steps from the box.
+        QTest::newRow("down from above the range") << "50" << int(Qt::Key_Down) << "20";
+        QTest::newRow("up from above the range") << "50" << int(Qt::Key_Up) << "20";
+        QTest::newRow("up from zero") << "0" << int(Qt::Key_Up) << "1";
+        QTest::newRow("up from below the range") << "-7" << int(Qt::Key_Up) << "1";
+        QTest::newRow("up from an empty box") << "" << int(Qt::Key_Up) << "1";
+        QTest::newRow("down from text") << "abc" << int(Qt::Key_Down) << "1";
     }
     void upDownStepsItsTextBox()
     {

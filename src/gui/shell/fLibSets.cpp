@@ -99,6 +99,7 @@ fLibSets::fLibSets(fTolvaneMan* owner) : QDialog(owner), m_owner(owner)
     setObjectName(kForm);
     setWindowTitle(tr("Tolvane Library - Settings"));
     setSizeGripEnabled(true);
+    m_nameOrder.setCaseSensitivity(Qt::CaseInsensitive);
     createControls();
     createPopup();
     connectHandlers();
@@ -270,9 +271,32 @@ void fLibSets::fitFixedColumns()
     }
 }
 
+namespace {
+
+// A row of the list. Mended on purpose: the Name column sorts alphabetically in the user's
+// language, whatever the case (it sorted capitals first); every other column keeps its text order.
+class LibraryRow : public QTreeWidgetItem {
+public:
+    explicit LibraryRow(const QCollator& names) : m_names(names) {}
+
+    bool operator<(const QTreeWidgetItem& other) const override
+    {
+        const int column = treeWidget() ? treeWidget()->sortColumn() : fLibSets::ColKey;
+        if (column != fLibSets::ColName)
+            return QTreeWidgetItem::operator<(other);
+        const int order = m_names.compare(text(column), other.text(column));
+        return order != 0 ? order < 0 : QTreeWidgetItem::operator<(other);
+    }
+
+private:
+    const QCollator& m_names;
+};
+
+} // namespace
+
 QTreeWidgetItem* fLibSets::newRow(const QString& key, const QString& number)
 {
-    auto* row = new QTreeWidgetItem;
+    auto* row = new LibraryRow(m_nameOrder);
     row->setData(ColKey, kKeyRole, key);
     row->setText(ColNumber, number);
     for (int c = 0; c < ColumnCount; ++c) {
@@ -441,7 +465,8 @@ bool fLibSets::Form_KeyDown(int key, Qt::KeyboardModifiers modifiers)
     return handled;
 }
 
-// Sorting compares the texts on screen, so numbers and dates sort as text: "10" before "5",
+// Sorting compares the texts on screen (names alphabetically, see LibraryRow), so numbers and
+// dates sort as text: "10" before "5",
 // dates by their day first. Long accepted as the list's behaviour; kept on purpose.
 void fLibSets::lvwLib_ColumnClick(int column)
 {

@@ -4,6 +4,7 @@
 // (marked, and dropped from the file at the next library save) or opened in the property editor.
 // The browser keeps no records of its own and never reads the library file: the list is made
 // from the library held in memory.
+#include <QCollator>
 #include <QDialog>
 #include <QPointer>
 #include <memory>
@@ -104,5 +105,7 @@ private:
     bool m_sorted = false;
     int m_sortColumn = 0;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    // The order of names: the user's language, whatever the case.
+    QCollator m_nameOrder;
     bool m_unloaded = false;
 };

@@ -38,8 +38,18 @@ UpDown::UpDown(QWidget* parent) : QAbstractSlider(parent)
     // A step by the user (arrows, keys, wheel) writes the new value into the text box; a change
     // of the range or of the text box moves the value without writing back.
     connect(this, &QAbstractSlider::actionTriggered, this, [this] {
-        if (m_buddy)
-            m_buddy->setText(QString::number(sliderPosition()));
+        if (!m_buddy)
+            return;
+        // Mended on purpose: a step from a box that holds no number of the range starts from the
+        // box, not from the last number it held (an empty box, text or a number below the range
+        // give the minimum, a number above it the maximum).
+        bool ok = false;
+        const int number = m_buddy->text().trimmed().toInt(&ok);
+        if (!ok || number < minimum())
+            setSliderPosition(minimum());
+        else if (number > maximum())
+            setSliderPosition(maximum());
+        m_buddy->setText(QString::number(sliderPosition()));
     });
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 // The up-down control: two arrow buttons that step a value within its range and write it into
 // the text box they belong to (the buddy), and follow that text box when the user types a number
-// within the range. The arrow keys step it too.
+// within the range. The arrow keys step it too. A step from a box holding no number of the range
+// gives the minimum, or the maximum from a number above the range.
 #include <QAbstractSlider>
 
 class QLineEdit;
