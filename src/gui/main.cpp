@@ -1,4 +1,5 @@
 // marlo: the desktop program.
+#include "gui/shell/DesktopCommandLine.h"
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
 #include "link/cSerialPort.h"
@@ -10,6 +11,8 @@
 
 int main(int argc, char* argv[])
 {
+    if (const auto status = DesktopCommandLine::AnswerWithoutWindow(argc, argv))
+        return *status;
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Marlo"));
     QApplication::setOrganizationName(QStringLiteral("Marlo"));
