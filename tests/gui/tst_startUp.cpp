@@ -235,6 +235,14 @@ private slots:
         const QString details = control<QPlainTextEdit>(&window, QStringLiteral("txtDetails"))->toPlainText();
         for (const char* part : {"cGunInfo.Download ($Revision: 1 $)", "fTolvaneMan.cmdTools_Click(0)", "Marlo 4.0.0"})
             QVERIFY2(details.contains(QLatin1String(part)), part);
+        // Details shows at least ten lines, and the window grows to show them.
+        window.show();
+        const int closedHeight = window.height();
+        control<QPushButton>(&window, QStringLiteral("cmdDetails"))->click();
+        auto* detailsBox = control<QPlainTextEdit>(&window, QStringLiteral("txtDetails"));
+        QVERIFY(detailsBox->isVisible());
+        QVERIFY(detailsBox->viewport()->height() >= 10 * detailsBox->fontMetrics().lineSpacing());
+        QVERIFY(window.height() > closedHeight);
         // Copy takes everything, for a support request.
         for (const QString& part : {mErrCodes::MSG_DL_GUNINFO, QStringLiteral("the grip is turned on"), QStringLiteral("Marlo 4.0.0")})
             QVERIFY2(window.fullText().contains(part), qPrintable(part));

@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QtMath>
 #include <QPushButton>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -80,6 +81,10 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     m_details->setReadOnly(true);
     m_details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_details->setVisible(false);
+    // Room for ten lines of the trail at least; the window grows when they show and can be
+    // made larger still.
+    m_details->setMinimumHeight(m_details->fontMetrics().lineSpacing() * 10 + 2 * m_details->frameWidth() +
+                                qCeil(2 * m_details->document()->documentMargin()));
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     m_detailsButton = buttons->addButton(tr("&Details"), QDialogButtonBox::ActionRole);
@@ -90,7 +95,10 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     copy->setToolTip(tr("Copy the message and its details, for a support request"));
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("cmdOK"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(m_detailsButton, &QPushButton::toggled, m_details, &QWidget::setVisible);
+    connect(m_detailsButton, &QPushButton::toggled, this, [this](bool shown) {
+        m_details->setVisible(shown);
+        adjustSize();
+    });
     connect(copy, &QPushButton::clicked, this, &ErrorWindow::copyToClipboard);
 
     auto* layout = new QVBoxLayout(this);
