@@ -193,9 +193,19 @@ private slots:
         QWidget* panel = control<QWidget>(&w, QStringLiteral("stbStatus.Panels(4)"));
         QVERIFY(!bar->isVisible());
         QVERIFY(!panel->isVisible());
+        const auto panelPlaces = [&w] {
+            QList<QRect> places;
+            for (const char* name : {"stbStatus.Panels(1)", "FWVer", "stbStatus.Panels(3)"})
+                places << control<QWidget>(&w, QString::fromLatin1(name))->geometry();
+            return places;
+        };
+        QApplication::processEvents();
+        const QList<QRect> atRest = panelPlaces();
         mMain::StartProgress(300);
         QVERIFY(bar->isVisible());
         QVERIFY(panel->isVisible());
+        QApplication::processEvents();
+        QCOMPARE(panelPlaces(), atRest); // the other panels keep their places
         QCOMPARE(bar->maximum(), 300);
         QCOMPARE(bar->value(), 0);
         QVERIFY(panel->rect().contains(bar->geometry()));

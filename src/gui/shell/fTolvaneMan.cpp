@@ -532,10 +532,17 @@ void fTolvaneMan::createStatusBar()
     m_progressPanel->setFrameShape(QFrame::StyledPanel);
     m_progressPanel->setFrameShadow(QFrame::Sunken);
     m_progressPanel->setMinimumWidth(TwipsToPixels(2400, this));
+    // Hidden, it keeps its room, and shown it is as tall as the other panels, so that they stay
+    // where they are while it shows.
+    QSizePolicy keepsRoom = m_progressPanel->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    m_progressPanel->setSizePolicy(keepsRoom);
+    m_progressPanel->setFixedHeight(m_panels.first()->sizeHint().height());
     auto* inset = new QHBoxLayout(m_progressPanel);
     pgbProgress = MakeControl<QProgressBar>(m_progressPanel, QStringLiteral("pgbProgress"));
     pgbProgress->setAccessibleName(tr("Progress"));
     pgbProgress->setTextVisible(true);
+    pgbProgress->setMinimumHeight(0);
     inset->addWidget(pgbProgress);
     bar->addPermanentWidget(m_progressPanel, 2);
 }
