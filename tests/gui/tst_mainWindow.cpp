@@ -146,6 +146,7 @@ private slots:
             s.battery = 880;
         });
         fTolvaneMan& w = h.open();
+        QVERIFY(!control<ucIProgress>(&w, QStringLiteral("ucIProgress1"))->HasValue()); // nothing read yet
         run(&w, QStringLiteral("cmdTools(0)"));
         GUITEST_NO_ERRORS(h.ui.script);
         const QList<QPair<const char*, const char*>> boxes = {
@@ -161,6 +162,7 @@ private slots:
             QVERIFY2(control<QCheckBox>(&w, QLatin1String(name))->isChecked(), name);
         // 880 steps of 2.5/1024 V behind the 16.2 to 6.2 divider: 5.61 V.
         QCOMPARE(control<ucIProgress>(&w, QStringLiteral("ucIProgress1"))->Value(), 561);
+        QVERIFY(control<ucIProgress>(&w, QStringLiteral("ucIProgress1"))->HasValue());
         QCOMPARE(w.PanelText(fTolvaneMan::kPanelFirmware), QStringLiteral("4.0.5"));
         QCOMPARE(control<QLabel>(&w, QStringLiteral("lblROFbps"))->text(), QStringLiteral("9.2")); // 1000 / (9 + 31 + 40 + 29)
 

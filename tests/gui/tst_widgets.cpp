@@ -18,6 +18,7 @@ private slots:
         QTest::addColumn<int>("value");
         QTest::addColumn<int>("band");
         QTest::addColumn<QString>("description");
+        QTest::newRow("nothing read") << -1 << 0 << "No voltage read";
         // The main window's scale: 4.00 to 5.80 V, low up to 4.25 V, middle up to 4.50 V.
         QTest::newRow("empty") << 0 << 0 << "0.00 V, low";
         QTest::newRow("low edge") << 425 << 0 << "4.25 V, low";
@@ -37,6 +38,9 @@ private slots:
         bar.setMaxLow(425);
         bar.setMaxMid(450);
         bar.setValue(value);
+        if (value < 0)
+            bar.clearValue();
+        QCOMPARE(bar.HasValue(), value >= 0);
         QCOMPARE(bar.band(), band);
         QCOMPARE(bar.accessibleDescription(), description);
         bar.resize(bar.sizeHint());

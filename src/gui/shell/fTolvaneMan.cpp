@@ -591,7 +591,8 @@ void fTolvaneMan::Form_Load()
         ucIProgress1->setMin(400);
         ucIProgress1->setMaxLow(425);
         ucIProgress1->setMaxMid(450);
-        ucIProgress1->setValue(560);
+        // Mended on purpose: no voltage (it showed 5.60 V) until one is read from a grip.
+        ucIProgress1->clearValue();
         ucIProgress1->setVisible(true);
         SetupSettingsBoundaries();
         SetupOptionsBoundaries();

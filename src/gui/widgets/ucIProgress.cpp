@@ -19,7 +19,8 @@ void ucIProgress::setMin(qint32 value) { m_min = value; changed(); }
 void ucIProgress::setMax(qint32 value) { m_max = value; changed(); }
 void ucIProgress::setMaxLow(qint32 value) { m_maxLow = value; changed(); }
 void ucIProgress::setMaxMid(qint32 value) { m_maxMid = value; changed(); }
-void ucIProgress::setValue(qint32 value) { m_value = value; changed(); }
+void ucIProgress::setValue(qint32 value) { m_value = value; m_hasValue = true; changed(); }
+void ucIProgress::clearValue() { m_hasValue = false; changed(); }
 void ucIProgress::setIndicators(bool value) { m_indicators = value; updateGeometry(); changed(); }
 void ucIProgress::setBorder(bool value) { m_border = value; changed(); }
 
@@ -38,8 +39,9 @@ int ucIProgress::band() const
 void ucIProgress::changed()
 {
     static const char* const kBandNames[] = {QT_TR_NOOP("low"), QT_TR_NOOP("middle"), QT_TR_NOOP("high")};
-    setAccessibleDescription(tr("%1, %2").arg(VoltText(m_value), tr(kBandNames[band()])));
-    setToolTip(VoltText(m_value));
+    const QString text = m_hasValue ? tr("%1, %2").arg(VoltText(m_value), tr(kBandNames[band()])) : tr("No voltage read");
+    setAccessibleDescription(text);
+    setToolTip(m_hasValue ? VoltText(m_value) : text);
     update();
 }
 
@@ -78,11 +80,12 @@ void ucIProgress::paintEvent(QPaintEvent*)
         faint.setAlpha(enabled ? 50 : 25);
         painter.fillRect(QRect(QPoint(xOf(limits[b], bar), bar.top()), QPoint(xOf(limits[b + 1], bar), bar.bottom())), faint);
     }
-    const QColor fill = enabled ? kBandColours[band()] : palette().color(QPalette::Disabled, QPalette::WindowText);
-    painter.fillRect(QRect(QPoint(bar.left(), bar.top() + 2), QPoint(xOf(m_value, bar), bar.bottom() - 2)), fill);
-
     painter.setPen(palette().color(enabled ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-    painter.drawText(bar, Qt::AlignCenter, VoltText(m_value));
+    if (m_hasValue) {
+        const QColor fill = enabled ? kBandColours[band()] : palette().color(QPalette::Disabled, QPalette::WindowText);
+        painter.fillRect(QRect(QPoint(bar.left(), bar.top() + 2), QPoint(xOf(m_value, bar), bar.bottom() - 2)), fill);
+        painter.drawText(bar, Qt::AlignCenter, VoltText(m_value));
+    }
     if (m_border)
         painter.drawRect(bar);
     if (!m_indicators)

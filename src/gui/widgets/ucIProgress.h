@@ -19,6 +19,10 @@ public:
     void setMaxMid(qint32 value);
     qint32 Value() const { return m_value; }
     void setValue(qint32 value);
+    // Whether a value was given since the indicator was made or cleared; without one it shows
+    // the scale alone, with no voltage.
+    bool HasValue() const { return m_hasValue; }
+    void clearValue();
     bool Indicators() const { return m_indicators; }
     void setIndicators(bool value);
     bool Border() const { return m_border; }
@@ -46,6 +50,7 @@ private:
     qint32 m_maxLow = 33;
     qint32 m_maxMid = 66;
     qint32 m_value = 0;
+    bool m_hasValue = false;
     bool m_indicators = true;
     bool m_border = true;
 };
