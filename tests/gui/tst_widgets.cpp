@@ -78,6 +78,23 @@ private slots:
         QTest::keyClick(&upDown, Qt::Key(key));
         QCOMPARE(box.text(), after);
     }
+    // Tab lands on the up-down: a frame shows where the keyboard is, and goes with the focus.
+    void upDownShowsItsFocus()
+    {
+        QWidget window;
+        auto* upDown = new UpDown(&window);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QWidget* mark = upDown->findChild<QWidget*>(QStringLiteral("focusMark"));
+        QVERIFY(mark && !mark->isVisible());
+        QFocusEvent in(QEvent::FocusIn, Qt::TabFocusReason);
+        QApplication::sendEvent(upDown, &in);
+        QVERIFY(mark->isVisible());
+        QCOMPARE(mark->geometry(), upDown->rect());
+        QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
+        QApplication::sendEvent(upDown, &out);
+        QVERIFY(!mark->isVisible());
+    }
     void aboutBoxCopiesTheVersions()
     {
         fAbout about;

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QLineEdit>
+#include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -16,6 +17,26 @@ QToolButton* arrowButton(Qt::ArrowType arrow, QWidget* parent)
     button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     return button;
 }
+
+// Where the keyboard is: a frame over the arrows, drawn while the up-down has focus (the arrows
+// themselves never take it, and cover the whole control).
+class FocusMark : public QWidget {
+public:
+    explicit FocusMark(QWidget* parent) : QWidget(parent)
+    {
+        setObjectName(QStringLiteral("focusMark"));
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setVisible(false);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
+};
 
 } // namespace
 
@@ -33,6 +54,7 @@ UpDown::UpDown(QWidget* parent) : QAbstractSlider(parent)
     layout->setSpacing(0);
     layout->addWidget(m_up);
     layout->addWidget(m_down);
+    m_focusMark = new FocusMark(this);
     connect(m_up, &QToolButton::clicked, this, [this] { triggerAction(SliderSingleStepAdd); });
     connect(m_down, &QToolButton::clicked, this, [this] { triggerAction(SliderSingleStepSub); });
     // A step by the user (arrows, keys, wheel) writes the new value into the text box; a change
@@ -75,6 +97,25 @@ void UpDown::sliderChange(SliderChange change)
 {
     QAbstractSlider::sliderChange(change);
     updateArrows();
+}
+
+void UpDown::resizeEvent(QResizeEvent* event)
+{
+    QAbstractSlider::resizeEvent(event);
+    m_focusMark->setGeometry(rect());
+}
+
+void UpDown::focusInEvent(QFocusEvent* event)
+{
+    QAbstractSlider::focusInEvent(event);
+    m_focusMark->setVisible(true);
+    m_focusMark->raise();
+}
+
+void UpDown::focusOutEvent(QFocusEvent* event)
+{
+    QAbstractSlider::focusOutEvent(event);
+    m_focusMark->setVisible(false);
 }
 
 void UpDown::changeEvent(QEvent* event)

@@ -22,6 +22,9 @@ public:
 protected:
     void sliderChange(SliderChange change) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     void followBuddy(const QString& text);
@@ -30,4 +33,5 @@ private:
     QLineEdit* m_buddy = nullptr;
     QToolButton* m_up = nullptr;
     QToolButton* m_down = nullptr;
+    QWidget* m_focusMark = nullptr;
 };
