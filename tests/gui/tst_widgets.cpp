@@ -83,6 +83,7 @@ private slots:
     {
         QWidget window;
         auto* upDown = new UpDown(&window);
+        (new QLineEdit(&window))->setFocus(); // the keyboard starts elsewhere
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         QWidget* mark = upDown->findChild<QWidget*>(QStringLiteral("focusMark"));
