@@ -2,25 +2,14 @@
 
 #include "shell/mMain.h"
 
-TestLink::TestLink(bool realSleep) : m_realSleep(realSleep)
+TestLink::TestLink(bool realSleep)
 {
-    recordSleeps(link);
+    if (!realSleep)
+        link.SetSleepFunction([this](qint32 ms) { sleeps.append(ms); });
     mMain::SetUserInterface(&ui);
 }
 
 TestLink::~TestLink()
 {
     mMain::SetUserInterface(nullptr);
-}
-
-void TestLink::serve(cLink& other)
-{
-    other.setPort(&port);
-    recordSleeps(other);
-}
-
-void TestLink::recordSleeps(cLink& target)
-{
-    if (!m_realSleep)
-        target.SetSleepFunction([this](qint32 ms) { sleeps.append(ms); });
 }

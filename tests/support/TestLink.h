@@ -13,14 +13,11 @@
 
 class TestLink {
 public:
+    // The link's pauses are recorded in sleeps instead of slept, unless realSleep.
     explicit TestLink(bool realSleep = false);
     ~TestLink();
     TestLink(const TestLink&) = delete;
     TestLink& operator=(const TestLink&) = delete;
-
-    // Makes another link (the main window's own) talk to this fake port, with its pauses
-    // recorded here unless the sleeps are real.
-    void serve(cLink& other);
 
     FakeCommPort port;
     ScriptedUi ui;
@@ -28,9 +25,4 @@ public:
     cPreferencesLinkSettings settings;
     cLink link{&port, settings};
     cGripSession session{link};
-
-private:
-    void recordSleeps(cLink& target);
-
-    bool m_realSleep;
 };

@@ -2,7 +2,6 @@
 #include "gui/shell/fOptions.h"
 
 #include "grip/cGunInfo.h"
-
 #include "gui/common/KeyPreview.h"
 #include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
