@@ -1,7 +1,6 @@
 // One exchange against the virtual grip over its pseudo-terminal: the program's turn-around
 // (grip's report to the next command byte), the pause actually made after the code byte, and
 // the CPU the program uses while it waits for a grip that takes 0.8 s to answer.
-#include "link/InstalledLink.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
@@ -58,7 +57,6 @@ int main(int argc, char* argv[])
     cSerialPort port;
     const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
-    mCommBasic::SetLink(&link);
     const int rounds = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 30;
 
     {
@@ -85,7 +83,6 @@ int main(int argc, char* argv[])
         std::printf("CPU while waiting 0.8 s for the grip: %.2f %% of %.3f s (%.1f ms CPU; goal <= 5 %%)%s\n",
                     100.0 * cpu / elapsed, elapsed, cpu * 1e3, report.isEmpty() ? "  [no answer!]" : "");
     }
-    mCommBasic::SetLink(nullptr);
     mMain::ReleaseApplication();
     return 0;
 }

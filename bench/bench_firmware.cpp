@@ -10,7 +10,7 @@
 #include "GripFloor.h"
 #include "firmware/mFirmware.h"
 #include "firmware/mFirmwareWorkflows.h"
-#include "link/InstalledLink.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
@@ -106,7 +106,7 @@ int transfers(QTextStream& out, const QString& folder)
     cSerialPort port;
     const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
-    mCommBasic::SetLink(&link);
+    cGripSession session(link);
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
     mMain::Application().RegistrySettings().setShowConfirmComm(false);
     QuietUi ui;
@@ -118,18 +118,17 @@ int transfers(QTextStream& out, const QString& folder)
     int status = 0;
     try {
         measureTransfer(out, QStringLiteral("full read (252 blocks)"), server, [&] {
-            return mFirmwareWorkflows::DownloadFirmware(fetched, {QStringLiteral("bench"), QString(), QStringLiteral("download")}) == FirmwareResult::Succeeded ? QString()
+            return mFirmwareWorkflows::DownloadFirmware(session, fetched, {QStringLiteral("bench"), QString(), QStringLiteral("download")}) == FirmwareResult::Succeeded ? QString()
                                                                                               : QStringLiteral("not read");
         });
         measureTransfer(out, QStringLiteral("full write + verification (253 lines, 252 blocks)"), server, [&] {
-            return mFirmwareWorkflows::UploadFirmware(upload, {QStringLiteral("bench"), QString(), QStringLiteral("upload")}) == FirmwareResult::Succeeded ? QString() : ui.last;
+            return mFirmwareWorkflows::UploadFirmware(session, upload, {QStringLiteral("bench"), QString(), QStringLiteral("upload")}) == FirmwareResult::Succeeded ? QString() : ui.last;
         });
     } catch (const MarloError& e) {
         out << "bench_firmware: transfer failed: error " << e.Number() << ": " << e.Description() << '\n';
         status = 1;
     }
     mMain::SetUserInterface(nullptr);
-    mCommBasic::SetLink(nullptr);
     server.stop();
     return status;
 }

@@ -3,7 +3,7 @@
 // 100 ms pause after the code byte plus the wire time of command and report, 10 bits a byte).
 #include "GripFloor.h"
 #include "grip/mGripCommands.h"
-#include "link/InstalledLink.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
@@ -43,18 +43,18 @@ int main(int argc, char* argv[])
     cSerialPort port;
     const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
-    mCommBasic::SetLink(&link);
+    cGripSession session(link);
     mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
 
     QList<double> times;
     QList<benchfloor::Floor> floors;
     try {
-        mGripCommands::GetAll(); // warm-up: first opening of the port and the preferences
+        mGripCommands::GetAll(session); // warm-up: first opening of the port and the preferences
         for (int run = 0; run < kRuns; ++run) {
             server.grip().clearTraffic();
             QElapsedTimer timer;
             timer.start();
-            mGripCommands::GetAll();
+            mGripCommands::GetAll(session);
             times.append(static_cast<double>(timer.nsecsElapsed()) / 1e6);
             floors.append(benchfloor::FloorOf(server.grip().traffic(), kBaud));
         }
@@ -62,7 +62,6 @@ int main(int argc, char* argv[])
         out << "bench_get_all: get all failed: " << e.what() << '\n';
         return 1;
     }
-    mCommBasic::SetLink(nullptr);
     server.stop();
 
     benchfloor::PrintRuns(out, QStringLiteral("bench_get_all: get all"), times, floors, kBaud, kGoal);

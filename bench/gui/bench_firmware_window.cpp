@@ -9,12 +9,15 @@
 #include "GripFloor.h"
 #include "base/MarloError.h"
 #include "firmware/mFirmware.h"
+#include "grip/cGripSession.h"
 #include "grip/mModes.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "library/mDatabase.h"
 #include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
+#include "link/cSerialPort.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
@@ -163,8 +166,13 @@ int main(int argc, char* argv[])
         out << "bench_firmware_window: no library (instdbxx.tmp beside the benchmark?)\n";
         return 1;
     }
-    mModes::FiringModesGlobalArraySet();
-    mModes::HyperModesGlobalArraySet();
+    // The program's way to the grip, and the mode tables its window shows.
+    cSerialPort port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    cGripSession session(link);
+    mModes::FiringModesGlobalArraySet(session.Supports());
+    mModes::HyperModesGlobalArraySet(session.Supports());
 
     QString error;
     gripsim::PtyServer server(*gripsim::SimOptions::parse(kGrip.arg(kBaud), &error));
@@ -178,7 +186,7 @@ int main(int argc, char* argv[])
 
     int status = 0;
     {
-        fTolvaneMan window;
+        fTolvaneMan window(session);
         window.setCommandLine({});
         // The product's wait after the code byte, timed (the replaced sleep stands in for it).
         window.Link().SetSleepFunction([&ui](qint32 ms) {

@@ -5,6 +5,10 @@
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
+#include "grip/cGripSession.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
+#include "link/cSerialPort.h"
 #include "library/mDatabase.h"
 #include "library/mGUIDTools.h"
 #include "shell/cApplication.h"
@@ -79,7 +83,11 @@ int startOnce(int argc, char* argv[])
     QApplication app(argc, argv);
     QtUserInterface ui;
     mMain::SetUserInterface(&ui);
-    auto window = mMain::StartUp();
+    cSerialPort port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    cGripSession session(link);
+    auto window = mMain::StartUp(session);
     if (!window)
         return 1;
     QCoreApplication::processEvents(); // the first activation

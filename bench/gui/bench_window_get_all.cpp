@@ -5,6 +5,10 @@
 #include "GripFloor.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
+#include "grip/cGripSession.h"
+#include "link/cLink.h"
+#include "link/cPreferencesLinkSettings.h"
+#include "link/cSerialPort.h"
 #include "library/mDatabase.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
@@ -53,7 +57,11 @@ int main(int argc, char* argv[])
     QList<double> times;
     QList<benchfloor::Floor> floors;
     {
-        fTolvaneMan window;
+        cSerialPort port;
+        const cPreferencesLinkSettings linkSettings;
+        cLink link(&port, linkSettings);
+        cGripSession session(link);
+        fTolvaneMan window(session);
         window.setCommandLine({});
         window.show();
         QCoreApplication::processEvents();

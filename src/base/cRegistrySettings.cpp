@@ -100,15 +100,7 @@ T readValue(const QString& section, const QString& key, T def, tUnreadablePrefer
     return value;
 }
 
-// What the layer above installs (constant-initialised, so set before it registers).
-bool (*backwardCompatibleUploadAnswer)() = nullptr;
-
 } // namespace
-
-void cRegistrySettings::SetBackwardCompatibleUploadAnswer(bool (*answer)())
-{
-    backwardCompatibleUploadAnswer = answer;
-}
 
 cRegistrySettings::cRegistrySettings()
 {
@@ -346,14 +338,6 @@ void cRegistrySettings::setShowLogToFile(bool value)
 {
     m_showLogToFile = value;
     write(QStringLiteral("ShowLogToFile"), BoolText(value));
-}
-
-bool cRegistrySettings::BackwardCompatibleUpload() const
-{
-    // Deliberate: the stored value is ignored; the answer is yes for grips whose firmware is
-    // older than 1.2.0, asked of the grip layer at each call. A program without the grip layer
-    // never read a grip: the gun information it would hold says firmware 0.0.0, which is older.
-    return backwardCompatibleUploadAnswer ? backwardCompatibleUploadAnswer() : true;
 }
 
 void cRegistrySettings::setBackwardCompatibleUpload(bool value)

@@ -58,8 +58,9 @@ public:
     void setShowConfirmComm(bool value);
     bool ShowLogToFile() const { return m_showLogToFile; }
     void setShowLogToFile(bool value);
-    // Deliberately answers from the connected grip's firmware version, not from the stored value.
-    bool BackwardCompatibleUpload() const;
+    // BackwardCompatibleUpload is stored and written here, but deliberately answered from the
+    // connected grip's firmware version, not from the stored value: the grip session's gun
+    // information answers it (cGunInfo::BackwardCompatibleUpload), asked where it is needed.
     void setBackwardCompatibleUpload(bool value);
     // The device to open instead of /dev/ttyS(CommPort-1): a path, or "sim[:KEY=VALUE,...]".
     QString CommDevice() const { return m_commDevice; }
@@ -67,12 +68,7 @@ public:
     // Uses another device for this run only, without writing the preference (marlo-cli --device).
     void overrideCommDevice(const QString& value) { m_commDevice = value; }
 
-    // What the preferences cannot answer themselves, installed by the layer above that can, when
-    // its file is part of the program (a registration as the program starts): the answer of
-    // BackwardCompatibleUpload, from the connected grip's firmware (the grip layer).
-    static void SetBackwardCompatibleUploadAnswer(bool (*answer)());
-
-    // The value stored for BackwardCompatibleUpload (what its getter does not answer).
+    // The value stored for BackwardCompatibleUpload (what the grip's answer does not depend on).
     bool StoredBackwardCompatibleUpload() const { return m_backwardCompatibleUpload; }
 
     // The default library path: the program's folder and "Marlo.mdb".

@@ -1,7 +1,9 @@
 #pragma once
-// What every marlo-cli command gets: its words, the global options and the output streams.
+// What every marlo-cli command gets: its words, the global options, the output streams and the
+// session with the grip.
 // Commands throw MarloError for failures (exit 1) and CliUsageError for wrong usage (exit 2);
-// a grip that refused (negative answer recorded in cError) makes the command return ExitRefused.
+// a grip that refused (negative answer recorded in the session's cError) makes the command return
+// ExitRefused.
 #include <QJsonObject>
 #include <QList>
 #include <QPair>
@@ -10,6 +12,8 @@
 #include <QTextStream>
 #include <QVariant>
 #include <stdexcept>
+
+class cGripSession;
 
 enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3 };
 
@@ -25,6 +29,7 @@ struct CliContext {
     QString db;          // --db PATH (empty: the library of the preferences)
     QTextStream* out = nullptr;
     QTextStream* err = nullptr;
+    cGripSession* session = nullptr; // the grip the commands talk to (main makes it)
 };
 
 // Text from options, files or the library as it may go to the terminal: control characters

@@ -1,6 +1,6 @@
 #include "cli/CliContext.h"
 
-#include "link/cError.h"
+#include "grip/cGripSession.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -125,9 +125,10 @@ QList<QPair<QString, qint32>> ParseIntegerOptions(const QStringList& words, cons
 
 int RefusalStatus(CliContext& ctx)
 {
-    if (GripError().ErrorCode() == cError::NoError)
+    const cError& refusal = ctx.session->GripError();
+    if (refusal.ErrorCode() == cError::NoError)
         return ExitOk;
-    *ctx.err << "the grip refused the command (negative answer): " << CliText(GripError().Description()) << '\n';
+    *ctx.err << "the grip refused the command (negative answer): " << CliText(refusal.Description()) << '\n';
     ctx.err->flush();
     return ExitRefused;
 }

@@ -26,11 +26,11 @@ QString CliUserInterface::ErrorLine(const MarloError& error)
     return line;
 }
 
-QString CliUserInterface::ErrorReport(const MarloError& error)
+QString CliUserInterface::ErrorReport(const MarloError& error, const cLink* link)
 {
     // What went wrong and what to do lead; the program's own error line ends the report.
     QStringList lines;
-    for (const QString& line : mLinkHelp::WhatToDo(error))
+    for (const QString& line : mLinkHelp::WhatToDo(error, link))
         lines << plain(line);
     lines << ErrorLine(error);
     return lines.join(QLatin1Char('\n'));
@@ -137,6 +137,6 @@ void CliUserInterface::processEvents()
 void CliUserInterface::showError(const MarloError& error, const QString&, const QString&)
 {
     ++m_errorsShown;
-    m_err << ErrorReport(error) << '\n';
+    m_err << ErrorReport(error, m_link) << '\n';
     m_err.flush();
 }

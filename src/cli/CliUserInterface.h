@@ -8,6 +8,7 @@
 #include <QStringList>
 
 class QTextStream;
+class cLink;
 
 class CliUserInterface : public cUserInterface {
 public:
@@ -40,8 +41,11 @@ public:
     // "error NNNNN: description" (line breaks of the description kept as lines, control
     // characters escaped).
     static QString ErrorLine(const MarloError& error);
-    // What went wrong and what to do first (mLinkHelp::WhatToDo), then the error line.
-    static QString ErrorReport(const MarloError& error);
+    // What went wrong and what to do first (mLinkHelp::WhatToDo, from the link's last exchange
+    // when a link is given), then the error line.
+    static QString ErrorReport(const MarloError& error, const cLink* link);
+    // The link the program's errors happen on (the caller keeps it), for the reports of errors.
+    void setLink(const cLink* link) { m_link = link; }
 
 private:
     void drawProgress(bool final);
@@ -57,4 +61,5 @@ private:
     QElapsedTimer m_lastDraw;
     int m_errorsShown = 0;
     int m_warningsShown = 0;
+    const cLink* m_link = nullptr;
 };

@@ -5,7 +5,7 @@
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "firmware/mFirmwareWorkflows.h"
-#include "link/cError.h"
+#include "grip/cGripSession.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -42,13 +42,13 @@ int RunFirmwareCommand(CliContext& ctx)
     if (file.isEmpty() || (action != QLatin1String("read") && action != QLatin1String("write")))
         throw CliUsageError(kUsage);
 
-    GripError().Clear();
+    ctx.session->GripError().Clear();
     FirmwareResult result = FirmwareResult::Cancelled;
     if (action == QLatin1String("read")) {
         requireFolder(file);
-        result = mFirmwareWorkflows::DownloadFirmware(file, kRead);
+        result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, file, kRead);
     } else {
-        result = mFirmwareWorkflows::UploadFirmware(file, kWrite);
+        result = mFirmwareWorkflows::UploadFirmware(*ctx.session, file, kWrite);
     }
 
     switch (result) {

@@ -1,6 +1,7 @@
 // marlo-cli: bootmode, start-program, stop-program.
 #include "cli/CliContext.h"
 
+#include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
 
 #include <QJsonObject>
@@ -10,7 +11,7 @@ int RunLinkCommand(CliContext& ctx, const QString& command)
     if (!ctx.words.isEmpty())
         throw CliUsageError(QStringLiteral("%1 takes no arguments").arg(command));
     if (command == QLatin1String("bootmode")) {
-        const bool boot = mCommSupportHex::GRIPIsBootmode(true);
+        const bool boot = mCommSupportHex::GRIPIsBootmode(*ctx.session, true);
         if (const int refused = RefusalStatus(ctx))
             return refused;
         if (ctx.json)
@@ -20,8 +21,8 @@ int RunLinkCommand(CliContext& ctx, const QString& command)
         return ExitOk;
     }
     if (command == QLatin1String("start-program"))
-        mCommSupportHex::GRIPStartProgram(true);
+        mCommSupportHex::GRIPStartProgram(*ctx.session, true);
     else
-        mCommSupportHex::GRIPStopProgram(true);
+        mCommSupportHex::GRIPStopProgram(*ctx.session, true);
     return RefusalStatus(ctx);
 }

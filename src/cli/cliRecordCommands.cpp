@@ -1,16 +1,8 @@
 // marlo-cli: info, get, put and reset-counter, the grip's records from the command line.
 #include "cli/CliContext.h"
 
-#include "grip/cBattery.h"
-#include "grip/cCountdownTimer.h"
-#include "grip/cCounters.h"
-#include "grip/cGunInfo.h"
-#include "grip/cHyper.h"
-#include "grip/cOptions.h"
-#include "grip/cSettings.h"
-#include "grip/cSupports.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
-#include "link/cError.h"
 #include "shell/mMain.h"
 
 #include <QJsonObject>
@@ -30,13 +22,13 @@ double displayNumber(float value)
     return QString::number(static_cast<double>(value), 'g', 6).toDouble();
 }
 
-// Reads and writes one property of a global grip record, for the field tables below.
+// Reads and writes one property of a record of the session, for the field tables below.
 template <auto record>
 struct Of {
     template <auto getter>
-    static QVariant read()
+    static QVariant read(cGripSession& session)
     {
-        const auto value = std::invoke(getter, record());
+        const auto value = std::invoke(getter, std::invoke(record, session));
         if constexpr (std::is_floating_point_v<decltype(value)>)
             return displayNumber(value);
         else
@@ -44,13 +36,14 @@ struct Of {
     }
     // Answers the value the record kept (a setter that keeps its value in range says which).
     template <auto setter>
-    static qint32 write(qint32 value)
+    static qint32 write(cGripSession& session, qint32 value)
     {
-        if constexpr (std::is_void_v<decltype(std::invoke(setter, record(), value))>) {
-            std::invoke(setter, record(), value);
+        auto& target = std::invoke(record, session);
+        if constexpr (std::is_void_v<decltype(std::invoke(setter, target, value))>) {
+            std::invoke(setter, target, value);
             return value;
         } else {
-            return std::invoke(setter, record(), value);
+            return std::invoke(setter, target, value);
         }
     }
 };
@@ -66,8 +59,8 @@ struct RecordField {
     };
     QString name;
     Kind kind;
-    QVariant (*get)();
-    qint32 (*set)(qint32) = nullptr;
+    QVariant (*get)(cGripSession&);
+    qint32 (*set)(cGripSession&, qint32) = nullptr;
     // The editor's usual range: a value outside it is sent as given, with a note.
     std::optional<QPair<qint32, qint32>> usual = std::nullopt;
 };
@@ -81,12 +74,12 @@ struct RecordTable {
 const QList<RecordTable>& recordTables()
 {
     using F = RecordField;
-    using T = Of<&TimingRecord>;
-    using O = Of<&OptionsRecord>;
-    using H = Of<&HyperRecord>;
-    using G = Of<&CountdownTimerRecord>;
-    using C = Of<&CountersRecord>;
-    using B = Of<&BatteryRecord>;
+    using T = Of<&cGripSession::Timing>;
+    using O = Of<&cGripSession::Options>;
+    using H = Of<&cGripSession::Hyper>;
+    using G = Of<&cGripSession::CountdownTimer>;
+    using C = Of<&cGripSession::Counters>;
+    using B = Of<&cGripSession::Battery>;
     using S = cSettings;
     static const QList<RecordTable> tables = {
         {GripRecord::Timing,
@@ -159,11 +152,11 @@ QString recordNames(bool puttable)
     return names.join(QLatin1Char('|'));
 }
 
-CliFields recordFields(GripRecord record)
+CliFields recordFields(cGripSession& session, GripRecord record)
 {
     CliFields fields;
     for (const RecordField& field : fieldsOf(record))
-        fields.append({field.name, field.get()});
+        fields.append({field.name, field.get(session)});
     return fields;
 }
 
@@ -171,7 +164,7 @@ void noteUnsupported(CliContext& ctx, GripRecord record)
 {
     const QString needed = record == GripRecord::Ramping ? QStringLiteral("4.0.0") : QStringLiteral("1.1.70");
     *ctx.err << mGripCommands::RecordName(record) << ": not supported by the grip's firmware "
-             << GunInfo().FirmwareBuild() << " (needs " << needed << " or newer); not exchanged\n";
+             << ctx.session->GunInfo().FirmwareBuild() << " (needs " << needed << " or newer); not exchanged\n";
     ctx.err->flush();
 }
 
@@ -181,7 +174,7 @@ void printRecord(CliContext& ctx, GripRecord record, Outcome outcome)
     if (outcome == Outcome::Unsupported)
         noteUnsupported(ctx, record);
     if (outcome == Outcome::Done)
-        PrintFields(ctx, recordFields(record));
+        PrintFields(ctx, recordFields(*ctx.session, record));
     else if (ctx.json)
         PrintJson(ctx, QJsonValue::Null);
 }
@@ -199,15 +192,16 @@ int runInfo(CliContext& ctx)
 {
     if (!ctx.words.isEmpty())
         throw CliUsageError(QStringLiteral("info takes no arguments"));
-    GripError().Clear();
+    cGripSession& session = *ctx.session;
+    session.GripError().Clear();
     {
         WaitPointerScope wait;
-        RefreshGunInfo(true);
+        RefreshGunInfo(session, true);
     }
     if (const int refused = RefusalStatus(ctx))
         return refused;
-    const cGunInfo& info = GunInfo();
-    const cSupports& s = Supports();
+    const cGunInfo& info = session.GunInfo();
+    const cSupports& s = session.Supports();
     const CliFields flags = {
         {QStringLiteral("EyeMounting"), s.EyeMounting()},
         {QStringLiteral("LoaderMounting"), s.LoaderMounting()},
@@ -261,7 +255,7 @@ int runGet(CliContext& ctx)
     if (ctx.words.size() != 1)
         throw CliUsageError(QStringLiteral("get needs exactly one of %1|all").arg(recordNames(false)));
     if (ctx.words.first() == QLatin1String("all")) {
-        const mGripCommands::CommandResult result = mGripCommands::GetAll();
+        const mGripCommands::CommandResult result = mGripCommands::GetAll(*ctx.session);
         QJsonObject object;
         bool first = true;
         for (const mGripCommands::Transfer& t : result.transfers) {
@@ -269,11 +263,11 @@ int runGet(CliContext& ctx)
             if (t.outcome == Outcome::Unsupported)
                 noteUnsupported(ctx, t.record);
             if (ctx.json) {
-                object.insert(name, t.outcome == Outcome::Done ? QJsonValue(FieldsToJson(recordFields(t.record)))
+                object.insert(name, t.outcome == Outcome::Done ? QJsonValue(FieldsToJson(recordFields(*ctx.session, t.record)))
                                                                : QJsonValue(QJsonValue::Null));
             } else if (t.outcome == Outcome::Done) {
                 *ctx.out << (first ? "" : "\n") << '[' << name << "]\n";
-                PrintFields(ctx, recordFields(t.record));
+                PrintFields(ctx, recordFields(*ctx.session, t.record));
                 first = false;
             }
         }
@@ -282,7 +276,7 @@ int runGet(CliContext& ctx)
         return RefusalStatus(ctx);
     }
     const GripRecord record = recordArgument(ctx.words, QStringLiteral("get"));
-    const mGripCommands::CommandResult result = mGripCommands::GetRecord(record);
+    const mGripCommands::CommandResult result = mGripCommands::GetRecord(*ctx.session, record);
     printRecord(ctx, record, result.outcomeOf(record));
     return RefusalStatus(ctx);
 }
@@ -327,11 +321,12 @@ int runPut(CliContext& ctx)
     for (const auto& [name, value] : given)
         validate(fieldNamed(name), value);
 
-    GripError().Clear();
+    cGripSession& session = *ctx.session;
+    session.GripError().Clear();
     WaitPointerScope wait;
-    mGripCommands::StartProgramIfInBootMode();
+    mGripCommands::StartProgramIfInBootMode(session);
     // Only the given fields change: the rest is what the grip holds now.
-    const Outcome got = mGripCommands::TransferRecord(record, Direction::Get);
+    const Outcome got = mGripCommands::TransferRecord(session, record, Direction::Get);
     if (got != Outcome::Done) {
         printRecord(ctx, record, got);
         return RefusalStatus(ctx);
@@ -342,14 +337,14 @@ int runPut(CliContext& ctx)
         if (field.usual && (value < field.usual->first || value > field.usual->second))
             *ctx.err << "note: " << name << ' ' << value << " is outside the usual range " << field.usual->first << ".."
                      << field.usual->second << "; it is sent as given\n";
-        const qint32 kept = field.set(value);
+        const qint32 kept = field.set(session, value);
         if (kept != value)
             *ctx.err << "note: " << name << ' ' << value << " is out of range; the record keeps " << kept << '\n';
     }
-    if (mGripCommands::TransferRecord(record, Direction::Put) == Outcome::Refused)
+    if (mGripCommands::TransferRecord(session, record, Direction::Put) == Outcome::Refused)
         return RefusalStatus(ctx);
     // Read back, so that what is printed is what the grip now holds.
-    printRecord(ctx, record, mGripCommands::TransferRecord(record, Direction::Get));
+    printRecord(ctx, record, mGripCommands::TransferRecord(session, record, Direction::Get));
     return RefusalStatus(ctx);
 }
 
@@ -358,15 +353,16 @@ int runResetCounter(CliContext& ctx)
     if (ctx.words.size() != 1 || !QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}.contains(ctx.words.first()))
         throw CliUsageError(QStringLiteral("reset-counter needs 1, 2 or 3 (both)"));
     const quint8 selector = static_cast<quint8>(ctx.words.first().toInt());
-    GripError().Clear();
+    cGripSession& session = *ctx.session;
+    session.GripError().Clear();
     WaitPointerScope wait;
-    mGripCommands::StartProgramIfInBootMode();
+    mGripCommands::StartProgramIfInBootMode(session);
     // The counters first: newer firmware is sent both counters' values, the other one kept.
-    if (mGripCommands::TransferRecord(GripRecord::Counters, Direction::Get) == Outcome::Refused)
+    if (mGripCommands::TransferRecord(session, GripRecord::Counters, Direction::Get) == Outcome::Refused)
         return RefusalStatus(ctx);
-    if (mGripCommands::ResetCounterTransfer(selector) == Outcome::Refused)
+    if (mGripCommands::ResetCounterTransfer(session, selector) == Outcome::Refused)
         return RefusalStatus(ctx);
-    printRecord(ctx, GripRecord::Counters, mGripCommands::TransferRecord(GripRecord::Counters, Direction::Get));
+    printRecord(ctx, GripRecord::Counters, mGripCommands::TransferRecord(session, GripRecord::Counters, Direction::Get));
     return RefusalStatus(ctx);
 }
 

@@ -4,7 +4,7 @@
 #include "cli/StderrConsole.h"
 
 #include "base/MarloError.h"
-#include "link/InstalledLink.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
@@ -60,7 +60,7 @@ int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
                  << "Run 'marlo-cli --help' for the commands and their options.\n";
         return ExitUsage;
     } catch (const MarloError& e) {
-        *ctx.err << CliUserInterface::ErrorReport(e) << '\n';
+        *ctx.err << CliUserInterface::ErrorReport(e, &ctx.session->Link()) << '\n';
         return ExitError;
     } catch (const std::exception& e) {
         *ctx.err << "error: " << CliText(QString::fromLocal8Bit(e.what())) << '\n';
@@ -114,11 +114,8 @@ int main(int argc, char* argv[])
     const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     link.SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
-    mCommBasic::SetLink(&link);
-    // Uninstalled on every way out, the early ones of wrong usage included.
-    struct UninstallLink {
-        ~UninstallLink() { mCommBasic::SetLink(nullptr); }
-    } uninstallLink;
+    cGripSession session(link);
+    ui.setLink(&link);
 
     if (parser.isSet(deviceOption)) {
         const QString device = parser.value(deviceOption);
@@ -150,6 +147,7 @@ int main(int argc, char* argv[])
     ctx.db = parser.value(dbOption);
     ctx.out = &out;
     ctx.err = &err;
+    ctx.session = &session;
     const QString command = words.takeFirst();
     ctx.words = words;
     const int status = run(ctx, ui, command);

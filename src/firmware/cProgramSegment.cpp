@@ -2,9 +2,7 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
-#include "grip/cGunInfo.h"
-#include "link/InstalledLink.h"
-#include "link/cError.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
@@ -34,12 +32,12 @@ QString exchangeName(const QString& exchange, qint32 address)
 }
 
 // Byte 1 of a block exchange's report: the expected report code answers true; a negative answer
-// is recorded in cError and answers false; anything else raises the exchange's error.
-bool expectedAnswer(const QByteArray& report, qint32 expected, qint32 number, const QString& message)
+// is recorded in the refusal record and answers false; anything else raises the exchange's error.
+bool expectedAnswer(cError& refusal, const QByteArray& report, qint32 expected, qint32 number, const QString& message)
 {
     const qint32 code = FrameByte(report, 1);
     if (code == REP_NEGATIVE) {
-        GripError().RecordNegativeAnswer(report);
+        refusal.RecordNegativeAnswer(report);
         return false;
     }
     if (code != expected)
@@ -49,9 +47,9 @@ bool expectedAnswer(const QByteArray& report, qint32 expected, qint32 number, co
 
 } // namespace
 
-bool cProgramSegment::OldBootCode()
+bool cProgramSegment::OldBootCode(const cGunInfo& gunInfo)
 {
-    return mVersion::VersionCompare(QStringLiteral("1.2.0"), GunInfo().BootBuild()) < 1;
+    return mVersion::VersionCompare(QStringLiteral("1.2.0"), gunInfo.BootBuild()) < 1;
 }
 
 void cProgramSegment::setAddress(const QString& address)
@@ -102,11 +100,11 @@ quint8 cProgramSegment::addrLo() const
     return static_cast<quint8>(m_address & 255);
 }
 
-QByteArray cProgramSegment::payloadWithoutChecksum(bool withCommand) const
+QByteArray cProgramSegment::payloadWithoutChecksum(bool withCommand, bool oldBootCode) const
 {
     QByteArray frame;
     if (withCommand)
-        frame += FrameBytes({OldBootCode() ? CMD_WRITE_BLOCK_OLD : CMD_WRITE_BLOCK});
+        frame += FrameBytes({oldBootCode ? CMD_WRITE_BLOCK_OLD : CMD_WRITE_BLOCK});
     frame += addressBytes();
     frame += static_cast<char>(m_byteCount);
     for (qint32 i = 1; i <= m_byteCount; ++i)
@@ -114,34 +112,35 @@ QByteArray cProgramSegment::payloadWithoutChecksum(bool withCommand) const
     return frame;
 }
 
-quint8 cProgramSegment::Checksum() const
+quint8 cProgramSegment::Checksum(const cGunInfo& gunInfo) const
 {
     return PassErrors(kClass, kRevision, QStringLiteral("Checksum"), [&] {
         // Old boot code checks the whole frame; newer boot code leaves the command byte out.
-        return mCommBasic::CalcCRC(payloadWithoutChecksum(OldBootCode()));
+        const bool oldBootCode = OldBootCode(gunInfo);
+        return mCommBasic::CalcCRC(payloadWithoutChecksum(oldBootCode, oldBootCode));
     });
 }
 
-bool cProgramSegment::Upload()
+bool cProgramSegment::Upload(cGripSession& session)
 {
     return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Upload"), m_address), [&] {
         // The check byte is made first: a block it cannot be made for fails there.
-        const quint8 checksum = Checksum();
-        const QByteArray frame = payloadWithoutChecksum(true) + static_cast<char>(checksum);
+        const quint8 checksum = Checksum(session.GunInfo());
+        const QByteArray frame = payloadWithoutChecksum(true, OldBootCode(session.GunInfo())) + static_cast<char>(checksum);
         // The frame ends with the block's own check byte: the link appends none.
         tExchangeOptions options;
         options.appendChecksum = false;
-        const QByteArray report = mCommBasic::Link().CommHexData(frame, true, options);
-        return expectedAnswer(report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MSG_UL_FIRMWAREDATA);
+        const QByteArray report = session.Link().CommHexData(frame, true, options);
+        return expectedAnswer(session.GripError(), report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MSG_UL_FIRMWAREDATA);
     });
 }
 
-bool cProgramSegment::Download()
+bool cProgramSegment::Download(cGripSession& session)
 {
     return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Download"), m_address), [&] {
         const tExchangeOptions options;
-        const QByteArray report = mCommBasic::Link().CommHexData(FrameBytes({CMD_READ_BLOCK}) + addressBytes(), true, options);
-        if (!expectedAnswer(report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MSG_DL_FIRMWAREDATA))
+        const QByteArray report = session.Link().CommHexData(FrameBytes({CMD_READ_BLOCK}) + addressBytes(), true, options);
+        if (!expectedAnswer(session.GripError(), report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MSG_DL_FIRMWAREDATA))
             return false;
         // A memory report that lost bytes or was spoiled on the way must not become program
         // data: it counts as a failed read, and the transfer reads the block again.

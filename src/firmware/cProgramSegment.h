@@ -5,6 +5,9 @@
 #include <QString>
 #include <array>
 
+class cGripSession;
+class cGunInfo;
+
 class cProgramSegment {
 public:
     static inline const QString kClass = QStringLiteral("cProgramSegment");
@@ -19,12 +22,13 @@ public:
     quint8 RecordType() const { return m_recordType; }
     void setRecordType(quint8 type) { m_recordType = type; }
 
-    // Writes the block. True when the grip acknowledged; false after a negative answer, which
-    // is recorded in cError. Any other answer raises 10252.
-    bool Upload();
+    // Writes the block to the session's grip. True when the grip acknowledged; false after a
+    // negative answer, which is recorded in the session's cError. Any other answer raises 10252.
+    bool Upload(cGripSession& session);
     // Reads the block into Data. True for a memory report; false after a negative answer
-    // (recorded in cError). Any other answer, or a report spoiled on the way, raises 10212.
-    bool Download();
+    // (recorded in the session's cError). Any other answer, or a report spoiled on the way,
+    // raises 10212.
+    bool Download(cGripSession& session);
 
     // The byte address, as decimal text; the setter takes a decimal text (garbage is a type
     // mismatch) and rebuilds the address text.
@@ -42,18 +46,19 @@ public:
     // High and low byte of the byte address (not of the word address).
     quint8 addrHi() const;
     quint8 addrLo() const;
-    // The block's own check byte: the link's checksum over the command byte (old boot code
-    // only), the word address, the byte count and the data bytes.
-    quint8 Checksum() const;
+    // The block's own check byte for the grip the gun information describes: the link's
+    // checksum over the command byte (old boot code only), the word address, the byte count and
+    // the data bytes.
+    quint8 Checksum(const cGunInfo& gunInfo) const;
 
-    // True when the connected grip's boot code is not newer than 1.2.0: it takes 0x8A and a
-    // check byte that covers the command byte.
-    static bool OldBootCode();
+    // True when the grip's boot code is not newer than 1.2.0: it takes 0x8A and a check byte
+    // that covers the command byte.
+    static bool OldBootCode(const cGunInfo& gunInfo);
 
 private:
     // The word address as the frames carry it: two bytes, high byte first.
     QByteArray addressBytes() const;
-    QByteArray payloadWithoutChecksum(bool withCommand) const;
+    QByteArray payloadWithoutChecksum(bool withCommand, bool oldBootCode) const;
 
     quint8 m_byteCount = 0;
     quint8 m_recordType = 0;

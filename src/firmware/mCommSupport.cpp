@@ -3,10 +3,8 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "firmware/cProgramSegment.h"
-#include "grip/cGunInfo.h"
+#include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
-#include "link/InstalledLink.h"
-#include "link/cError.h"
 #include "link/cLink.h"
 #include "link/mAppFunc.h"
 
@@ -28,19 +26,15 @@ qint32 lineAddress(const HexLine& line)
     return address;
 }
 
-bool backwardCompatible()
-{
-    return mMain::RegistrySettings().BackwardCompatibleUpload();
-}
-
 // Old firmware wants its program started and stopped again in the middle of a transfer, when
-// the transfer reaches the block at restartAddress.
-void restartProgramAt(qint32 address, qint32 restartAddress)
+// the transfer reaches the block at restartAddress. The preference BackwardCompatibleUpload says
+// so, and it answers from the grip's firmware, whatever is stored.
+void restartProgramAt(cGripSession& session, qint32 address, qint32 restartAddress)
 {
-    if (address != restartAddress || !backwardCompatible())
+    if (address != restartAddress || !session.GunInfo().BackwardCompatibleUpload())
         return;
-    mCommSupportHex::GRIPStartProgram();
-    mCommSupportHex::GRIPStopProgram();
+    mCommSupportHex::GRIPStartProgram(session);
+    mCommSupportHex::GRIPStopProgram(session);
 }
 
 void advanceProgress()
@@ -54,12 +48,13 @@ void advanceProgress()
 // like an error does. The third failure raises the error number with the source, described by
 // failedText and "(number) message" of the last attempt.
 template <typename Exchange>
-void transferBlock(Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, const QString& source,
+void transferBlock(cGripSession& session, Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, const QString& source,
                    const QString& failedText)
 {
     QString failure;
     for (qint32 attempt = 1; attempt <= kAttempts; ++attempt) {
-        GripError().Clear();
+        cError& refusal = session.GripError();
+        refusal.Clear();
         bool acknowledged = false;
         qint32 number = 0;
         QString message;
@@ -71,27 +66,27 @@ void transferBlock(Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, c
             number = error.Number();
             message = error.Description();
         }
-        if (GripError().ErrorCode() != cError::NoError) {
-            number = GripError().ErrorCode();
-            message = GripError().Description();
+        if (refusal.ErrorCode() != cError::NoError) {
+            number = refusal.ErrorCode();
+            message = refusal.Description();
         } else if (acknowledged) {
             advanceProgress();
             return;
         }
         failure = QStringLiteral("(%1) %2").arg(number).arg(message);
         if (attempt < kAttempts && retryPauseMs > 0)
-            mCommBasic::Link().WaitWithEvents(retryPauseMs);
+            session.Link().WaitWithEvents(retryPauseMs);
     }
     RaiseError(errorNumber, source, failedText + QLatin1Char(' ') + failure);
 }
 
 } // namespace
 
-void DLFirmware(FirmwareFile& image)
+void DLFirmware(cGripSession& session, FirmwareFile& image)
 {
     PassErrors(kModule, kRevision, QStringLiteral("DLFirmware"), [&](Procedure& proc) {
         WaitPointerScope wait;
-        RefreshGunInfo(true);
+        RefreshGunInfo(session, true);
         proc.setName(QStringLiteral("DLFirmware - read PIC-memory"));
         QList<HexLine> lines;
         lines.reserve(kBlockCount);
@@ -99,10 +94,10 @@ void DLFirmware(FirmwareFile& image)
         for (qint32 address = kFirstAddress; address < kEndAddress; address += kBlockSize) {
             proc.setName(QStringLiteral("DLFirmware - read PIC-memory [$") + mAppFunc::LZ(4, hexOf(address)) +
                          QLatin1Char(']'));
-            restartProgramAt(address, kReadRestartAddress);
+            restartProgramAt(session, address, kReadRestartAddress);
             segment.setAddress(address);
             segment.setByteCount(static_cast<quint8>(kBlockSize));
-            transferBlock([&] { return segment.Download(); }, 0, mErrCodes::ERR_DL_FIRMWARE, QStringLiteral("DLFirmware"),
+            transferBlock(session, [&] { return segment.Download(session); }, 0, mErrCodes::ERR_DL_FIRMWARE, QStringLiteral("DLFirmware"),
                           mErrCodes::DownloadFailedText(address));
             HexLine line;
             line.ByteCount = static_cast<quint8>(kBlockSize);
@@ -111,18 +106,18 @@ void DLFirmware(FirmwareFile& image)
             line.RecordType = 0;
             for (qint32 i = 1; i <= kBlockSize; ++i)
                 line.Data.append(segment.Data(i));
-            line.Checksum = segment.Checksum();
+            line.Checksum = segment.Checksum(session.GunInfo());
             lines.append(std::move(line));
         }
         image.Segments = std::move(lines);
     });
 }
 
-void ULFirmware(const FirmwareFile& image)
+void ULFirmware(cGripSession& session, const FirmwareFile& image)
 {
     PassErrors(kModule, kRevision, QStringLiteral("ULFirmware"), [&](Procedure& proc) {
         WaitPointerScope wait;
-        RefreshGunInfo(true);
+        RefreshGunInfo(session, true);
         proc.setName(QStringLiteral("ULFirmware - upload data to grip"));
         for (const HexLine& line : image.Segments) {
             cProgramSegment segment;
@@ -133,8 +128,8 @@ void ULFirmware(const FirmwareFile& image)
             for (qsizetype i = 0; i < line.Data.size(); ++i)
                 segment.setData(static_cast<qint32>(i + 1), line.Data.at(i));
             // The write restarts at 0xF50 where the read does at 0x200: both are intended.
-            restartProgramAt(address, kWriteRestartAddress);
-            transferBlock([&] { return segment.Upload(); }, kWriteRetryPauseMs, mErrCodes::ERR_UL_FIRMWARE,
+            restartProgramAt(session, address, kWriteRestartAddress);
+            transferBlock(session, [&] { return segment.Upload(session); }, kWriteRetryPauseMs, mErrCodes::ERR_UL_FIRMWARE,
                           QStringLiteral("ULFirmware"), mErrCodes::UploadFailedText(address));
         }
     });

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class cGripSession;
+
 namespace mCommSupport {
 
 inline const QString kModule = QStringLiteral("mCommSupport");
@@ -25,12 +27,12 @@ constexpr qint32 kProgramMemoryBytes = 0x8000;
 constexpr qint32 kAttempts = 3;
 constexpr qint32 kWriteRetryPauseMs = 500;
 
-// Reads the program memory into image.Segments (one 16-byte line per block, replacing what it
+// Reads the session's grip's program memory into image.Segments (one 16-byte line per block, replacing what it
 // held); the header texts are left alone. Three failed attempts at a block raise 10800.
-void DLFirmware(FirmwareFile& image);
+void DLFirmware(cGripSession& session, FirmwareFile& image);
 // Writes every line of the image, in order and whatever its record type. Three failed
 // attempts at a block raise 10801; blocks already written stay written.
-void ULFirmware(const FirmwareFile& image);
+void ULFirmware(cGripSession& session, const FirmwareFile& image);
 // Checks a whole image before anything is sent: raises 10802 naming the line of the file and
 // what is wrong for an image the write would fail on or could not sensibly send: a line longer
 // than a memory block, an address outside the program memory, data running past its end, more

@@ -239,7 +239,7 @@ void SaveFirmwareFile(const QString& path, const FirmwareFile& image)
     });
 }
 
-bool checkFirmwareVersion(const FirmwareFile& file)
+bool checkFirmwareVersion(const FirmwareFile& file, const cGunInfo& gunInfo)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("checkFirmwareVersion"), [&] {
         mVersion::tVersion bootLower, bootUpper, hardwareLower, hardwareUpper, unused;
@@ -269,8 +269,8 @@ bool checkFirmwareVersion(const FirmwareFile& file)
         fileBuild("Protocol", file.Protocol, [&] { mVersion::str2tVersion(file.Protocol, unused); });
 
         mVersion::tVersion gripBootLower, gripBoot, gripHardwareLower, gripHardware;
-        parseRange(GunInfo().BootBuild(), gripBootLower, gripBoot);
-        parseRange(GunInfo().HardwareBuild(), gripHardwareLower, gripHardware);
+        parseRange(gunInfo.BootBuild(), gripBootLower, gripBoot);
+        parseRange(gunInfo.HardwareBuild(), gripHardwareLower, gripHardware);
         return inRange(gripBoot, bootLower, bootUpper) && inRange(gripHardware, hardwareLower, hardwareUpper);
     });
 }

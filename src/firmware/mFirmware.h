@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+class cGunInfo;
+
 // One Intel HEX record as found in the file.
 struct HexLine {
     quint8 ByteCount = 0;
@@ -58,10 +60,11 @@ void SaveFirmwareFile(const QString& path, const FirmwareFile& image);
 QString FirmwareFileText(const FirmwareFile& image);
 FirmwareFile ParseFirmwareText(const QString& text);
 
-// Whether a loaded file may be written to the connected grip: the grip's boot and hardware
-// builds must lie in the file's Boot and Hardware ranges. The gun information must be fresh.
+// Whether a loaded file may be written to the grip the gun information describes: the grip's boot
+// and hardware builds must lie in the file's Boot and Hardware ranges. The gun information must
+// be fresh.
 // A file whose header is missing or malformed raises the version-format error as it always
 // has, with a hint that says what is wrong with the file ("The file has no firmware header").
-bool checkFirmwareVersion(const FirmwareFile& file);
+bool checkFirmwareVersion(const FirmwareFile& file, const cGunInfo& gunInfo);
 
 } // namespace mFirmware

@@ -3,7 +3,7 @@
 #include "base/mErrorReport.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
-#include "grip/cGunInfo.h"
+#include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
 
 #include <exception>
@@ -79,12 +79,12 @@ std::optional<QString> firmwareFile(const QString& file, bool save)
 
 // Puts the grip into its boot code unless it is there already; the steps are named after the
 // workflow ("UploadFirmware - Check bootmode", "... - stop program for upload").
-void stopProgramUnlessInBootCode(Procedure& proc, const QString& workflow, const QString& transfer)
+void stopProgramUnlessInBootCode(cGripSession& session, Procedure& proc, const QString& workflow, const QString& transfer)
 {
     proc.setName(workflow + QStringLiteral(" - Check bootmode"));
-    if (!mCommSupportHex::GRIPIsBootmode()) {
+    if (!mCommSupportHex::GRIPIsBootmode(session)) {
         proc.setName(workflow + QStringLiteral(" - stop program for ") + transfer);
-        mCommSupportHex::GRIPStopProgram();
+        mCommSupportHex::GRIPStopProgram(session);
     }
 }
 
@@ -115,7 +115,7 @@ QString UploadFailedText()
            QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
 }
 
-FirmwareResult UploadFirmware(const QString& file, const tCaller& caller)
+FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         WaitPointerScope wait;
@@ -136,24 +136,24 @@ FirmwareResult UploadFirmware(const QString& file, const tCaller& caller)
         proc.setName(caller.procedure + QStringLiteral(" - check firmware file (") + path + QLatin1Char(')'));
         mCommSupport::CheckFirmwareImage(image);
         proc.setName(loadStep);
-        RefreshGunInfo(true);
+        RefreshGunInfo(session, true);
 
         FirmwareResult result = FirmwareResult::VersionMismatch;
-        if (!mFirmware::checkFirmwareVersion(image)) {
+        if (!mFirmware::checkFirmwareVersion(image, session.GunInfo())) {
             ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
         } else {
             ui.setStepText(kStatusPreparing);
-            stopProgramUnlessInBootCode(proc, caller.procedure, QStringLiteral("upload"));
+            stopProgramUnlessInBootCode(session, proc, caller.procedure, QStringLiteral("upload"));
             ProgressScope progress;
             progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
             ui.setStepText(kStatusUploading);
-            mCommSupport::ULFirmware(image);
+            mCommSupport::ULFirmware(session, image);
             ui.setStepText(kStatusVerifying);
             FirmwareFile readBack;
-            mCommSupport::DLFirmware(readBack);
+            mCommSupport::DLFirmware(session, readBack);
             progress.end();
             // The grip runs the new firmware whatever the comparison says.
-            mCommSupportHex::GRIPStartProgram();
+            mCommSupportHex::GRIPStartProgram(session);
             if (mCommSupport::CompareProgramData(image, readBack)) {
                 ui.showMessage(UploadSucceededText(), kUploadSucceededTitle, MsgIcon::Information);
                 result = FirmwareResult::Succeeded;
@@ -163,18 +163,18 @@ FirmwareResult UploadFirmware(const QString& file, const tCaller& caller)
             }
         }
         ui.setStepText(previousStep);
-        ui.setFirmwareVersion(GunInfo().FirmwareBuild());
+        ui.setFirmwareVersion(session.GunInfo().FirmwareBuild());
         return result;
     });
 }
 
-FirmwareResult PutFirmwareProgram(const tCaller& caller)
+FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller)
 {
     CleanUpOnError cleanUp;
     FirmwareResult result = FirmwareResult::Cancelled;
     {
         WaitPointerScope wait;
-        result = UploadFirmware(QString(), caller);
+        result = UploadFirmware(session, QString(), caller);
     }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
@@ -183,7 +183,7 @@ FirmwareResult PutFirmwareProgram(const tCaller& caller)
     return result;
 }
 
-FirmwareResult DownloadFirmware(const QString& file, const tCaller& caller)
+FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         {
@@ -191,20 +191,21 @@ FirmwareResult DownloadFirmware(const QString& file, const tCaller& caller)
             const std::optional<QString> chosen = firmwareFile(file, true);
             if (!chosen)
                 return FirmwareResult::Cancelled;
-            stopProgramUnlessInBootCode(proc, caller.procedure, QStringLiteral("download"));
+            stopProgramUnlessInBootCode(session, proc, caller.procedure, QStringLiteral("download"));
             FirmwareFile image;
             {
                 ProgressScope progress;
                 progress.start(mCommSupport::kBlockCount);
-                mCommSupport::DLFirmware(image);
+                mCommSupport::DLFirmware(session, image);
             }
-            RefreshGunInfo(true);
-            image.Firmware = GunInfo().FirmwareBuild();
-            image.Boot = GunInfo().BootBuild();
-            image.Protocol = GunInfo().ProtocolBuild();
-            image.Hardware = GunInfo().HardwareBuild();
+            RefreshGunInfo(session, true);
+            const cGunInfo& info = session.GunInfo();
+            image.Firmware = info.FirmwareBuild();
+            image.Boot = info.BootBuild();
+            image.Protocol = info.ProtocolBuild();
+            image.Hardware = info.HardwareBuild();
             mFirmware::SaveFirmwareFile(*chosen, image);
-            mCommSupportHex::GRIPStartProgram();
+            mCommSupportHex::GRIPStartProgram(session);
         }
         if (confirmationsOn())
             mMain::ShowConfirm(kFirmwareFetched);

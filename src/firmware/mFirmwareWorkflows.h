@@ -5,6 +5,8 @@
 // handlers show them, marlo-cli prints them.
 #include <QString>
 
+class cGripSession;
+
 enum class FirmwareResult {
     Cancelled,       // the file dialog was cancelled: nothing happened
     VersionMismatch, // the file does not fit the grip: nothing was written
@@ -40,25 +42,25 @@ inline const QString kUploadFailedTitle = QStringLiteral("Failure!");
 inline const QString kFirmwarePut = QStringLiteral("Firmware was put.");
 inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
 
-// Writes a firmware file into the grip: load, check the whole image (a file the write would
+// Writes a firmware file into the session's grip: load, check the whole image (a file the write would
 // fail on raises 10802 before the grip is asked anything), check it against the grip's builds,
 // stop the program, write, read back, start the program, compare and say how it went. An empty file
 // asks for one with the open dialog (cancel ends silently). The steps are shown as the step
 // text and the grip's version at the end as its firmware version. Errors are passed on with the
 // step name ("<caller's procedure> - Check bootmode", ...); the progress display is ended on the
 // way out.
-FirmwareResult UploadFirmware(const QString& file, const tCaller& caller);
+FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller);
 
 // Function > Put > Firmware program: UploadFirmware with the dialog, then the confirmation
 // "Firmware was put." when confirmations are on, whatever the upload ended with. On an error
 // the progress display is ended and the step text restored before the error goes on.
-FirmwareResult PutFirmwareProgram(const tCaller& caller);
+FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller);
 
 // Function > Get > Firmware program: stop the program, read the whole program memory, save it
 // with the grip's builds into the file, start the program again and confirm "Firmware was
 // fetched." when confirmations are on. An empty file asks with the save dialog (cancel ends
 // silently). Errors are passed on with the step name ("<caller's procedure> - Check bootmode",
 // ...); the progress display is ended on the way out.
-FirmwareResult DownloadFirmware(const QString& file, const tCaller& caller);
+FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, const tCaller& caller);
 
 } // namespace mFirmwareWorkflows

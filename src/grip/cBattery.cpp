@@ -2,6 +2,7 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 
@@ -13,13 +14,13 @@ float cBattery::VoltageLevel() const
     return static_cast<float>(reading * (2.5 / 1024.0) * (16.2 / 6.2));
 }
 
-void cBattery::Download()
+void cBattery::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         const auto read = [&](const QByteArray& report) {
             m_low = FrameByte(report, 2);
             m_high = FrameByte(report, 3);
         };
-        mGripReport::RecordDownload(CMD_DL_BATTERY, REP_BATTERY, read, mErrCodes::ERR_DL_BATTERY, mErrCodes::MSG_DL_BATTERY);
+        mGripReport::RecordDownload(session, CMD_DL_BATTERY, REP_BATTERY, read, mErrCodes::ERR_DL_BATTERY, mErrCodes::MSG_DL_BATTERY);
     });
 }

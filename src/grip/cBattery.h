@@ -1,8 +1,8 @@
 #pragma once
 // The grip's battery reading and the voltage it stands for.
-#include "grip/GlobalRecord.h"
-
 #include <QString>
+
+class cGripSession;
 
 class cBattery {
 public:
@@ -12,13 +12,9 @@ public:
     // Volts: a 10-bit reading against a 2.5 V reference behind a 16.2 to 6.2 divider.
     float VoltageLevel() const;
     // Gets the reading from the grip (command 0x17, report "G").
-    void Download();
+    void Download(cGripSession& session);
 
 private:
     quint8 m_low = 0;
     quint8 m_high = 0;
 };
-
-// The global battery record (see GlobalRecord).
-inline cBattery& BatteryRecord() { return GlobalRecord<cBattery>::Get(); }
-inline void ResetBatteryRecord() { GlobalRecord<cBattery>::Reset(); }

@@ -2,6 +2,7 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 
@@ -61,17 +62,17 @@ void cCountdownTimer::Comm2Obj(const QByteArray& report)
     });
 }
 
-void cCountdownTimer::Download()
+void cCountdownTimer::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QByteArray& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(session, CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_COUNTDOWN, mErrCodes::MSG_DL_COUNTDOWN);
     });
 }
 
-void cCountdownTimer::Upload()
+void cCountdownTimer::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_COUNTDOWN, mErrCodes::MSG_UL_COUNTDOWN);
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_COUNTDOWN, mErrCodes::MSG_UL_COUNTDOWN);
     });
 }

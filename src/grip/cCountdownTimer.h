@@ -1,9 +1,9 @@
 #pragma once
 // The grip's game (countdown) timer and its two pre-alerts, held in the object itself.
-#include "grip/GlobalRecord.h"
-
 #include <QByteArray>
 #include <QString>
+
+class cGripSession;
 
 class cCountdownTimer {
 public:
@@ -14,9 +14,9 @@ public:
     cCountdownTimer();
 
     // Gets the timers from the grip (command 0x16, report "F").
-    void Download();
+    void Download(cGripSession& session);
     // Puts them to the grip (command 0x26).
-    void Upload();
+    void Upload(cGripSession& session);
     // Intentionally empty hooks.
     void Save();
     void Load();
@@ -48,7 +48,3 @@ private:
     bool m_preAlert2On = false;
     qint32 m_preAlert2Time = 0;
 };
-
-// The global game-timer record (see GlobalRecord).
-inline cCountdownTimer& CountdownTimerRecord() { return GlobalRecord<cCountdownTimer>::Get(); }
-inline void ResetCountdownTimerRecord() { GlobalRecord<cCountdownTimer>::Reset(); }

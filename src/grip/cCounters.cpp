@@ -2,7 +2,7 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
-#include "grip/cGunInfo.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 #include "link/mVersion.h"
@@ -28,23 +28,23 @@ void cCounters::Comm2Obj(const QByteArray& report)
     });
 }
 
-void cCounters::Download()
+void cCounters::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_COUNTERS, REP_COUNTERS, [&](const QByteArray& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(session, CMD_DL_COUNTERS, REP_COUNTERS, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_COUNTERS, mErrCodes::MSG_DL_COUNTERS);
     });
 }
 
-QByteArray cCounters::ResetCommand(quint8 selector) const
+QByteArray cCounters::ResetCommand(const cGunInfo& gunInfo, quint8 selector) const
 {
     // VersionCompare answers below 1 when the firmware is not newer than the last selector one.
-    if (mVersion::VersionCompare(kLastSelectorFirmware, GunInfo().FirmwareBuild()) < 1)
+    if (mVersion::VersionCompare(kLastSelectorFirmware, gunInfo.FirmwareBuild()) < 1)
         return FrameBytes({CMD_RESET_COUNTER, selector, 0, 0, 0});
     return FrameBytes({CMD_RESET_COUNTER}) + mGripReport::WordBytes(m_counter1) + mGripReport::WordBytes(m_counter2);
 }
 
-void cCounters::ResetCounter(quint8 selector)
+void cCounters::ResetCounter(cGripSession& session, quint8 selector)
 {
     const QString procedure = QStringLiteral("ResetCounter(%1)").arg(selector);
     PassErrors(kClass, kRevision, procedure, [&] {
@@ -54,8 +54,8 @@ void cCounters::ResetCounter(quint8 selector)
                 m_counter1 = 0;
             if (selector & 2)
                 m_counter2 = 0;
-            return ResetCommand(selector);
+            return ResetCommand(session.GunInfo(), selector);
         };
-        mGripReport::RecordUpload(command, mErrCodes::ERR_RESET_COUNTER, mErrCodes::ResetCounterMessage(selector));
+        mGripReport::RecordUpload(session, command, mErrCodes::ERR_RESET_COUNTER, mErrCodes::ResetCounterMessage(selector));
     });
 }

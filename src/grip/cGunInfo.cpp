@@ -1,10 +1,8 @@
 #include "grip/cGunInfo.h"
 
-#include "base/cRegistrySettings.h"
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
-#include "grip/GlobalRecord.h"
-#include "link/InstalledLink.h"
+#include "grip/cGripSession.h"
 #include "link/cError.h"
 #include "link/cLink.h"
 #include "link/mAppFunc.h"
@@ -24,32 +22,17 @@ qint32 word(const QByteArray& report, qint32 low)
     return FrameByte(report, low) + 256 * FrameByte(report, low + 1);
 }
 
-// The preferences' BackwardCompatibleUpload: yes when the connected grip's firmware is older
-// than 1.2.0, read afresh at each question.
-bool firmwareOlderThan120()
-{
-    return mVersion::VersionCompare(QStringLiteral("1.2.0"), GunInfo().FirmwareBuild()) < 0;
-}
-
-[[maybe_unused]] const bool answersBackwardCompatibleUpload =
-    (cRegistrySettings::SetBackwardCompatibleUploadAnswer(&firmwareOlderThan120), true);
-
 } // namespace
-
-cGunInfo& GunInfo()
-{
-    return GlobalRecord<cGunInfo>::Get();
-}
-
-void ResetGunInfo()
-{
-    GlobalRecord<cGunInfo>::Reset();
-}
 
 QString cGunInfo::FirmwareBuild() const { return buildText(m_firmwareMajor, m_firmwareMinor, m_firmwareRevision); }
 QString cGunInfo::BootBuild() const { return buildText(m_bootMajor, m_bootMinor, m_bootRevision); }
 QString cGunInfo::ProtocolBuild() const { return buildText(m_protocolMajor, m_protocolMinor, m_protocolRevision); }
 QString cGunInfo::HardwareBuild() const { return buildText(m_hardwareMajor, m_hardwareMinor, m_hardwareRevision); }
+
+bool cGunInfo::BackwardCompatibleUpload() const
+{
+    return mVersion::VersionCompare(QStringLiteral("1.2.0"), FirmwareBuild()) < 0;
+}
 
 void cGunInfo::Comm2Obj(const QByteArray& report)
 {
@@ -74,29 +57,30 @@ void cGunInfo::Comm2Obj(const QByteArray& report)
     });
 }
 
-void cGunInfo::Download()
+void cGunInfo::Download(cLink& link, cError& refusal)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        const QByteArray report = mCommBasic::Link().CommHexData(FrameBytes({CMD_DL_GUNINFO}), true);
+        const QByteArray report = link.CommHexData(FrameBytes({CMD_DL_GUNINFO}), true);
         switch (FrameByte(report, 1)) {
         case REP_GUNINFO: Comm2Obj(report); break;
-        case REP_NEGATIVE: GripError().RecordNegativeAnswer(report); break;
+        case REP_NEGATIVE: refusal.RecordNegativeAnswer(report); break;
         default: RaiseError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
         }
     });
 }
 
-bool RefreshGunInfo(bool& refresh)
+bool RefreshGunInfo(cGripSession& session, bool& refresh)
 {
     return PassErrors(QStringLiteral("cGunInfo"), cGunInfo::kRevision, QStringLiteral("RefreshGunInfo"), [&] {
-        if (GunInfo().FirmwareBuild().isEmpty() || refresh)
-            GunInfo().Download();
+        cGunInfo& info = session.GunInfo();
+        if (info.FirmwareBuild().isEmpty() || refresh)
+            info.Download(session.Link(), session.GripError());
         return true;
     });
 }
 
-bool RefreshGunInfo(bool&& refresh)
+bool RefreshGunInfo(cGripSession& session, bool&& refresh)
 {
     bool flag = refresh;
-    return RefreshGunInfo(flag);
+    return RefreshGunInfo(session, flag);
 }

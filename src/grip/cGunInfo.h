@@ -1,8 +1,12 @@
 #pragma once
 // What the grip says about itself: serial number and the builds of its firmware, boot code,
-// protocol and hardware. One global record; every grip exchange refreshes it first.
+// protocol and hardware. The grip session holds one; every grip exchange refreshes it first.
 #include <QByteArray>
 #include <QString>
+
+class cError;
+class cGripSession;
+class cLink;
 
 class cGunInfo {
 public:
@@ -11,8 +15,9 @@ public:
 
     // Reads a gun-information report into the record.
     void Comm2Obj(const QByteArray& report);
-    // Downloads the record (command 0x13); a negative answer is recorded, not raised.
-    void Download();
+    // Downloads the record over the link (command 0x13); a negative answer is recorded in
+    // refusal, not raised.
+    void Download(cLink& link, cError& refusal);
 
     quint8 FirmwareBuildMajor() const { return m_firmwareMajor; }
     quint8 FirmwareBuildMinor() const { return m_firmwareMinor; }
@@ -32,6 +37,10 @@ public:
     QString ProtocolBuild() const;
     QString HardwareBuild() const;
 
+    // The answer of the preferences' BackwardCompatibleUpload: yes when this grip's firmware is
+    // older than 1.2.0. Deliberately not the stored preference, which is only kept and shown.
+    bool BackwardCompatibleUpload() const;
+
 private:
     QString m_serial;
     quint8 m_firmwareMajor = 4;
@@ -48,11 +57,7 @@ private:
     qint32 m_hardwareRevision = 1;
 };
 
-// The global record, created on first use.
-cGunInfo& GunInfo();
-// Starts a new record (tests, and a fresh start against another grip).
-void ResetGunInfo();
-
-// Downloads the gun information when none is held yet or when refresh is set; always true.
-bool RefreshGunInfo(bool& refresh);
-bool RefreshGunInfo(bool&& refresh = true);
+// Downloads the session's gun information when none is held yet or when refresh is set; always
+// true.
+bool RefreshGunInfo(cGripSession& session, bool& refresh);
+bool RefreshGunInfo(cGripSession& session, bool&& refresh = true);

@@ -3,7 +3,7 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "grip/cStoredValues.h"
-#include "grip/cSupports.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 
@@ -106,18 +106,18 @@ void cHyper::Comm2Obj(const QByteArray& report)
     });
 }
 
-void cHyper::Upload()
+void cHyper::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_HYPER, mErrCodes::MSG_UL_HYPER,
-                                  [] { return Supports().Hyper(); });
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_HYPER, mErrCodes::MSG_UL_HYPER,
+                                  [&] { return session.Supports().Hyper(); });
     });
 }
 
-void cHyper::Download()
+void cHyper::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_HYPER, REP_HYPER, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_HYPER, mErrCodes::MSG_DL_HYPER, [] { return Supports().Hyper(); });
+        mGripReport::RecordDownload(session, CMD_DL_HYPER, REP_HYPER, [&](const QByteArray& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_HYPER, mErrCodes::MSG_DL_HYPER, [&] { return session.Supports().Hyper(); });
     });
 }

@@ -3,10 +3,10 @@
 // Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
 // between runs.
 #include "base/cRegistrySettings.h"
-#include "grip/GlobalRecord.h"
-
 #include <QByteArray>
 #include <QString>
+
+class cGripSession;
 
 class cHyper {
 public:
@@ -17,9 +17,9 @@ public:
     cHyper();
 
     // Puts the ramping values to the grip (command 0x29); nothing happens without ramping support.
-    void Upload();
+    void Upload(cGripSession& session);
     // Gets them from the grip (command 0x19, report "I"); likewise only when supported.
-    void Download();
+    void Download(cGripSession& session);
     // Intentionally empty hooks: the values change only through the properties and Download.
     void Save();
     void Load();
@@ -54,7 +54,3 @@ public:
 private:
     void Comm2Obj(const QByteArray& report);
 };
-
-// The global ramping record (see GlobalRecord).
-inline cHyper& HyperRecord() { return GlobalRecord<cHyper>::Get(); }
-inline void ResetHyperRecord() { GlobalRecord<cHyper>::Reset(); }

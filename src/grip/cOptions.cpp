@@ -3,7 +3,7 @@
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "grip/cStoredValues.h"
-#include "grip/cSupports.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 
@@ -185,18 +185,18 @@ void cOptions::Comm2Obj(const QByteArray& report)
     });
 }
 
-void cOptions::Upload()
+void cOptions::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_OPTIONS, mErrCodes::MSG_UL_OPTIONS,
-                                  [] { return Supports().Options(); });
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_OPTIONS, mErrCodes::MSG_UL_OPTIONS,
+                                  [&] { return session.Supports().Options(); });
     });
 }
 
-void cOptions::Download()
+void cOptions::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_OPTIONS, REP_OPTIONS, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_OPTIONS, mErrCodes::MSG_DL_OPTIONS, [] { return Supports().Options(); });
+        mGripReport::RecordDownload(session, CMD_DL_OPTIONS, REP_OPTIONS, [&](const QByteArray& report) { Comm2Obj(report); },
+                                    mErrCodes::ERR_DL_OPTIONS, mErrCodes::MSG_DL_OPTIONS, [&] { return session.Supports().Options(); });
     });
 }

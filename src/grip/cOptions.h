@@ -3,10 +3,10 @@
 // read and write goes to the preferences, section "Options", so all objects share them and
 // they survive between runs.
 #include "base/cRegistrySettings.h"
-#include "grip/GlobalRecord.h"
-
 #include <QByteArray>
 #include <QString>
+
+class cGripSession;
 
 class cOptions {
 public:
@@ -17,9 +17,9 @@ public:
     cOptions();
 
     // Puts the options to the grip (command 0x28); nothing happens when the firmware lacks them.
-    void Upload();
+    void Upload(cGripSession& session);
     // Gets the options from the grip (command 0x18, report "H"); likewise only when supported.
-    void Download();
+    void Download(cGripSession& session);
     // Intentionally empty hooks: the options change only through the properties and Download.
     void Save();
     void Load();
@@ -77,7 +77,3 @@ private:
     quint8 OptionsByte() const;
     void Comm2Obj(const QByteArray& report);
 };
-
-// The global options record (see GlobalRecord).
-inline cOptions& OptionsRecord() { return GlobalRecord<cOptions>::Get(); }
-inline void ResetOptionsRecord() { GlobalRecord<cOptions>::Reset(); }

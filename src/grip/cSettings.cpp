@@ -2,6 +2,7 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripReport.h"
 #include "link/mAppFunc.h"
 
@@ -26,17 +27,17 @@ void cSettings::Load()
     // Empty hook, called when the record is made.
 }
 
-void cSettings::Upload()
+void cSettings::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload([&] { return Obj2Comm(); }, mErrCodes::ERR_UL_TIMING, mErrCodes::MSG_UL_TIMING);
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_TIMING, mErrCodes::MSG_UL_TIMING);
     });
 }
 
-void cSettings::Download()
+void cSettings::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
-        mGripReport::RecordDownload(CMD_DL_TIMING, REP_TIMING, [&](const QByteArray& report) { Comm2Obj(report); },
+        mGripReport::RecordDownload(session, CMD_DL_TIMING, REP_TIMING, [&](const QByteArray& report) { Comm2Obj(report); },
                                     mErrCodes::ERR_DL_TIMING, mErrCodes::MSG_DL_TIMING);
     });
 }

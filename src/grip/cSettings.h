@@ -1,10 +1,10 @@
 #pragma once
 // The grip's timing values: the solenoid and valve times of one firing cycle and the firing
 // mode, with the limits and defaults the timing editor works within.
-#include "grip/GlobalRecord.h"
-
 #include <QByteArray>
 #include <QString>
+
+class cGripSession;
 
 class cSettings {
 public:
@@ -14,9 +14,9 @@ public:
     cSettings();
 
     // Puts the six values to the grip (command 0x24).
-    void Upload();
+    void Upload(cGripSession& session);
     // Gets the six values from the grip (command 0x14, report "D").
-    void Download();
+    void Download(cGripSession& session);
     // Persistence hooks: intentionally empty, called where the record would persist.
     void Save();
     void Load();
@@ -77,7 +77,3 @@ private:
     qint32 m_loadTime = 0;
     qint32 m_firingMode = 0;
 };
-
-// The global timing record (see GlobalRecord).
-inline cSettings& TimingRecord() { return GlobalRecord<cSettings>::Get(); }
-inline void ResetTimingRecord() { GlobalRecord<cSettings>::Reset(); }

@@ -6,23 +6,17 @@
 
 namespace {
 
-// True when the grip's firmware is the threshold version or newer.
-bool firmwareAtLeast(const QString& flag, const QString& threshold)
-{
-    return PassErrors(cSupports::kClass, cSupports::kRevision, flag, [&] {
-        return mVersion::VersionCompare(GunInfo().FirmwareBuild(), threshold) < 1;
-    });
-}
-
 const QString kEyeAndOptions = QStringLiteral("1.1.70");
 const QString kRamping = QStringLiteral("4.0.0");
 
 } // namespace
 
-cSupports& Supports()
+// True when the grip's firmware is the threshold version or newer.
+bool cSupports::firmwareAtLeast(const QString& flag, const QString& threshold) const
 {
-    static cSupports instance;
-    return instance;
+    return PassErrors(kClass, kRevision, flag, [&] {
+        return mVersion::VersionCompare(m_gunInfo.FirmwareBuild(), threshold) < 1;
+    });
 }
 
 bool cSupports::EyeMounting() const { return firmwareAtLeast(QStringLiteral("EyeMounting"), kEyeAndOptions); }
@@ -46,8 +40,8 @@ bool cSupports::Hyper() const { return firmwareAtLeast(QStringLiteral("Hyper"), 
 bool cSupports::NineVolt() const
 {
     // Only the one firmware 4.0.5, not everything from it on: deliberate.
-    return PassErrors(kClass, kRevision, QStringLiteral("NineVolt"), [] {
-        return mVersion::VersionCompare(GunInfo().FirmwareBuild(), QStringLiteral("4.0.5")) == 0;
+    return PassErrors(kClass, kRevision, QStringLiteral("NineVolt"), [&] {
+        return mVersion::VersionCompare(m_gunInfo.FirmwareBuild(), QStringLiteral("4.0.5")) == 0;
     });
 }
 

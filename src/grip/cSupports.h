@@ -3,8 +3,13 @@
 // own: every flag reads the firmware build of the gun information afresh.
 #include <QString>
 
+class cGunInfo;
+
 class cSupports {
 public:
+    // The flags of the grip the gun information describes (kept by the caller).
+    explicit cSupports(const cGunInfo& gunInfo) : m_gunInfo(gunInfo) {}
+
     static inline const QString kClass = QStringLiteral("cSupports");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
 
@@ -31,7 +36,9 @@ public:
     bool hmodeSeventyfivePercent() const;
     bool hmodeFiftyPercent() const;
     bool hmodeThirtythreePercent() const;
-};
 
-// The global object, created on first use.
-cSupports& Supports();
+private:
+    bool firmwareAtLeast(const QString& flag, const QString& threshold) const;
+
+    const cGunInfo& m_gunInfo;
+};

@@ -2,15 +2,8 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
-#include "grip/cBattery.h"
-#include "grip/cCountdownTimer.h"
-#include "grip/cCounters.h"
-#include "grip/cHyper.h"
-#include "grip/cOptions.h"
-#include "grip/cSettings.h"
-#include "grip/cSupports.h"
+#include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
-#include "link/cError.h"
 
 #include <functional>
 #include <optional>
@@ -20,15 +13,15 @@ namespace mGripCommands {
 namespace {
 
 // Runs one exchange of a record and tells how it ended. A refusal stays recorded in the
-// grip's error record; an earlier refusal of the same command is not forgotten.
-Outcome runTransfer(const std::function<void()>& exchange, const std::function<bool()>& supported)
+// session's error record; an earlier refusal of the same command is not forgotten.
+Outcome runTransfer(cError& refusal, const std::function<void()>& exchange, const std::function<bool()>& supported)
 {
-    const cError before = GripError();
-    GripError().Clear();
+    const cError before = refusal;
+    refusal.Clear();
     exchange();
-    if (GripError().ErrorCode() != cError::NoError)
+    if (refusal.ErrorCode() != cError::NoError)
         return Outcome::Refused;
-    GripError() = before;
+    refusal = before;
     // The gun information was just refreshed, so the flags follow the grip at hand.
     if (supported && !supported())
         return Outcome::Unsupported;
@@ -45,31 +38,31 @@ decltype(auto) inFrame(const std::optional<ErrorFrame>& frame, F&& body)
 }
 
 // One transfer, with the observer's work before and after it in the frame the observer names.
-Outcome observedTransfer(GripRecord record, Direction direction, cTransferObserver* observer)
+Outcome observedTransfer(cGripSession& session, GripRecord record, Direction direction, cTransferObserver* observer)
 {
     if (!observer)
-        return TransferRecord(record, direction);
+        return TransferRecord(session, record, direction);
     return inFrame(observer->TransferFrame(record, direction), [&] {
         observer->TransferStarting(record, direction);
-        const Outcome outcome = TransferRecord(record, direction);
+        const Outcome outcome = TransferRecord(session, record, direction);
         observer->TransferEnded({record, direction, outcome});
         return outcome;
     });
 }
 
 // The common frame: wait pointer, a fresh error record, the boot-mode check, the transfers.
-CommandResult runCommand(const QString& procedure, const QList<QPair<GripRecord, Direction>>& steps,
+CommandResult runCommand(cGripSession& session, const QString& procedure, const QList<QPair<GripRecord, Direction>>& steps,
                          cTransferObserver* observer)
 {
     const ErrorFrame own{kModule, kRevision, procedure};
     return inFrame(observer ? observer->CommandFrame(own) : own, [&] {
         WaitPointerScope wait;
-        GripError().Clear();
+        session.GripError().Clear();
         CommandResult result;
-        result.programStarted = StartProgramIfInBootMode();
-        result.bootCheckRefused = GripError().ErrorCode() != cError::NoError;
+        result.programStarted = StartProgramIfInBootMode(session);
+        result.bootCheckRefused = session.GripError().ErrorCode() != cError::NoError;
         for (const auto& step : steps)
-            result.transfers.append({step.first, step.second, observedTransfer(step.first, step.second, observer)});
+            result.transfers.append({step.first, step.second, observedTransfer(session, step.first, step.second, observer)});
         return result;
     });
 }
@@ -146,17 +139,17 @@ bool CanPut(GripRecord record)
     return record != GripRecord::Counters && record != GripRecord::Battery;
 }
 
-bool StartProgramIfInBootMode()
+bool StartProgramIfInBootMode(cGripSession& session)
 {
-    return PassErrors(kModule, kRevision, QStringLiteral("StartProgramIfInBootMode"), [] {
-        if (!mCommSupportHex::GRIPIsBootmode())
+    return PassErrors(kModule, kRevision, QStringLiteral("StartProgramIfInBootMode"), [&] {
+        if (!mCommSupportHex::GRIPIsBootmode(session))
             return false;
-        mCommSupportHex::GRIPStartProgram();
+        mCommSupportHex::GRIPStartProgram(session);
         return true;
     });
 }
 
-Outcome TransferRecord(GripRecord record, Direction direction)
+Outcome TransferRecord(cGripSession& session, GripRecord record, Direction direction)
 {
     const QString procedure = QStringLiteral("TransferRecord(%1 %2)")
                                   .arg(direction == Direction::Get ? QStringLiteral("get") : QStringLiteral("put"),
@@ -165,36 +158,37 @@ Outcome TransferRecord(GripRecord record, Direction direction)
         const bool get = direction == Direction::Get;
         if (!get && !CanPut(record))
             RaiseRuntimeError(mErrCodes::RT_INVALID_CALL);
+        // Both directions of a record in one call, for the records that have them.
+        const auto both = [&](auto& rec) { get ? rec.Download(session) : rec.Upload(session); };
+        cError& refusal = session.GripError();
         switch (record) {
         case GripRecord::Timing:
-            return runTransfer([&] { get ? TimingRecord().Download() : TimingRecord().Upload(); }, {});
+            return runTransfer(refusal, [&] { both(session.Timing()); }, {});
         case GripRecord::Counters:
-            return runTransfer([] { CountersRecord().Download(); }, {});
+            return runTransfer(refusal, [&] { session.Counters().Download(session); }, {});
         case GripRecord::GameTimer:
-            return runTransfer([&] { get ? CountdownTimerRecord().Download() : CountdownTimerRecord().Upload(); }, {});
+            return runTransfer(refusal, [&] { both(session.CountdownTimer()); }, {});
         case GripRecord::Battery:
-            return runTransfer([] { BatteryRecord().Download(); }, {});
+            return runTransfer(refusal, [&] { session.Battery().Download(session); }, {});
         case GripRecord::Options:
-            return runTransfer([&] { get ? OptionsRecord().Download() : OptionsRecord().Upload(); },
-                               [] { return Supports().Options(); });
+            return runTransfer(refusal, [&] { both(session.Options()); }, [&] { return session.Supports().Options(); });
         case GripRecord::Ramping:
-            return runTransfer([&] { get ? HyperRecord().Download() : HyperRecord().Upload(); },
-                               [] { return Supports().Hyper(); });
+            return runTransfer(refusal, [&] { both(session.Hyper()); }, [&] { return session.Supports().Hyper(); });
         }
         RaiseRuntimeError(mErrCodes::RT_INVALID_CALL);
     });
 }
 
-Outcome ResetCounterTransfer(quint8 selector)
+Outcome ResetCounterTransfer(cGripSession& session, quint8 selector)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("ResetCounterTransfer"), [&] {
-        return runTransfer([&] { CountersRecord().ResetCounter(selector); }, {});
+        return runTransfer(session.GripError(), [&] { session.Counters().ResetCounter(session, selector); }, {});
     });
 }
 
-CommandResult GetAll(cTransferObserver* observer)
+CommandResult GetAll(cGripSession& session, cTransferObserver* observer)
 {
-    return runCommand(QStringLiteral("GetAll"),
+    return runCommand(session, QStringLiteral("GetAll"),
                       {{GripRecord::Timing, Direction::Get},
                        {GripRecord::Counters, Direction::Get},
                        {GripRecord::GameTimer, Direction::Get},
@@ -204,16 +198,16 @@ CommandResult GetAll(cTransferObserver* observer)
                       observer);
 }
 
-void CheckPut(const QList<GripRecord>& records)
+void CheckPut(cGripSession& session, const QList<GripRecord>& records)
 {
     PassErrors(kModule, kRevision, QStringLiteral("CheckPut"), [&] {
         // Building a record's command checks its values and sends nothing.
         for (const GripRecord record : records) {
             switch (record) {
-            case GripRecord::Timing: TimingRecord().Obj2Comm(); break;
-            case GripRecord::GameTimer: CountdownTimerRecord().Obj2Comm(); break;
-            case GripRecord::Options: OptionsRecord().Obj2Comm(); break;
-            case GripRecord::Ramping: HyperRecord().Obj2Comm(); break;
+            case GripRecord::Timing: session.Timing().Obj2Comm(); break;
+            case GripRecord::GameTimer: session.CountdownTimer().Obj2Comm(); break;
+            case GripRecord::Options: session.Options().Obj2Comm(); break;
+            case GripRecord::Ramping: session.Hyper().Obj2Comm(); break;
             case GripRecord::Counters:
             case GripRecord::Battery: break;
             }
@@ -221,10 +215,10 @@ void CheckPut(const QList<GripRecord>& records)
     });
 }
 
-CommandResult PutAll(cTransferObserver* observer)
+CommandResult PutAll(cGripSession& session, cTransferObserver* observer)
 {
-    CheckPut({GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
-    return runCommand(QStringLiteral("PutAll"),
+    CheckPut(session, {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping});
+    return runCommand(session, QStringLiteral("PutAll"),
                       {{GripRecord::Timing, Direction::Put},
                        {GripRecord::GameTimer, Direction::Put},
                        {GripRecord::Options, Direction::Put},
@@ -232,27 +226,27 @@ CommandResult PutAll(cTransferObserver* observer)
                       observer);
 }
 
-CommandResult GetRecord(GripRecord record, cTransferObserver* observer)
+CommandResult GetRecord(cGripSession& session, GripRecord record, cTransferObserver* observer)
 {
-    return runCommand(QStringLiteral("GetRecord(%1)").arg(RecordName(record)), {{record, Direction::Get}}, observer);
+    return runCommand(session, QStringLiteral("GetRecord(%1)").arg(RecordName(record)), {{record, Direction::Get}}, observer);
 }
 
-CommandResult PutRecord(GripRecord record, cTransferObserver* observer)
+CommandResult PutRecord(cGripSession& session, GripRecord record, cTransferObserver* observer)
 {
     if (CanPut(record))
-        CheckPut({record});
-    return runCommand(QStringLiteral("PutRecord(%1)").arg(RecordName(record)), {{record, Direction::Put}}, observer);
+        CheckPut(session, {record});
+    return runCommand(session, QStringLiteral("PutRecord(%1)").arg(RecordName(record)), {{record, Direction::Put}}, observer);
 }
 
-CommandResult ResetCounter(quint8 selector)
+CommandResult ResetCounter(cGripSession& session, quint8 selector)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("ResetCounter(%1)").arg(selector), [&] {
         WaitPointerScope wait;
-        GripError().Clear();
+        session.GripError().Clear();
         CommandResult result;
-        result.programStarted = StartProgramIfInBootMode();
-        result.bootCheckRefused = GripError().ErrorCode() != cError::NoError;
-        result.transfers.append({GripRecord::Counters, Direction::Put, ResetCounterTransfer(selector)});
+        result.programStarted = StartProgramIfInBootMode(session);
+        result.bootCheckRefused = session.GripError().ErrorCode() != cError::NoError;
+        result.transfers.append({GripRecord::Counters, Direction::Put, ResetCounterTransfer(session, selector)});
         return result;
     });
 }

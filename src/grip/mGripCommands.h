@@ -9,6 +9,8 @@
 #include <QString>
 #include <optional>
 
+class cGripSession;
+
 namespace mGripCommands {
 
 inline const QString kModule = QStringLiteral("mGripCommands");
@@ -19,7 +21,7 @@ enum class Direction { Get, Put };
 enum class Outcome {
     Done,        // exchanged
     Unsupported, // the grip's firmware lacks the record: nothing was exchanged
-    Refused,     // the grip gave a negative answer (recorded in the grip's error record)
+    Refused,     // the grip gave a negative answer (recorded in the session's error record)
 };
 
 struct Transfer {
@@ -72,26 +74,26 @@ bool RecordFromName(const QString& name, GripRecord& record);
 // Only these can be put to the grip (counters and battery are read-only).
 bool CanPut(GripRecord record);
 
-// The commands, each transfer reported to the observer when one is given.
+// The commands on the session's grip, each transfer reported to the observer when one is given.
 // Get all: timing, counters, game timer, battery, options, ramping.
-CommandResult GetAll(cTransferObserver* observer = nullptr);
+CommandResult GetAll(cGripSession& session, cTransferObserver* observer = nullptr);
 // Put all: timing, game timer, options, ramping.
-CommandResult PutAll(cTransferObserver* observer = nullptr);
-CommandResult GetRecord(GripRecord record, cTransferObserver* observer = nullptr);
-CommandResult PutRecord(GripRecord record, cTransferObserver* observer = nullptr);
+CommandResult PutAll(cGripSession& session, cTransferObserver* observer = nullptr);
+CommandResult GetRecord(cGripSession& session, GripRecord record, cTransferObserver* observer = nullptr);
+CommandResult PutRecord(cGripSession& session, GripRecord record, cTransferObserver* observer = nullptr);
 // Counter reset: selector 1, 2 or 3 (both).
-CommandResult ResetCounter(quint8 selector);
+CommandResult ResetCounter(cGripSession& session, quint8 selector);
 
 // Checks, before anything is sent, that every value of the records fits what the record carries
 // on the wire (a byte each, the alert times a 16-bit word): a value that does not fit raises the
 // error its command would raise, so that a put never writes some records and then fails on a
 // later one. PutAll and PutRecord run it first.
-void CheckPut(const QList<GripRecord>& records);
+void CheckPut(cGripSession& session, const QList<GripRecord>& records);
 
 // The pieces, for front ends that run several steps in one command (e.g. get, change, put):
 // the boot-mode check (true when the program had to be started) and one transfer without it.
-bool StartProgramIfInBootMode();
-Outcome TransferRecord(GripRecord record, Direction direction);
-Outcome ResetCounterTransfer(quint8 selector);
+bool StartProgramIfInBootMode(cGripSession& session);
+Outcome TransferRecord(cGripSession& session, GripRecord record, Direction direction);
+Outcome ResetCounterTransfer(cGripSession& session, quint8 selector);
 
 } // namespace mGripCommands

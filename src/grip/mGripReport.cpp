@@ -1,9 +1,7 @@
 #include "grip/mGripReport.h"
 
 #include "base/mErrorReport.h"
-#include "grip/cGunInfo.h"
-#include "link/InstalledLink.h"
-#include "link/cError.h"
+#include "grip/cGripSession.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 
@@ -13,12 +11,12 @@ namespace mGripReport {
 
 namespace {
 
-void recordExchange(const std::function<QByteArray()>& send, qint32 expected,
+void recordExchange(cGripSession& session, const std::function<QByteArray()>& send, qint32 expected,
                     const std::function<void(const QByteArray&)>& read, qint32 errorNumber,
                     const QString& errorMessage, const std::function<bool()>& supported)
 {
     WaitPointerScope wait;
-    RefreshGunInfo(true);
+    RefreshGunInfo(session, true);
     // The gun information was just refreshed, so the flags follow the grip at hand.
     if (supported && !supported())
         return;
@@ -28,7 +26,7 @@ void recordExchange(const std::function<QByteArray()>& send, qint32 expected,
         if (read)
             read(report);
     } else if (type == REP_NEGATIVE) {
-        GripError().RecordNegativeAnswer(report);
+        session.GripError().RecordNegativeAnswer(report);
     } else {
         RaiseError(errorNumber, QString(), errorMessage);
     }
@@ -36,10 +34,10 @@ void recordExchange(const std::function<QByteArray()>& send, qint32 expected,
 
 } // namespace
 
-QByteArray RequestReport(qint32 command)
+QByteArray RequestReport(cLink& link, qint32 command)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("RequestReport"), [&] {
-        return mCommBasic::Link().CommHexData(FrameBytes({command}), true);
+        return link.CommHexData(FrameBytes({command}), true);
     });
 }
 
@@ -61,16 +59,16 @@ qint32 ReportType(const QByteArray& report, const tExchangeOptions& options)
     });
 }
 
-void RecordDownload(qint32 command, qint32 expected, const std::function<void(const QByteArray&)>& read,
+void RecordDownload(cGripSession& session, qint32 command, qint32 expected, const std::function<void(const QByteArray&)>& read,
                     qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported)
 {
-    recordExchange([&] { return RequestReport(command); }, expected, read, errorNumber, errorMessage, supported);
+    recordExchange(session, [&] { return RequestReport(session.Link(), command); }, expected, read, errorNumber, errorMessage, supported);
 }
 
-void RecordUpload(const std::function<QByteArray()>& command, qint32 errorNumber, const QString& errorMessage,
+void RecordUpload(cGripSession& session, const std::function<QByteArray()>& command, qint32 errorNumber, const QString& errorMessage,
                   const std::function<bool()>& supported)
 {
-    recordExchange([&] { return mCommBasic::Link().CommHexData(command(), true); }, REP_ACK, {}, errorNumber,
+    recordExchange(session, [&] { return session.Link().CommHexData(command(), true); }, REP_ACK, {}, errorNumber,
                    errorMessage, supported);
 }
 

@@ -10,11 +10,12 @@ namespace {
 using tCaptionCode = QPair<QString, qint32>;
 
 // A table in list order, each entry made by the table's own procedure.
-QList<tModeEntry> makeTable(const QList<tCaptionCode>& modes, void (*create)(tModeEntry&, const QString&, qint32))
+QList<tModeEntry> makeTable(const QList<tCaptionCode>& modes,
+                            void (*create)(tModeEntry&, const QString&, qint32, const cSupports&), const cSupports& supports)
 {
     QList<tModeEntry> table(modes.size());
     for (qsizetype i = 0; i < modes.size(); ++i)
-        create(table[i], modes[i].first, modes[i].second);
+        create(table[i], modes[i].first, modes[i].second, supports);
     return table;
 }
 
@@ -32,9 +33,9 @@ QList<tModeEntry>& HyperModes()
     return table;
 }
 
-void FiringModesGlobalArraySet()
+void FiringModesGlobalArraySet(const cSupports& supports)
 {
-    PassErrors(kModule, kRevision, QStringLiteral("FiringModesGlobalArraySet"), [] {
+    PassErrors(kModule, kRevision, QStringLiteral("FiringModesGlobalArraySet"), [&] {
         // The list order is not the code order; the list starts with SemiAuto on purpose.
         static const QList<tCaptionCode> modes = {
             {QStringLiteral("SemiAuto"), 1},  {QStringLiteral("Classic"), 0},
@@ -43,44 +44,43 @@ void FiringModesGlobalArraySet()
             {QStringLiteral("Open Bolt"), 5}, {QStringLiteral("Burst 3"), 8},
             {QStringLiteral("Ramping"), 16},
         };
-        FiringModes() = makeTable(modes, CreateFiringModeConst);
+        FiringModes() = makeTable(modes, CreateFiringModeConst, supports);
     });
 }
 
-void HyperModesGlobalArraySet()
+void HyperModesGlobalArraySet(const cSupports& supports)
 {
-    PassErrors(kModule, kRevision, QStringLiteral("HyperModesGlobalArraySet"), [] {
+    PassErrors(kModule, kRevision, QStringLiteral("HyperModesGlobalArraySet"), [&] {
         static const QList<tCaptionCode> modes = {
             {QStringLiteral("Unlimited Ramping"), 1}, {QStringLiteral("100% Ramping"), 2},
             {QStringLiteral("75% Ramping"), 4},       {QStringLiteral("50% Ramping"), 8},
             {QStringLiteral("33% Ramping"), 16},
         };
-        HyperModes() = makeTable(modes, CreateHyperModeConst);
+        HyperModes() = makeTable(modes, CreateHyperModeConst, supports);
     });
 }
 
-void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code)
+void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports)
 {
     PassErrors(kModule, kRevision, QStringLiteral("CreateFiringModeConst"), [&] {
         entry.caption = caption;
         entry.code = code;
-        entry.visible = FiringModeVisible(code);
+        entry.visible = FiringModeVisible(code, supports);
     });
 }
 
-void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code)
+void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports)
 {
     PassErrors(kModule, kRevision, QStringLiteral("CreateHyperModeConst"), [&] {
         entry.caption = caption;
         entry.code = code;
-        entry.visible = HyperModeVisible(code);
+        entry.visible = HyperModeVisible(code, supports);
     });
 }
 
-bool FiringModeVisible(qint32 code)
+bool FiringModeVisible(qint32 code, const cSupports& supports)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("FiringModeVisible"), [&] {
-        const cSupports& supports = Supports();
         switch (code) {
         case 0: return supports.fmodeClassic();
         case 1: return supports.fmodeSemiAuto();
@@ -96,10 +96,9 @@ bool FiringModeVisible(qint32 code)
     });
 }
 
-bool HyperModeVisible(qint32 code)
+bool HyperModeVisible(qint32 code, const cSupports& supports)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("HyperModeVisible"), [&] {
-        const cSupports& supports = Supports();
         switch (code) {
         case 1: return supports.hmodeUnlimited();
         case 2: return supports.hmodeHundredPercent();

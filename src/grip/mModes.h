@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+class cSupports;
+
 namespace mModes {
 
 inline const QString kModule = QStringLiteral("mModes");
@@ -20,14 +22,14 @@ struct tModeEntry {
 QList<tModeEntry>& FiringModes();
 QList<tModeEntry>& HyperModes();
 
-// Fill the tables again; the visible flags follow the firmware connected at this moment.
-void FiringModesGlobalArraySet();
-void HyperModesGlobalArraySet();
+// Fill the tables again; the visible flags follow the grip's feature flags at this moment.
+void FiringModesGlobalArraySet(const cSupports& supports);
+void HyperModesGlobalArraySet(const cSupports& supports);
 
-void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code);
-void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code);
+void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports);
+void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports);
 
-bool FiringModeVisible(qint32 code);
-bool HyperModeVisible(qint32 code);
+bool FiringModeVisible(qint32 code, const cSupports& supports);
+bool HyperModeVisible(qint32 code, const cSupports& supports);
 
 } // namespace mModes

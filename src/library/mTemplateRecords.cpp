@@ -1,8 +1,6 @@
 #include "library/mTemplateRecords.h"
 
-#include "grip/cCountdownTimer.h"
-#include "grip/cHyper.h"
-#include "grip/cSettings.h"
+#include "grip/cGripSession.h"
 #include "library/cSetsTemplate.h"
 
 #include <cstddef>
@@ -74,14 +72,13 @@ void toRecord(const tShared<Record> (&fields)[N], const S& setting, Record& reco
         f.toRecord(setting, record);
 }
 
-// The field into the global record, when this record carries it. The record is asked for only
-// then: the grip's records are made on first use, and a copy leaves the others alone.
+// The field into the record, when this record carries it; a copy leaves the others alone.
 template <typename Record, std::size_t N>
-bool fieldToRecord(const tShared<Record> (&fields)[N], Record& (*global)(), const S& setting, tField field)
+bool fieldToRecord(const tShared<Record> (&fields)[N], Record& record, const S& setting, tField field)
 {
     for (const tShared<Record>& f : fields) {
         if (f.field == field) {
-            f.toRecord(setting, global());
+            f.toRecord(setting, record);
             return true;
         }
     }
@@ -98,10 +95,11 @@ void TemplateToTiming(const cSetsTemplate& setting, cSettings& timing) { toRecor
 void TemplateToGameTimer(const cSetsTemplate& setting, cCountdownTimer& timer) { toRecord(kGameTimer, setting, timer); }
 void TemplateToRamping(const cSetsTemplate& setting, cHyper& ramping) { toRecord(kRamping, setting, ramping); }
 
-void FieldToGripRecord(const cSetsTemplate& setting, tField field)
+void FieldToGripRecord(const cSetsTemplate& setting, tField field, cGripSession& session)
 {
-    if (!fieldToRecord(kTiming, &TimingRecord, setting, field) && !fieldToRecord(kGameTimer, &CountdownTimerRecord, setting, field))
-        fieldToRecord(kRamping, &HyperRecord, setting, field);
+    if (!fieldToRecord(kTiming, session.Timing(), setting, field) &&
+        !fieldToRecord(kGameTimer, session.CountdownTimer(), setting, field))
+        fieldToRecord(kRamping, session.Hyper(), setting, field);
 }
 
 } // namespace mTemplateRecords

@@ -5,6 +5,7 @@
 // record its shots, ramping time and ramping mode. Whoever copies between a setting and these
 // records copies through here, a whole record at a time or one field as it is edited.
 class cCountdownTimer;
+class cGripSession;
 class cHyper;
 class cSettings;
 class cSetsTemplate;
@@ -46,8 +47,8 @@ void TemplateToTiming(const cSetsTemplate& setting, cSettings& timing);
 void TemplateToGameTimer(const cSetsTemplate& setting, cCountdownTimer& timer);
 void TemplateToRamping(const cSetsTemplate& setting, cHyper& ramping);
 
-// One field of the setting into the grip's shared record that carries it (TimingRecord(),
-// CountdownTimerRecord() or HyperRecord()); no other record is touched.
-void FieldToGripRecord(const cSetsTemplate& setting, tField field);
+// One field of the setting into the session's record that carries it (its timing, game-timer
+// or ramping record); no other record is touched.
+void FieldToGripRecord(const cSetsTemplate& setting, tField field, cGripSession& session);
 
 } // namespace mTemplateRecords

@@ -17,9 +17,3 @@ QString cError::Description() const
     default: return QStringLiteral("Unknown errorcode.");
     }
 }
-
-cError& GripError()
-{
-    static cError instance;
-    return instance;
-}

@@ -1,5 +1,6 @@
 #pragma once
-// The grip's last negative answer (report 0x50). It is recorded here, never raised.
+// The grip's last negative answer (report 0x50). It is recorded here, never raised; the grip
+// session keeps one.
 #include <QByteArray>
 #include <QString>
 
@@ -21,6 +22,3 @@ private:
     qint32 m_code = NoError;
     quint8 m_answerByte = 0;
 };
-
-// The one global instance, created on first use.
-cError& GripError();

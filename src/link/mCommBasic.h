@@ -1,7 +1,7 @@
 #pragma once
 // Module mCommBasic: the serial link's name in error frames, the check byte of a frame and the
-// traffic-log entry. The link itself is the object cLink (link/cLink.h); the link the program
-// built is reached through link/InstalledLink.h.
+// traffic-log entry. The link itself is the object cLink (link/cLink.h), which the program builds
+// and hands to whatever talks to the grip.
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>

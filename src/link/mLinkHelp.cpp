@@ -2,7 +2,6 @@
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
-#include "link/InstalledLink.h"
 #include "link/cLink.h"
 
 #include <QCoreApplication>
@@ -146,9 +145,9 @@ QStringList WhatToDo(const MarloError& error, const cLink& link)
     return lines;
 }
 
-QStringList WhatToDo(const MarloError& error)
+QStringList WhatToDo(const MarloError& error, const cLink* link)
 {
-    return WhatToDo(error, mCommBasic::Link());
+    return link ? WhatToDo(error, *link) : error.Hints();
 }
 
 } // namespace mLinkHelp

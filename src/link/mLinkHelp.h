@@ -38,9 +38,10 @@ QString ProgramName(qint64 pid);
 
 // The lines that say what went wrong and what to do about the error just caught, cause first
 // (empty when nothing applies): the error's own hints; for a port that could not be opened its
-// cause and help; for a time-out and a bad checksum their help texts. The link's last exchange
-// tells which applies; without a link given, the link the program installed.
+// cause and help; for a time-out and a bad checksum their help texts. The last exchange of the
+// link the error happened on tells which applies; without a link (nullptr), only the error's own
+// hints.
 QStringList WhatToDo(const MarloError& error, const cLink& link);
-QStringList WhatToDo(const MarloError& error);
+QStringList WhatToDo(const MarloError& error, const cLink* link);
 
 } // namespace mLinkHelp

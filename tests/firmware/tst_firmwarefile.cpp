@@ -238,9 +238,9 @@ private slots:
         QFETCH(QString, hint);
         TestLink link;
         auto sim = Grip(link.port, QString());
-        RefreshGunInfo(true);
+        RefreshGunInfo(link.session, true);
         const QStringList header = file.split(QLatin1Char('|'));
-        const MarloError e = ErrorOf([&] { mFirmware::checkFirmwareVersion({header[2], header[0], header[3], header[1], {}}); });
+        const MarloError e = ErrorOf([&] { mFirmware::checkFirmwareVersion({header[2], header[0], header[3], header[1], {}}, link.session.GunInfo()); });
         QCOMPARE(e.Number(), error);
         QCOMPARE(e.Hints().size(), 1);
         QVERIFY2(e.Hints().first().startsWith(hint), qPrintable(e.Hints().first()));
@@ -275,10 +275,10 @@ private slots:
         QFETCH(int, result);
         TestLink link;
         auto sim = Grip(link.port, grip);
-        RefreshGunInfo(true);
+        RefreshGunInfo(link.session, true);
         const QStringList header = file.split(QLatin1Char('|'));
         bool fits = false;
-        const MarloError e = ErrorOf([&] { fits = mFirmware::checkFirmwareVersion({header[2], header[0], "1.1.1", header[1], {}}); });
+        const MarloError e = ErrorOf([&] { fits = mFirmware::checkFirmwareVersion({header[2], header[0], "1.1.1", header[1], {}}, link.session.GunInfo()); });
         QCOMPARE(e.Number() ? e.Number() : int(fits), result);
         QVERIFY(!e.Number() || e.Trail().last().procedure == QLatin1String("checkFirmwareVersion"));
     }

@@ -67,7 +67,7 @@ private slots:
         TestLink link;
         auto sim = Grip(link.port, QStringLiteral("bootmode=1,boot=") + boot);
         const FirmwareFile image = Image({Line(address, QList<quint8>(data.begin(), data.end()))});
-        QCOMPARE(ErrorOf([&] { mCommSupport::ULFirmware(image); }).Number(), frame.isEmpty() ? mErrCodes::RT_OVERFLOW : 0);
+        QCOMPARE(ErrorOf([&] { mCommSupport::ULFirmware(link.session, image); }).Number(), frame.isEmpty() ? mErrCodes::RT_OVERFLOW : 0);
         QCOMPARE(link.port.frames.size(), frame.isEmpty() ? 1 : 2);
         QVERIFY(link.port.writes.join().endsWith(frame)); // the block's own check byte ends it: the link appends nothing
     }
@@ -95,9 +95,9 @@ private slots:
         cProgramSegment segment;
         segment.setAddress(0x200);
         bool ok = false;
-        const MarloError e = ErrorOf([&] { ok = upload ? segment.Upload() : segment.Download(); });
+        const MarloError e = ErrorOf([&] { ok = upload ? segment.Upload(link.session) : segment.Download(link.session); });
         QCOMPARE(e.Number() ? e.Number() : int(ok), result);
-        QCOMPARE(GripError().ErrorCode(), result == 0 ? cError::ChecksumError : cError::NoError);
+        QCOMPARE(link.session.GripError().ErrorCode(), result == 0 ? cError::ChecksumError : cError::NoError);
         QVERIFY(!e.Number() || e.Source().isEmpty());
         QCOMPARE(e.Number() ? e.Trail().first().procedure : QString(), e.Number() ? (upload ? "Upload (0x200)" : "Download (0x200)") : "");
         QCOMPARE(segment.Data(16), quint8(0)); // a cut report leaves the data alone
@@ -125,15 +125,15 @@ private slots:
         mMain::Application().RegistrySettings().setBackwardCompatibleUpload(restart.isEmpty());
         auto sim = Grip(link.port, QStringLiteral("bootmode=1,") + grip);
         const FirmwareFile image = Image(11);
-        mCommSupport::ULFirmware(image);
+        mCommSupport::ULFirmware(link.session, image);
         // Every line in file order, the end record (without data) included.
         QCOMPARE(codes(link.port.frames), "13 " + Repeated(write, 241) + restart + ' ' + Repeated(write, 12));
         QCOMPARE(link.ui.progressValues.size(), 253); // a step a line
 
         link.port.frames.clear();
-        GripError().setErrorCode(cError::ChecksumError); // left over from an earlier request
+        link.session.GripError().setErrorCode(cError::ChecksumError); // left over from an earlier request
         FirmwareFile back{QStringLiteral("kept"), {}, {}, {}, {Line(0x10, {1})}};
-        mCommSupport::DLFirmware(back);
+        mCommSupport::DLFirmware(link.session, back);
         QCOMPARE(back.Firmware, QStringLiteral("kept"));
         QCOMPARE(back.Segments.value(0).Checksum, checksum);
         for (HexLine& line : back.Segments)
@@ -172,7 +172,7 @@ private slots:
         auto sim = Grip(link.port, QStringLiteral("boot=1.2.1,bootmode=1,") + fault);
         const QByteArray before = sim->state().memory;
         FirmwareFile image = Image(2);
-        const MarloError e = ErrorOf([&] { write ? mCommSupport::ULFirmware(image) : mCommSupport::DLFirmware(image); });
+        const MarloError e = ErrorOf([&] { write ? mCommSupport::ULFirmware(link.session, image) : mCommSupport::DLFirmware(link.session, image); });
         const bool ok = e.Number() == 0;
         QCOMPARE(e.Description(), failure);
         QCOMPARE(framesAt(link.port.frames, code, address), attempts);

@@ -177,10 +177,10 @@ private slots:
         FirmwareResult result = FirmwareResult::Cancelled;
         const MarloError e = ErrorOf([&] {
             if (f.command == QLatin1String("put"))
-                result = mFirmwareWorkflows::PutFirmwareProgram(kUpload);
+                result = mFirmwareWorkflows::PutFirmwareProgram(link.session, kUpload);
             else
-                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(file, kUpload)
-                                                              : mFirmwareWorkflows::DownloadFirmware(f.dialog ? QString() : file, kDownload);
+                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(link.session, file, kUpload)
+                                                              : mFirmwareWorkflows::DownloadFirmware(link.session, f.dialog ? QString() : file, kDownload);
         });
         QCOMPARE(e.Number(), f.error);
         QCOMPARE(result, f.result);

@@ -65,10 +65,10 @@ private slots:
         QFETCH(QString, firmware);
         QFETCH(QString, on);
         GripHarness h(QStringLiteral("firmware=") + firmware);
-        RefreshGunInfo(true);
+        RefreshGunInfo(h.session, true);
         QStringList set;
         for (const auto& [name, flag] : kFlags)
-            if ((Supports().*flag)())
+            if ((h.session.Supports().*flag)())
                 set.append(QLatin1String(name));
         QCOMPARE(set.join(QLatin1Char(' ')), on);
     }
@@ -95,14 +95,15 @@ private slots:
         QFETCH(QString, firing);
         QFETCH(QString, ramping);
         GripHarness h(QStringLiteral("firmware=") + firmware);
-        RefreshGunInfo(true);
-        mModes::FiringModesGlobalArraySet();
-        mModes::HyperModesGlobalArraySet();
-        ResetGunInfo(); // another grip (4.0.0): the tables keep what they were filled with
+        RefreshGunInfo(h.session, true);
+        mModes::FiringModesGlobalArraySet(h.session.Supports());
+        mModes::HyperModesGlobalArraySet(h.session.Supports());
+        h.session.GunInfo() = cGunInfo(); // another grip (4.0.0): the tables keep what they were filled with
         QCOMPARE(table(mModes::FiringModes()), firing);
         QCOMPARE(table(mModes::HyperModes()), ramping);
         // Codes that name no mode are never visible.
-        QVERIFY(!mModes::FiringModeVisible(7) && !mModes::FiringModeVisible(17) && !mModes::HyperModeVisible(3));
+        const cSupports& flags = h.session.Supports();
+        QVERIFY(!mModes::FiringModeVisible(7, flags) && !mModes::FiringModeVisible(17, flags) && !mModes::HyperModeVisible(3, flags));
     }
 };
 

@@ -80,7 +80,7 @@ class TstGripCommands : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { resetRecords(); }
+    void init() { clearPreferences(); }
 
     void order_data()
     {
@@ -104,8 +104,8 @@ private slots:
         QFETCH(QString, codes);
         QFETCH(QString, unsupported);
         GripHarness h(options);
-        const CommandResult result = command == QLatin1String("get") ? GetAll()
-                                     : command == QLatin1String("put") ? PutAll() : ResetCounter(3);
+        const CommandResult result = command == QLatin1String("get") ? GetAll(h.session)
+                                     : command == QLatin1String("put") ? PutAll(h.session) : ResetCounter(h.session, 3);
         QStringList sent, skipped;
         for (const int code : h.codes())
             sent.append(QString::number(code, 16));
@@ -125,7 +125,7 @@ private slots:
     {
         GripHarness h;
         h.replies[0x26] = refusal(0x26);
-        CommandResult result = PutAll();
+        CommandResult result = PutAll(h.session);
         QCOMPARE(result.outcomeOf(GripRecord::Timing), Outcome::Done);
         QCOMPARE(result.outcomeOf(GripRecord::GameTimer), Outcome::Refused);
         QCOMPARE(result.outcomeOf(GripRecord::Ramping), Outcome::Done); // the rest still goes
@@ -133,13 +133,13 @@ private slots:
         QVERIFY(result.refused());
         // A refused boot-mode query is not forgotten when the transfers go well.
         h.replies = {{0x11, refusal(0x11)}};
-        result = GetRecord(GripRecord::Timing);
+        result = GetRecord(h.session, GripRecord::Timing);
         QVERIFY(result.bootCheckRefused && result.refused());
         QCOMPARE(result.outcomeOf(GripRecord::Timing), Outcome::Done);
-        QCOMPARE(GripError().ErrorCode(), 1);
+        QCOMPARE(h.session.GripError().ErrorCode(), 1);
         h.replies.clear();
-        GetRecord(GripRecord::Timing); // a new command starts with a clean error record
-        QCOMPARE(GripError().ErrorCode(), cError::NoError);
+        GetRecord(h.session, GripRecord::Timing); // a new command starts with a clean error record
+        QCOMPARE(h.session.GripError().ErrorCode(), cError::NoError);
     }
 
     void theObserverFollowsEachTransfer_data()
@@ -178,10 +178,10 @@ private slots:
         const QStringList words = command.split(QLatin1Char(' '));
         GripRecord record = GripRecord::Timing;
         RecordFromName(words[1], record);
-        const CommandResult result = command == QLatin1String("get all")   ? GetAll(&observer)
-                                     : command == QLatin1String("put all") ? PutAll(&observer)
-                                     : words[0] == QLatin1String("get")    ? GetRecord(record, &observer)
-                                                                           : PutRecord(record, &observer);
+        const CommandResult result = command == QLatin1String("get all")   ? GetAll(h.session, &observer)
+                                     : command == QLatin1String("put all") ? PutAll(h.session, &observer)
+                                     : words[0] == QLatin1String("get")    ? GetRecord(h.session, record, &observer)
+                                                                           : PutRecord(h.session, record, &observer);
         QCOMPARE(events.join(QLatin1Char(' ')), log);
         // The result tells the same transfers.
         QStringList told;
@@ -209,16 +209,16 @@ private slots:
         QStringList seen;
         observer.ended = [&](const Transfer& t) {
             if (t.record == GripRecord::Timing)
-                seen << fields(GripRecord::Timing) << fields(GripRecord::Counters);
+                seen << fields(h.session, GripRecord::Timing) << fields(h.session, GripRecord::Counters);
         };
-        GetAll(&observer);
+        GetAll(h.session, &observer);
         QCOMPARE(seen, (QStringList{"12 9 31 40 29 6", "0 0 0"}));
         // A put sends what the record holds when its start has been reported.
-        observer.starting = [](GripRecord record, Direction) {
+        observer.starting = [&](GripRecord record, Direction) {
             if (record == GripRecord::Timing)
-                TimingRecord().setShotTime(17);
+                h.session.Timing().setShotTime(17);
         };
-        PutAll(&observer);
+        PutAll(h.session, &observer);
         QCOMPARE(h.payloads(0x24), QStringList{"2411091F281D0611091F281D06"});
     }
 
@@ -253,7 +253,7 @@ private slots:
         LoggingObserver observer(events, LoggingObserver::Frames(frames));
         if (observerFails)
             observer.ended = [](const Transfer&) { RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY); };
-        const MarloError e = errorOf([&] { GetAll(&observer); }).value();
+        const MarloError e = errorOf([&] { GetAll(h.session, &observer); }).value();
         QStringList procedures;
         for (const ErrorFrame& frame : e.Trail())
             procedures << frame.module + QLatin1Char('.') + frame.procedure;
@@ -268,13 +268,13 @@ private slots:
     {
         GripHarness h;
         h.replies[0x15] = framed(QStringLiteral("42")) + QByteArray(8, '\0'); // an acknowledgement, as long as the report
-        const MarloError e = errorOf([] { GetAll(); }).value();
+        const MarloError e = errorOf([&] { GetAll(h.session); }).value();
         QCOMPARE(e.Number(), mErrCodes::ERR_DL_COUNTERS);
         QCOMPARE(e.Trail().last().module + QLatin1Char('.') + e.Trail().last().procedure, QStringLiteral("mGripCommands.GetAll"));
         QVERIFY(!h.codes().contains(0x16));
         QCOMPARE(mMain::MousePointerDepth(), 0); // the wait pointer is back
         // Counters and battery are only read.
-        QCOMPARE(errorOf([] { PutRecord(GripRecord::Battery); }).value().Number(), mErrCodes::RT_INVALID_CALL);
+        QCOMPARE(errorOf([&] { PutRecord(h.session, GripRecord::Battery); }).value().Number(), mErrCodes::RT_INVALID_CALL);
         QVERIFY(!h.codes().contains(0x17));
     }
 };

@@ -59,7 +59,7 @@ class TstGripRecords : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { resetRecords(); }
+    void init() { clearPreferences(); }
 
     void exchange_data()
     {
@@ -99,19 +99,21 @@ private slots:
         const int get = 0x14 + int(record); // the get commands 0x14..0x19 follow the record order
         if (way != QLatin1String("get")) {
             if (way == QLatin1String("new"))
-                QCOMPARE(fields(record), values);
+                QCOMPARE(fields(h.session, record), values);
             else
-                setFields(record, values);
-            QCOMPARE(mGripCommands::TransferRecord(record, Direction::Put), mGripCommands::Outcome::Done);
+                setFields(h.session, record, values);
+            QCOMPARE(mGripCommands::TransferRecord(h.session, record, Direction::Put), mGripCommands::Outcome::Done);
             QCOMPARE(h.codes(), (QList<int>{0x13, get + 0x10})); // the gun information first
             QCOMPARE(h.payloads(get + 0x10), QStringList{frame});
-            resetRecords();
+            clearPreferences();
         }
         if (way == QLatin1String("get") || way == QLatin1String("both")) {
+            // A fresh session over the same link: what it holds comes from the report alone.
+            cGripSession fresh(h.link.link);
             h.replies[get] = framed(char(get + 0x30) + QByteArray::fromHex(frame.mid(2).toLatin1()));
-            mGripCommands::TransferRecord(record, Direction::Get);
+            mGripCommands::TransferRecord(fresh, record, Direction::Get);
             QCOMPARE(h.codes().last(), get);
-            QCOMPARE(fields(record), values);
+            QCOMPARE(fields(fresh, record), values);
         }
     }
 
@@ -172,11 +174,11 @@ private slots:
         QFETCH(QString, payload);
         QFETCH(QString, after);
         GripHarness h(QStringLiteral("firmware=") + firmware);
-        setFields(GripRecord::Counters, QStringLiteral("300 65535"));
-        CountersRecord().ResetCounter(static_cast<quint8>(selector));
+        setFields(h.session, GripRecord::Counters, QStringLiteral("300 65535"));
+        h.session.Counters().ResetCounter(h.session, static_cast<quint8>(selector));
         QCOMPARE(h.codes(), (QList<int>{0x13, 0x25}));
         QCOMPARE(h.payloads(0x25), QStringList{payload});
-        QCOMPARE(fields(GripRecord::Counters), after);
+        QCOMPARE(fields(h.session, GripRecord::Counters), after);
     }
 
     void ranges_data()
@@ -206,8 +208,8 @@ private slots:
         QFETCH(QString, property);
         QFETCH(QString, text);
         QFETCH(int, kept);
-        cOptions& o = OptionsRecord();
-        cHyper& r = HyperRecord();
+        cOptions o;
+        cHyper r;
         struct Rule { QString section; std::function<qint32(qint32)> set; std::function<qint32()> get; };
         const QHash<QString, Rule> rules = {
             {"EyeCheckMaxTime", {"Options", [&](qint32 v) { return o.setEyeCheckMaxTime(v); }, [&] { return o.EyeCheckMaxTime(); }}},
@@ -234,8 +236,8 @@ private slots:
         GripHarness h;
         h.replies[0x18] = framed(QStringLiteral("48A5010203"));
         h.replies[0x19] = framed(QStringLiteral("49056408"));
-        mGripCommands::TransferRecord(GripRecord::Options, Direction::Get);
-        mGripCommands::TransferRecord(GripRecord::Ramping, Direction::Get);
+        mGripCommands::TransferRecord(h.session, GripRecord::Options, Direction::Get);
+        mGripCommands::TransferRecord(h.session, GripRecord::Ramping, Direction::Get);
         QCOMPARE(storedSection(QStringLiteral("Options")),
                  QStringLiteral("CTOAdjust=True DefaultLoadTime=3 EyeCheckMax=False EyeCheckMaxTime=1 EyeCheckOK=True "
                                 "EyeCheckOKTime=2 EyeMounted=True LED=False Loader=False TriggerFilter=True UseEye=False"));
@@ -245,15 +247,16 @@ private slots:
     void assignDefaults()
     {
         // Only the timing record assigns; the others keep what they hold, as they always have.
-        setFields(GripRecord::GameTimer, QStringLiteral("7 1 8 0 9"));
-        setFields(GripRecord::Options, QStringLiteral("1 0 0 0 5 6 0 1 0 7 0"));
-        setFields(GripRecord::Ramping, QStringLiteral("7 8 4"));
-        CountdownTimerRecord().AssignDefaults();
-        OptionsRecord().AssignDefaults();
-        HyperRecord().AssignDefaults();
-        TimingRecord().AssignDefaults();
-        QCOMPARE(fields(GripRecord::GameTimer) + '/' + fields(GripRecord::Options) + '/' + fields(GripRecord::Ramping) + '/' +
-                     fields(GripRecord::Timing), QStringLiteral("7 1 8 0 9/1 0 0 0 5 6 0 1 0 7 0/7 8 4/10 10 30 35 28 0"));
+        GripHarness h;
+        setFields(h.session, GripRecord::GameTimer, QStringLiteral("7 1 8 0 9"));
+        setFields(h.session, GripRecord::Options, QStringLiteral("1 0 0 0 5 6 0 1 0 7 0"));
+        setFields(h.session, GripRecord::Ramping, QStringLiteral("7 8 4"));
+        h.session.CountdownTimer().AssignDefaults();
+        h.session.Options().AssignDefaults();
+        h.session.Hyper().AssignDefaults();
+        h.session.Timing().AssignDefaults();
+        QCOMPARE(fields(h.session, GripRecord::GameTimer) + '/' + fields(h.session, GripRecord::Options) + '/' + fields(h.session, GripRecord::Ramping) + '/' +
+                     fields(h.session, GripRecord::Timing), QStringLiteral("7 1 8 0 9/1 0 0 0 5 6 0 1 0 7 0/7 8 4/10 10 30 35 28 0"));
     }
 
     void errors_data()
@@ -282,9 +285,9 @@ private slots:
         QFETCH(QString, values);
         const Operation& o = operations()[op];
         GripHarness h;
-        setFields(o.record, values.isEmpty() ? o.values : values);
+        setFields(h.session, o.record, values.isEmpty() ? o.values : values);
         // The counter being reset is zeroed before the exchange and stays so; the rest stays.
-        const QString after = o.command == 0x25 ? QStringLiteral("11 0 0") : fields(o.record);
+        const QString after = o.command == 0x25 ? QStringLiteral("11 0 0") : fields(h.session, o.record);
         if (answer == QLatin1String("wrong report")) // whole and sound, but another command's
             h.replies[o.command] = h.grip.handleFrame(framed(QStringLiteral("13"))).value_or(QByteArray());
         else if (answer == QLatin1String("refused"))
@@ -294,18 +297,18 @@ private slots:
                     : answer == QLatin1String("silence") ? gripsim::FaultKind::Silent : gripsim::FaultKind::Short, o.command);
         const auto e = errorOf([&] {
             if (o.command == 0x25)
-                CountersRecord().ResetCounter(2);
+                h.session.Counters().ResetCounter(h.session, 2);
             else
-                mGripCommands::TransferRecord(o.record, o.command < 0x20 ? Direction::Get : Direction::Put);
+                mGripCommands::TransferRecord(h.session, o.record, o.command < 0x20 ? Direction::Get : Direction::Put);
         });
-        QCOMPARE(fields(o.record), after);
+        QCOMPARE(fields(h.session, o.record), after);
         if (answer == QLatin1String("refused")) { // recorded, not raised
             QVERIFY(!e);
-            QCOMPARE(GripError().ErrorCode(), 1);
+            QCOMPARE(h.session.GripError().ErrorCode(), 1);
             return;
         }
         QVERIFY(e);
-        QCOMPARE(GripError().ErrorCode(), cError::NoError);
+        QCOMPARE(h.session.GripError().ErrorCode(), cError::NoError);
         if (!values.isEmpty()) { // the pad routine's error, and nothing sent
             QCOMPARE(e->Number(), RT_INVALID_CALL);
             QVERIFY(h.payloads(o.command).isEmpty());

@@ -38,11 +38,11 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
     } else if (kind == QLatin1String("fUserVariable"))
         owned = std::make_unique<fUserVariable>();
     else if (kind == QLatin1String("fOptions"))
-        owned = std::make_unique<fOptions>();
+        owned = std::make_unique<fOptions>(h.grip.session.GunInfo());
     else if (kind == QLatin1String("fCommConsole"))
         owned = std::make_unique<fCommConsole>();
     else if (kind == QLatin1String("fBuildInfo"))
-        owned = std::make_unique<fBuildInfo>();
+        owned = std::make_unique<fBuildInfo>(h.grip.session.GunInfo());
     else if (kind == QLatin1String("fAbout"))
         owned = std::make_unique<fAbout>();
     else

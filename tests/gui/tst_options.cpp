@@ -2,6 +2,7 @@
 // lists that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the devices.
 #include "GuiTestSupport.h"
 
+#include "grip/cGunInfo.h"
 #include "gui/shell/fOptions.h"
 #include "library/mDatabase.h"
 
@@ -14,6 +15,9 @@ using mMain::Application;
 using mSerialDevices::PortEntry;
 
 namespace {
+
+// The grip the dialogs answer BackwardCompatibleUpload from: a fresh session's (firmware 4.0.0).
+const cGunInfo kGrip;
 
 QStringList itemsOf(QComboBox* combo)
 {
@@ -79,7 +83,7 @@ private slots:
         prefs.setCommPort(3);
         prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
         prefs.setCommDevice(QStringLiteral("sim"));
-        fOptions dialog;
+        fOptions dialog(kGrip);
         QCOMPARE(text(&dialog, QStringLiteral("txtDBPath")), prefs.DBName());
         QStringList shown;
         for (const char* name : {"chkShowSplash", "chkConfirm", "chkLogCommToFile", "chkLogCommToConsole"})
@@ -138,7 +142,7 @@ private slots:
         prefs.setCommPort(1);
         prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
         prefs.setDBChanged(false);
-        fOptions dialog;
+        fOptions dialog(kGrip);
         dialog.show();
         control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->setChecked(false);
         // The baud, parity, bits and stop-bit lists only show the stored settings: never written.
@@ -193,11 +197,11 @@ private slots:
         cRegistrySettings& prefs = Application().RegistrySettings();
         prefs.setShowLogToFile(showLogToFile);
         prefs.setBackwardCompatibleUpload(true);
-        fOptions dialog;
+        fOptions dialog(kGrip);
         auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkBackwardCompatibleUpload"));
         QCOMPARE(box->isHidden(), !showLogToFile);
         // The box shows what the preference answers (from the grip), not the stored value.
-        QCOMPARE(box->isChecked(), prefs.BackwardCompatibleUpload());
+        QCOMPARE(box->isChecked(), kGrip.BackwardCompatibleUpload());
         box->setChecked(false);
         run(&dialog, QStringLiteral("cmdApply"));
         QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !showLogToFile);
@@ -218,7 +222,7 @@ private slots:
         QFETCH(TabKey, row);
         const auto [start, key, modifiers, tab] = row;
         ScriptedLibrary library;
-        fOptions dialog;
+        fOptions dialog(kGrip);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
@@ -236,7 +240,7 @@ private slots:
     void browseFillsThePath()
     {
         ScriptedLibrary library;
-        fOptions dialog;
+        fOptions dialog(kGrip);
         auto* path = control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"));
         const QString before = path->text();
         library.ui.script.fileAnswers.enqueue(std::nullopt);
@@ -268,7 +272,7 @@ private slots:
         cRegistrySettings& prefs = Application().RegistrySettings();
         prefs.setCommDevice(QStringLiteral("/dev/old"));
         prefs.setCommPort(2);
-        fOptions dialog;
+        fOptions dialog(kGrip);
         int listed = 0;
         dialog.setPortLister([&] {
             ++listed;
@@ -311,7 +315,7 @@ private slots:
     void aMissingDeviceIsNamedOnThePage()
     {
         ScriptedLibrary library;
-        fOptions dialog;
+        fOptions dialog(kGrip);
         combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
         QVERIFY2(dialog.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(dialog.DeviceProblem()));
     }

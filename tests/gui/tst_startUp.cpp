@@ -65,7 +65,7 @@ private slots:
             h.ui.script.inputAnswers.enqueue(elsewhere);
         }
         ShownWindows shown;
-        const auto window = mMain::StartUp();
+        const auto window = mMain::StartUp(h.grip.session);
         QCOMPARE(shown.names.contains(QStringLiteral("fSplash")), splash);
         // A changed library file makes the program forget the last setting.
         QVERIFY(prefs.LastKey().isEmpty());
@@ -121,7 +121,7 @@ private slots:
             ini.setValue(key, text);
         }
         WindowHarness h;
-        const auto window = mMain::StartUp();
+        const auto window = mMain::StartUp(h.grip.session);
         QVERIFY(window);
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.ui.script.messages.size(), 1);
@@ -130,7 +130,6 @@ private slots:
         QCOMPARE(message.text, "The preferences file " + file + " has values that cannot be read; their defaults are used:\r\n" + line);
         // The keys after the bad one are read: the library in use and the serial settings.
         QCOMPARE(window->PanelText(fTolvaneMan::kPanelDatabase), library);
-        h.grip.link.serve(window->Link());
         run(window.get(), QStringLiteral("mnuDLTiming"));
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.grip.link.port.Settings(), QStringLiteral("19200,E,7,2"));

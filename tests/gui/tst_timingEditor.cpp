@@ -80,7 +80,7 @@ private slots:
         // The setting and the grip's timing record take what is typed, the slider follows.
         const auto values = [&] {
             const auto s = w.ActiveSetting();
-            const cSettings& r = TimingRecord();
+            const cSettings& r = w.Session().Timing();
             return QList<int>{QList<int>{s->lShotTime(), s->lDwellTime(), s->lCycleTimeOpen(), s->lLoadTime(), s->lCycleTimeClose()}[timing],
                               QList<int>{r.ShotTime(), r.Dwelltime(), r.CycleTimeOpen(), r.LoadTime(), r.CycleTimeClose()}[timing],
                               c.slider->value()};
@@ -184,10 +184,10 @@ private slots:
         choose("cboFiringModes", QStringLiteral("Burst 3"));
         choose("cboHyperModes", QStringLiteral("33% Ramping"));
         QCOMPARE(w.ActiveSetting()->lFiringMode(), 8);
-        QCOMPARE(TimingRecord().FiringMode(), 8);
+        QCOMPARE(w.Session().Timing().FiringMode(), 8);
         QCOMPARE(w.ActiveSetting()->lHyperMode(), 16);
         // The ramping record keeps the mode it holds: the list edits only the setting.
-        QCOMPARE(HyperRecord().HyperMode(), cHyper::HyperModeDefault);
+        QCOMPARE(w.Session().Hyper().HyperMode(), cHyper::HyperModeDefault);
     }
     void closeEqualsOpen()
     {
@@ -248,7 +248,7 @@ private slots:
         control<QCheckBox>(&w, QStringLiteral("chkEyeOKMax"))->setChecked(false);
         type(&w, QStringLiteral("txtEyeOKMax"), QStringLiteral("7"));
         w.MoveControlsToOptions();
-        HyperRecord().setShots(9);
+        w.Session().Hyper().setShots(9);
 
         run(&w, QStringLiteral("cmdTools(6)"));
         GUITEST_NO_ERRORS(h.ui.script);
@@ -266,7 +266,7 @@ private slots:
         QCOMPARE(ticked, QStringList{"chkEyeOKMax"});
         QCOMPARE(text(&w, QStringLiteral("txtEyeOKMax")), QStringLiteral("100"));
         QCOMPARE(text(&w, QStringLiteral("txtDefaultLoadTime")), QStringLiteral("45"));
-        QVERIFY(OptionsRecord().EyeCheckOKTimeOn());
+        QVERIFY(w.Session().Options().EyeCheckOKTimeOn());
         // The ramping values kept in the preferences come into the setting.
         QCOMPARE(setting->lShots(), 9);
         QCOMPARE(setting->lHyperTime(), cHyper::HyperTimeDefault);

@@ -176,7 +176,7 @@ private slots:
         WindowHarness h(grip);
         fTolvaneMan& w = h.open();
         if (!grip.isEmpty())
-            GunInfo().Download();
+            w.Session().GunInfo().Download(w.Link(), w.Session().GripError());
         const qsizetype sent = h.grip.codes().size();
         if (doubleClick)
             QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);

@@ -337,7 +337,7 @@ private slots:
         const MarloError& error = h.ui.script.errors.first();
         QCOMPARE(error.Number(), mErrCodes::ERR_DL_TIMING);
         QVERIFY(error.Description().startsWith(QLatin1String("An unknown error occurred during ")));
-        QVERIFY(mLinkHelp::WhatToDo(error).contains(mErrCodes::HELP_CHECKSUM.first()));
+        QVERIFY(mLinkHelp::WhatToDo(error, w.Link()).contains(mErrCodes::HELP_CHECKSUM.first()));
     }
 };
 

@@ -67,7 +67,7 @@ const QString kSetting = QStringLiteral("101 102 103 104 105 106 / 107 1 108 0 1
 class tst_templateRecords : public QObject {
     Q_OBJECT
 private slots:
-    void init() { resetRecords(); }
+    void init() { clearPreferences(); }
 
     void aRecordIntoTheSetting_data()
     {
@@ -86,24 +86,26 @@ private slots:
     }
     void aRecordIntoTheSetting()
     {
+        TestLink link;
+        cGripSession& session = link.session;
         QFETCH(GripRecord, record);
         QFETCH(QString, values);
         QFETCH(QString, setting);
         if (!values.isEmpty())
-            setFields(record, values);
+            setFields(session, record, values);
         cSetsTemplate s;
         markedSetting(s, kSetting);
         const QString own = ownFields(s);
-        const QString recordBefore = fields(record);
+        const QString recordBefore = fields(session, record);
         switch (record) {
-        case GripRecord::Timing: mTemplateRecords::TimingToTemplate(TimingRecord(), s); break;
-        case GripRecord::GameTimer: mTemplateRecords::GameTimerToTemplate(CountdownTimerRecord(), s); break;
-        case GripRecord::Ramping: mTemplateRecords::RampingToTemplate(HyperRecord(), s); break;
+        case GripRecord::Timing: mTemplateRecords::TimingToTemplate(session.Timing(), s); break;
+        case GripRecord::GameTimer: mTemplateRecords::GameTimerToTemplate(session.CountdownTimer(), s); break;
+        case GripRecord::Ramping: mTemplateRecords::RampingToTemplate(session.Hyper(), s); break;
         default: QFAIL("no such copy");
         }
         QCOMPARE(sharedFields(s), setting);
         QCOMPARE(ownFields(s), own);
-        QCOMPARE(fields(record), recordBefore);
+        QCOMPARE(fields(session, record), recordBefore);
     }
 
     void theSettingIntoARecord_data()
@@ -119,26 +121,28 @@ private slots:
     }
     void theSettingIntoARecord()
     {
+        TestLink link;
+        cGripSession& session = link.session;
         QFETCH(GripRecord, record);
         QFETCH(QString, setting);
         QFETCH(QString, values);
         const QList<GripRecord> carriers = {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Ramping};
-        setFields(GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
-        setFields(GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
-        setFields(GripRecord::Ramping, QStringLiteral("8 9 10"));
+        setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
+        setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
+        setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
         QStringList before;
         for (const GripRecord r : carriers)
-            before << fields(r);
+            before << fields(session, r);
         cSetsTemplate s;
         markedSetting(s, setting);
         switch (record) {
-        case GripRecord::Timing: mTemplateRecords::TemplateToTiming(s, TimingRecord()); break;
-        case GripRecord::GameTimer: mTemplateRecords::TemplateToGameTimer(s, CountdownTimerRecord()); break;
-        case GripRecord::Ramping: mTemplateRecords::TemplateToRamping(s, HyperRecord()); break;
+        case GripRecord::Timing: mTemplateRecords::TemplateToTiming(s, session.Timing()); break;
+        case GripRecord::GameTimer: mTemplateRecords::TemplateToGameTimer(s, session.CountdownTimer()); break;
+        case GripRecord::Ramping: mTemplateRecords::TemplateToRamping(s, session.Hyper()); break;
         default: QFAIL("no such copy");
         }
         for (qsizetype i = 0; i < carriers.size(); ++i)
-            QCOMPARE(fields(carriers[i]), carriers[i] == record ? values : before[i]);
+            QCOMPARE(fields(session, carriers[i]), carriers[i] == record ? values : before[i]);
         QCOMPARE(sharedFields(s), setting); // the setting is only read
     }
 
@@ -165,23 +169,27 @@ private slots:
     }
     void oneFieldIntoTheGripsRecord()
     {
+        TestLink link;
+        cGripSession& session = link.session;
         QFETCH(tField, field);
         QFETCH(QString, records);
-        setFields(GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
-        setFields(GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
-        setFields(GripRecord::Ramping, QStringLiteral("8 9 10"));
+        setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
+        setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
+        setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
         cSetsTemplate s;
         markedSetting(s, QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4"));
-        mTemplateRecords::FieldToGripRecord(s, field);
-        QCOMPARE(QStringList({fields(GripRecord::Timing), fields(GripRecord::GameTimer), fields(GripRecord::Ramping)})
+        mTemplateRecords::FieldToGripRecord(s, field, session);
+        QCOMPARE(QStringList({fields(session, GripRecord::Timing), fields(session, GripRecord::GameTimer), fields(session, GripRecord::Ramping)})
                      .join(QStringLiteral(" | ")),
                  records);
     }
 
     void aNewSettingStartsFromAFreshTimingRecord()
     {
-        // The grip's global timing record holds other values: a new setting does not take them.
-        setFields(GripRecord::Timing, QStringLiteral("12 9 31 40 29 6"));
+        TestLink link;
+        cGripSession& session = link.session;
+        // The session's timing record holds other values: a new setting does not take them.
+        setFields(session, GripRecord::Timing, QStringLiteral("12 9 31 40 29 6"));
         cSetsTemplate s;
         QCOMPARE(sharedFields(s), QStringLiteral("0 0 0 0 0 0 / 10 0 1 0 1 / 0 0 0"));
     }

@@ -178,8 +178,9 @@ private slots:
         if (hint)
             error.addHint(QStringLiteral("own hint"));
         QCOMPARE(mLinkHelp::WhatToDo(error, link.link), lines);
-        // Without a link given, the installed one tells: the test link.
-        QCOMPARE(mLinkHelp::WhatToDo(error), lines);
+        QCOMPARE(mLinkHelp::WhatToDo(error, &link.link), lines);
+        // Without a link, only the error's own hints.
+        QCOMPARE(mLinkHelp::WhatToDo(error, nullptr), hint ? QStringList{"own hint"} : QStringList{});
     }
 };
 

@@ -185,7 +185,6 @@ private slots:
         QFile::remove(iniPath());
         mMain::SetUserInterface(&ui);
         ui.errors.clear();
-        ResetGunInfo();
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
@@ -412,8 +411,9 @@ void tst_cRegistrySettings::backwardCompatibleUploadAnswersFromTheGrip()
     QFETCH(bool, answer);
     cRegistrySettings prefs;
     prefs.setBackwardCompatibleUpload(!answer);
-    GunInfo().Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
-    QCOMPARE(prefs.BackwardCompatibleUpload(), answer);
+    cGunInfo grip;
+    grip.Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
+    QCOMPARE(grip.BackwardCompatibleUpload(), answer);
     QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !answer);
 }
 

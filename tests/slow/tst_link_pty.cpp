@@ -5,8 +5,7 @@
 #include "base/mErrCodes.h"
 #include "grip/cGunInfo.h"
 #include "grip/mCommSupportHex.h"
-#include "link/InstalledLink.h"
-#include "link/cError.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
@@ -36,6 +35,7 @@ private:
     std::unique_ptr<cSerialPort> port;
     cPreferencesLinkSettings settings;
     std::unique_ptr<cLink> link;
+    std::unique_ptr<cGripSession> session;
 };
 
 namespace {
@@ -50,16 +50,14 @@ void tst_link_pty::init()
     QVERIFY2(server->start(&error), qPrintable(error));
     port = std::make_unique<cSerialPort>();
     link = std::make_unique<cLink>(port.get(), settings);
-    mCommBasic::SetLink(link.get());
+    session = std::make_unique<cGripSession>(*link);
     mMain::SetUserInterface(&ui);
     mMain::Application().RegistrySettings().overrideCommDevice(server->devicePath());
-    ResetGunInfo();
-    GripError().Clear();
 }
 
 void tst_link_pty::cleanup()
 {
-    mCommBasic::SetLink(nullptr);
+    session.reset();
     link.reset();
     port.reset();
     server.reset();
@@ -81,27 +79,27 @@ void tst_link_pty::exchangeWithThePause()
 
 void tst_link_pty::programControl()
 {
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(true));
-    QVERIFY(mCommSupportHex::GRIPStopProgram(true));
-    QVERIFY(mCommSupportHex::GRIPIsBootmode(true));
-    QVERIFY(mCommSupportHex::GRIPStartProgram(true));
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(false));
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, true));
+    QVERIFY(mCommSupportHex::GRIPStopProgram(*session, true));
+    QVERIFY(mCommSupportHex::GRIPIsBootmode(*session, true));
+    QVERIFY(mCommSupportHex::GRIPStartProgram(*session, true));
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
     // Each request with the refresh flag fetched the gun information first.
     QList<quint8> codes;
     for (const gripsim::TrafficEvent& event : server->grip().traffic())
         if (event.kind == gripsim::TrafficEvent::Kind::Command)
             codes.append(static_cast<quint8>(event.bytes.at(0)));
     QCOMPARE(codes, (QList<quint8>{0x13, 0x11, 0x13, 0x81, 0x13, 0x11, 0x13, 0x83, 0x11}));
-    QCOMPARE(GunInfo().Serial(), QStringLiteral("SIM0000001"));
+    QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
 }
 
 void tst_link_pty::answersInPiecesAreAssembled()
 {
     QString error;
     server->grip().addFault(*gripsim::FaultRule::parse(QStringLiteral("pieces@13*1"), &error));
-    GunInfo().Download();
+    session->GunInfo().Download(*link, session->GripError());
     QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
-    QCOMPARE(GunInfo().Serial(), QStringLiteral("SIM0000001"));
+    QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
 }
 
 void tst_link_pty::faultsGiveEmptyOrUnexpectedReports_data()
@@ -128,8 +126,8 @@ void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
     server->grip().addFault(*gripsim::FaultRule::parse(fault, &error));
     QString ended;
     try {
-        mCommSupportHex::GRIPIsBootmode(false);
-        ended = GripError().ErrorCode() == 1 ? QStringLiteral("refused") : QStringLiteral("answered");
+        mCommSupportHex::GRIPIsBootmode(*session, false);
+        ended = session->GripError().ErrorCode() == 1 ? QStringLiteral("refused") : QStringLiteral("answered");
     } catch (const MarloError& e) {
         // The request's own error (10008), or the link's when the report's code is unknown.
         QVERIFY2(e.Number() == mErrCodes::ERR_PROGRAM_CONTROL || e.Number() == mErrCodes::RT_INVALID_CALL,
@@ -142,7 +140,7 @@ void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
     QVERIFY(!port->PortOpen());
     QVERIFY(!link->CommBusy());
     // The link is usable again at once.
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(false));
+    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
     QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
 }
 

@@ -4,12 +4,7 @@
 #include "TestLink.h"
 
 #include "base/MarloError.h"
-#include "grip/cBattery.h"
-#include "grip/cCountdownTimer.h"
-#include "grip/cCounters.h"
-#include "grip/cHyper.h"
-#include "grip/cOptions.h"
-#include "grip/cSettings.h"
+#include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
@@ -86,40 +81,38 @@ public:
     void fault(gripsim::FaultKind kind, int command) { grip.addFault({kind, static_cast<quint8>(command), 0, 1}); }
 
     TestLink link;
+    cGripSession& session = link.session;
     gripsim::VirtualGrip grip;
     QHash<quint8, QByteArray> replies;
 };
 
-// A fresh start: empty preferences (where options and ramping live) and new global records.
-inline void resetRecords()
+// Empty preferences, where the options and ramping records keep their values (the other records
+// start fresh with every session).
+inline void clearPreferences()
 {
     QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
-    ResetTimingRecord();
-    ResetCountersRecord();
-    ResetCountdownTimerRecord();
-    ResetBatteryRecord();
-    ResetOptionsRecord();
-    ResetHyperRecord();
 }
 
-// A global record's values as text, in the order marlo-cli prints them (timing: the link order;
+// A record's values as text, in the order marlo-cli prints them (timing: the link order;
 // battery: the voltage to three decimals).
-inline QString fields(GripRecord record)
+inline QString fields(cGripSession& session, GripRecord record)
 {
     QList<qint32> v;
-    const cSettings& t = TimingRecord();
-    const cOptions& o = OptionsRecord();
-    const cCountdownTimer& g = CountdownTimerRecord();
+    const cSettings& t = session.Timing();
+    const cOptions& o = session.Options();
+    const cCountdownTimer& g = session.CountdownTimer();
+    cHyper& h = session.Hyper();
+    const cCounters& c = session.Counters();
     switch (record) {
     case GripRecord::Timing: v = {t.ShotTime(), t.Dwelltime(), t.CycleTimeOpen(), t.LoadTime(), t.CycleTimeClose(), t.FiringMode()}; break;
     case GripRecord::Options:
         v = {o.EyeMounted(), o.TriggerFilterOn(), o.EyeCheckMaxTimeOn(), o.UseEye(), o.EyeCheckMaxTime(), o.DefaultLoadTime(),
              o.LoaderOn(), o.LedOn(), o.EyeCheckOKTimeOn(), o.EyeCheckOKTime(), o.CTOAdjust()};
         break;
-    case GripRecord::Ramping: v = {HyperRecord().Shots(), HyperRecord().HyperTime(), HyperRecord().HyperMode()}; break;
+    case GripRecord::Ramping: v = {h.Shots(), h.HyperTime(), h.HyperMode()}; break;
     case GripRecord::GameTimer: v = {g.CountDownTimer(), g.PreAlert1On(), g.PreAlert1Time(), g.PreAlert2On(), g.PreAlert2Time()}; break;
-    case GripRecord::Counters: v = {CountersRecord().Counter1(), CountersRecord().Counter2(), CountersRecord().Total()}; break;
-    case GripRecord::Battery: return QString::number(BatteryRecord().VoltageLevel(), 'f', 3);
+    case GripRecord::Counters: v = {c.Counter1(), c.Counter2(), c.Total()}; break;
+    case GripRecord::Battery: return QString::number(session.Battery().VoltageLevel(), 'f', 3);
     }
     QStringList text;
     for (const qint32 value : v)
@@ -127,26 +120,28 @@ inline QString fields(GripRecord record)
     return text.join(QLatin1Char(' '));
 }
 
-// Sets a global record's values from text in the order of fields() (counters: the first two).
-inline void setFields(GripRecord record, const QString& text)
+// Sets a record's values from text in the order of fields() (counters: the first two).
+inline void setFields(cGripSession& session, GripRecord record, const QString& text)
 {
     QList<qint32> v;
     for (const QString& word : text.split(QLatin1Char(' ')))
         v.append(word.toInt());
-    cOptions& o = OptionsRecord();
-    cCountdownTimer& g = CountdownTimerRecord();
+    cOptions& o = session.Options();
+    cCountdownTimer& g = session.CountdownTimer();
+    cHyper& h = session.Hyper();
+    cCounters& c = session.Counters();
     switch (record) {
-    case GripRecord::Timing: TimingRecord().Assign(v[2], v[4], v[0], v[1], v[3], v[5]); break;
+    case GripRecord::Timing: session.Timing().Assign(v[2], v[4], v[0], v[1], v[3], v[5]); break;
     case GripRecord::Options:
         o.setEyeMounted(v[0]); o.setTriggerFilterOn(v[1]); o.setEyeCheckMaxTimeOn(v[2]); o.setUseEye(v[3]);
         o.setEyeCheckMaxTime(v[4]); o.setDefaultLoadTime(v[5]); o.setLoaderOn(v[6]); o.setLedOn(v[7]);
         o.setEyeCheckOKTimeOn(v[8]); o.setEyeCheckOKTime(v[9]); o.setCTOAdjust(v[10]);
         break;
-    case GripRecord::Ramping: HyperRecord().setShots(v[0]); HyperRecord().setHyperTime(v[1]); HyperRecord().setHyperMode(v[2]); break;
+    case GripRecord::Ramping: h.setShots(v[0]); h.setHyperTime(v[1]); h.setHyperMode(v[2]); break;
     case GripRecord::GameTimer:
         g.setCountDownTimer(v[0]); g.setPreAlert1On(v[1]); g.setPreAlert1Time(v[2]); g.setPreAlert2On(v[3]); g.setPreAlert2Time(v[4]);
         break;
-    case GripRecord::Counters: CountersRecord().setCounter1(v[0]); CountersRecord().setCounter2(v[1]); break;
+    case GripRecord::Counters: c.setCounter1(v[0]); c.setCounter2(v[1]); break;
     case GripRecord::Battery: break;
     }
 }

@@ -1,10 +1,11 @@
 #pragma once
-// Puts the link into a known state for one test: a fresh link over a fake port, installed for the
-// records, with a scripted user, no real sleeps, a fresh gun-information record and error
-// record. Undone when it goes out of scope.
+// What one test talks to the grip through: a fake port, a fresh link over it and a fresh session
+// with the grip (records, gun information, error record as a new program has them), with a
+// scripted user and no real sleeps. The user is uninstalled when it goes out of scope.
 #include "FakeCommPort.h"
 #include "ScriptedUi.h"
 
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 
@@ -12,23 +13,16 @@
 
 class TestLink {
 public:
+    // The link's pauses are recorded in sleeps instead of slept, unless realSleep.
     explicit TestLink(bool realSleep = false);
     ~TestLink();
     TestLink(const TestLink&) = delete;
     TestLink& operator=(const TestLink&) = delete;
-
-    // Makes another link (the main window's own) talk to this fake port, with its pauses
-    // recorded here unless the sleeps are real.
-    void serve(cLink& other);
 
     FakeCommPort port;
     ScriptedUi ui;
     QList<qint32> sleeps; // every DoWait, in milliseconds
     cPreferencesLinkSettings settings;
     cLink link{&port, settings};
-
-private:
-    void recordSleeps(cLink& target);
-
-    bool m_realSleep;
+    cGripSession session{link};
 };

@@ -30,7 +30,7 @@ const BuildRow kRows[] = {
 
 } // namespace
 
-fBuildInfo::fBuildInfo(QWidget* parent) : QDialog(parent)
+fBuildInfo::fBuildInfo(const cGunInfo& gunInfo, QWidget* parent) : QDialog(parent), m_gunInfo(gunInfo)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Gun Build Info"));
@@ -62,7 +62,7 @@ fBuildInfo::fBuildInfo(QWidget* parent) : QDialog(parent)
 void fBuildInfo::Form_Load()
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
-        const cGunInfo& info = GunInfo();
+        const cGunInfo& info = m_gunInfo;
         QLineEdit* boxes[] = {txtSerialNo, txtFirmwareBuild, txtBootCodeBuild, txtProtocolBuild, txtHardwareBuild};
         for (int i = 0; i < 5; ++i)
             boxes[i]->setText(kRows[i].value(info));

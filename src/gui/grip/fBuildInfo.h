@@ -5,6 +5,7 @@
 #include <QDialog>
 
 class QLineEdit;
+class cGunInfo;
 
 class fBuildInfo : public QDialog {
     Q_OBJECT
@@ -13,15 +14,17 @@ public:
     static inline const QString kForm = QStringLiteral("fBuildInfo");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
 
-    explicit fBuildInfo(QWidget* parent = nullptr);
+    // Shows the gun information given (the caller keeps it).
+    explicit fBuildInfo(const cGunInfo& gunInfo, QWidget* parent = nullptr);
 
-    // Fills the boxes from the global gun information (done when the dialog loads).
+    // Fills the boxes from the gun information (done when the dialog loads).
     void Form_Load();
 
 public slots:
     void cmdOK_Click();
 
 private:
+    const cGunInfo& m_gunInfo;
     QLineEdit* txtSerialNo = nullptr;
     QLineEdit* txtFirmwareBuild = nullptr;
     QLineEdit* txtBootCodeBuild = nullptr;

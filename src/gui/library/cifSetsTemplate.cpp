@@ -145,7 +145,8 @@ QString controlName(const char* prefix, const char* property, const char* event)
 
 } // namespace
 
-cifSetsTemplate::cifSetsTemplate(const Controls& controls, QObject* parent) : QObject(parent), m_controls(controls)
+cifSetsTemplate::cifSetsTemplate(const Controls& controls, cGripSession* session, QObject* parent)
+    : QObject(parent), m_controls(controls), m_session(session)
 {
     connectControls();
 }
@@ -166,7 +167,7 @@ void cifSetsTemplate::connectControls()
                     if (range && text->isModified() && (number < range->minimum() || number > range->maximum()))
                         RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY);
                     (m_record.get()->*f.set)(number);
-                    mTemplateRecords::FieldToGripRecord(*m_record, f.grip);
+                    toGripRecord(*m_record, f.grip);
                     emit(this->*f.textEvent)();
                 });
             });
@@ -180,7 +181,7 @@ void cifSetsTemplate::connectControls()
                         return;
                     const qint32 position = slider->sliderPosition();
                     (m_record.get()->*f.set)(position);
-                    mTemplateRecords::FieldToGripRecord(*m_record, f.grip);
+                    toGripRecord(*m_record, f.grip);
                     emit(this->*f.scrollEvent)();
                 });
             });
@@ -194,7 +195,7 @@ void cifSetsTemplate::connectControls()
                         return;
                     (m_record.get()->*f.set)(checked);
                     if (f.grip)
-                        mTemplateRecords::FieldToGripRecord(*m_record, *f.grip);
+                        toGripRecord(*m_record, *f.grip);
                     emit(this->*f.event)();
                 });
             });
@@ -211,7 +212,7 @@ void cifSetsTemplate::connectControls()
                     const qint32 code = box->itemData(index).toInt();
                     (m_record.get()->*f.set)(code);
                     if (f.grip)
-                        mTemplateRecords::FieldToGripRecord(*m_record, *f.grip);
+                        toGripRecord(*m_record, *f.grip);
                     emit(this->*f.event)();
                 });
             });
@@ -252,18 +253,24 @@ void cifSetsTemplate::Refresh()
     PassErrors(kClass, kRevision, QStringLiteral("Refresh"), [&] { fill(); });
 }
 
+void cifSetsTemplate::toGripRecord(const cSetsTemplate& record, mTemplateRecords::tField field)
+{
+    if (m_session)
+        mTemplateRecords::FieldToGripRecord(record, field, *m_session);
+}
+
 void cifSetsTemplate::fill()
 {
     if (!m_record)
         return;
     cSetsTemplate& record = *m_record;
-    // The grip's shared records take the values of every supplied control, so that a put sends
+    // The session's grip records take the values of every supplied control, so that a put sends
     // what the controls show.
     for (const LongField& f : longFields()) {
         const qint32 value = (record.*f.get)();
         if (QLineEdit* text = m_controls.*(f.text)) {
             text->setText(QString::number(value));
-            mTemplateRecords::FieldToGripRecord(record, f.grip);
+            toGripRecord(record, f.grip);
         }
         // A stored value outside the slider's range leaves the slider at its nearest end; only a
         // typed one is refused.
@@ -276,7 +283,7 @@ void cifSetsTemplate::fill()
         if (QCheckBox* box = m_controls.*(f.box)) {
             box->setChecked((record.*f.get)());
             if (f.grip)
-                mTemplateRecords::FieldToGripRecord(record, *f.grip);
+                toGripRecord(record, *f.grip);
         }
     }
     for (const ModeField& f : modeFields()) {
@@ -285,7 +292,7 @@ void cifSetsTemplate::fill()
             if (index >= 0)
                 box->setCurrentIndex(index);
             if (f.grip)
-                mTemplateRecords::FieldToGripRecord(record, *f.grip);
+                toGripRecord(record, *f.grip);
         }
     }
     if (m_controls.dtpdtDate)

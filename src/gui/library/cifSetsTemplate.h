@@ -1,11 +1,14 @@
 #pragma once
 // The binder between a settings record and whichever controls its owner supplies: it fills the
-// controls from the record, writes every edit into the record (and into the grip's shared
-// timing and game-timer records) as it happens, and then raises an event, through which the
+// controls from the record, writes every edit into the record (and into the timing, game-timer
+// and ramping records of the grip session it was given) as it happens, and then raises an event, through which the
 // main window's timing editor and the property editor follow each change.
+#include "library/mTemplateRecords.h"
+
 #include <QObject>
 #include <memory>
 
+class cGripSession;
 class cSetsTemplate;
 class QAbstractSlider;
 class QCheckBox;
@@ -54,7 +57,9 @@ public:
         QLabel* lblCycleTimeClose = nullptr;
     };
 
-    explicit cifSetsTemplate(const Controls& controls, QObject* parent = nullptr);
+    // The session's records follow the grip fields of the controls; an owner whose controls
+    // carry no grip field gives none.
+    cifSetsTemplate(const Controls& controls, cGripSession* session, QObject* parent = nullptr);
 
     const std::shared_ptr<cSetsTemplate>& SetsTemplate() const { return m_record; }
     // Binds a record (or none) and fills every supplied control from it.
@@ -90,7 +95,10 @@ signals:
 private:
     void connectControls();
     void fill();
+    // One field of the setting into the session's record that carries it, when there is a session.
+    void toGripRecord(const cSetsTemplate& record, mTemplateRecords::tField field);
 
     Controls m_controls;
+    cGripSession* m_session;
     std::shared_ptr<cSetsTemplate> m_record;
 };

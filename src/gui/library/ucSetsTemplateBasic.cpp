@@ -87,7 +87,7 @@ ucSetsTemplateBasic::ucSetsTemplateBasic(QWidget* parent) : QWidget(parent)
     controls.lblLoadTime = lblLT;
     controls.lblCycleTimeClose = lblCTC;
     controls.lblROF = lblROF;
-    m_binder = new cifSetsTemplate(controls, this);
+    m_binder = new cifSetsTemplate(controls, nullptr, this);
 }
 
 void ucSetsTemplateBasic::setSetting(const std::shared_ptr<cSetsTemplate>& record)

@@ -4,6 +4,8 @@
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
 #include "library/mDatabase.h"
+#include "link/cPreferencesLinkSettings.h"
+#include "link/cSerialPort.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
@@ -44,7 +46,7 @@ void ReportUnreadablePreferences()
 
 } // namespace
 
-std::unique_ptr<fTolvaneMan> StartUp()
+std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session)
 {
     std::unique_ptr<fTolvaneMan> window;
     ShowErrors(kModule, kRevision, QStringLiteral("Main"), [&] {
@@ -65,9 +67,9 @@ std::unique_ptr<fTolvaneMan> StartUp()
             prefs.setLastKey(QString());
         }
         if (CheckForDB()) {
-            mModes::FiringModesGlobalArraySet();
-            mModes::HyperModesGlobalArraySet();
-            window = std::make_unique<fTolvaneMan>();
+            mModes::FiringModesGlobalArraySet(session.Supports());
+            mModes::HyperModesGlobalArraySet(session.Supports());
+            window = std::make_unique<fTolvaneMan>(session);
             window->show();
             if (splash)
                 splash->finish(window.get());
@@ -82,7 +84,13 @@ std::unique_ptr<fTolvaneMan> StartUp()
 
 int Main()
 {
-    const std::unique_ptr<fTolvaneMan> window = StartUp();
+    // The program's way to the grip: the serial control, the link over it and the session with
+    // the grip, for as long as the window lives.
+    cSerialPort port;
+    const cPreferencesLinkSettings linkSettings;
+    cLink link(&port, linkSettings);
+    cGripSession session(link);
+    const std::unique_ptr<fTolvaneMan> window = StartUp(session);
     if (!window)
         return 1;
     return QApplication::exec();

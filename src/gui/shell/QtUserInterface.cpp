@@ -184,6 +184,7 @@ void QtUserInterface::processEvents()
 void QtUserInterface::showError(const MarloError& error, const QString& version, const QString& title)
 {
     ArrowWhileAsking arrow;
-    ErrorWindow window(error, mLinkHelp::WhatToDo(error), version, title, dialogParent());
+    // What to do follows the last exchange of the main window's link, when there is a window.
+    ErrorWindow window(error, mLinkHelp::WhatToDo(error, m_main ? &m_main->Link() : nullptr), version, title, dialogParent());
     window.exec();
 }

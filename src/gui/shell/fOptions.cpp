@@ -1,6 +1,7 @@
 #include "gui/common/mGUISupport.h"
 #include "gui/shell/fOptions.h"
 
+#include "grip/cGunInfo.h"
 #include "gui/common/KeyPreview.h"
 #include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
@@ -92,8 +93,8 @@ QString lines(const QStringList& parts)
 
 // ---- building the dialog -----------------------------------------------------------------------
 
-fOptions::fOptions(QWidget* parent)
-    : QDialog(parent), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::AccessProblem)
+fOptions::fOptions(const cGunInfo& gunInfo, QWidget* parent)
+    : QDialog(parent), m_gunInfo(gunInfo), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::AccessProblem)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Options"));
@@ -285,7 +286,7 @@ void fOptions::Form_Load()
         txtDBPath->setText(prefs.DBName());
         chkShowSplash->setChecked(prefs.ShowSplash());
         chkConfirm->setChecked(prefs.ShowConfirmComm());
-        chkBackwardCompatibleUpload->setChecked(prefs.BackwardCompatibleUpload());
+        chkBackwardCompatibleUpload->setChecked(m_gunInfo.BackwardCompatibleUpload());
         chkBackwardCompatibleUpload->setVisible(prefs.ShowLogToFile());
         chkLogCommToFile->setChecked(prefs.CommLogToFile());
         chkLogCommToConsole->setChecked(prefs.CommLogToConsole());

@@ -9,6 +9,7 @@
 #include <functional>
 
 class QCheckBox;
+class cGunInfo;
 class QComboBox;
 class QGroupBox;
 class QLabel;
@@ -28,8 +29,9 @@ public:
     using PortLister = std::function<QList<mSerialDevices::PortEntry>()>;
     using DeviceChecker = std::function<QString(const QString& path)>;
 
-    // Builds the dialog and loads the preferences into it (Form_Load).
-    explicit fOptions(QWidget* parent = nullptr);
+    // Builds the dialog and loads the preferences into it (Form_Load). BackwardCompatibleUpload
+    // shows the answer of the grip the gun information describes (the caller keeps it).
+    explicit fOptions(const cGunInfo& gunInfo, QWidget* parent = nullptr);
 
     void setPortLister(PortLister lister);
     void setDeviceChecker(DeviceChecker checker);
@@ -56,6 +58,7 @@ public slots:
     void cmdBrowseDBPath_Click();
 
 private:
+    const cGunInfo& m_gunInfo;
     void createGeneralPage(QWidget* page);
     void createCommunicationPage(QWidget* page);
     void connectHandlers();

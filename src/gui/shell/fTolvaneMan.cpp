@@ -8,7 +8,6 @@
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cSetsTemplate.h"
-#include "link/InstalledLink.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
@@ -173,7 +172,7 @@ void nameAfter(QWidget* control, const QString& caption)
 
 // ---- building the form -------------------------------------------------------------------
 
-fTolvaneMan::fTolvaneMan(QWidget* parent) : QMainWindow(parent)
+fTolvaneMan::fTolvaneMan(cGripSession& session, QWidget* parent) : QMainWindow(parent), m_session(session)
 {
     setObjectName(kForm);
     setWindowTitle(kDesignCaption);
@@ -197,8 +196,6 @@ fTolvaneMan::~fTolvaneMan()
     for (QLineEdit* box : findChildren<QLineEdit*>())
         disconnect(box, &QLineEdit::editingFinished, this, nullptr);
     ReleaseViews();
-    if (&mCommBasic::Link() == &m_link)
-        mCommBasic::SetLink(nullptr);
     if (auto* ui = dynamic_cast<QtUserInterface*>(&mMain::UI()); ui && ui->mainWindow() == this)
         ui->setMainWindow(nullptr);
 }
@@ -567,7 +564,7 @@ void fTolvaneMan::createBinding()
     c.chkbAlertOne = chkAlertOne;
     c.cbolFiringMode = cboFiringModes;
     c.cbolHyperMode = cboHyperModes;
-    mIFSettings = new cifSetsTemplate(c, this);
+    mIFSettings = new cifSetsTemplate(c, &m_session, this);
     mIFSettings->setObjectName(QStringLiteral("mIFSettings"));
 }
 
@@ -583,7 +580,6 @@ void fTolvaneMan::Form_Load()
     Handle(QStringLiteral("Form_Load"), [&] {
         m_progressPanel->setVisible(false);
         pgbProgress->setVisible(false);
-        mCommBasic::SetLink(&m_link);
         Application().RegistrySettings();
         for (QLineEdit* counter : txtCounters)
             counter->setText(QStringLiteral("0"));

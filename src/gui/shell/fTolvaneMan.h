@@ -8,9 +8,8 @@
 // information (fTolvaneMan_Firmware.cpp).
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/mGripCommands.h"
+#include "grip/cGripSession.h"
 #include "link/cLink.h"
-#include "link/cPreferencesLinkSettings.h"
-#include "link/cSerialPort.h"
 
 #include <QList>
 #include <QMainWindow>
@@ -46,8 +45,9 @@ public:
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
     static inline const QString kDesignCaption = QStringLiteral("Tolvane Interface Programme");
 
-    // Builds the form and loads it (Form_Load).
-    explicit fTolvaneMan(QWidget* parent = nullptr);
+    // Builds the form and loads it (Form_Load). The window talks to the grip through the session
+    // (and its link), which the caller keeps for the window's lifetime.
+    explicit fTolvaneMan(cGripSession& session, QWidget* parent = nullptr);
     ~fTolvaneMan() override;
 
     // The words of the command line read at the first activation (default: the program's
@@ -246,13 +246,12 @@ public:
     };
     TimingControls timing(int index) const { return m_timing[index]; }
 
-    // The window's link to the grip, installed for the records while the window is loaded.
-    cLink& Link() { return m_link; }
+    // The session with the grip the window was given, and its link.
+    cGripSession& Session() { return m_session; }
+    cLink& Link() { return m_session.Link(); }
 
 private:
-    cSerialPort comGrip;
-    cPreferencesLinkSettings m_linkSettings;
-    cLink m_link{&comGrip, m_linkSettings};
+    cGripSession& m_session;
     cifSetsTemplate* mIFSettings = nullptr;
     bool m_isTemplate = false;
     bool m_activated = false;

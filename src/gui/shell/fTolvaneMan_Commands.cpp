@@ -32,9 +32,9 @@ using mMain::Application;
 
 namespace {
 
-bool gripRefused()
+bool gripRefused(cGripSession& session)
 {
-    return GripError().ErrorCode() != cError::NoError;
+    return session.GripError().ErrorCode() != cError::NoError;
 }
 
 } // namespace
@@ -113,9 +113,9 @@ bool fTolvaneMan::RunGripCommand(const std::function<void()>& command)
     GripCommandScope hold(*this);
     ClearRefusal();
     WaitPointerScope wait;
-    GripError().Clear();
+    m_session.GripError().Clear();
     command();
-    if (!gripRefused())
+    if (!gripRefused(m_session))
         return true;
     ShowRefusal();
     return false;
@@ -132,7 +132,7 @@ void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::functio
 void fTolvaneMan::ShowRefusal()
 {
     m_stepBeforeRefusal = PanelText(kPanelStep);
-    const QString byte = QStringLiteral("%1").arg(GripError().AnswerByte(), 2, 16, QLatin1Char('0')).toUpper();
+    const QString byte = QStringLiteral("%1").arg(m_session.GripError().AnswerByte(), 2, 16, QLatin1Char('0')).toUpper();
     m_refusalText = tr("The grip refused the command (error byte 0x%1).").arg(byte);
     SetPanelText(kPanelStep, m_refusalText);
 }
@@ -166,7 +166,7 @@ void fTolvaneMan::ActivateTools(int index)
         case 0:
             RunGripCommand(tr("Timinginformation, Countdowntimers, Counters and Batteryinformation were fetched."), [&] {
                 TransferSteps steps(*this);
-                mGripCommands::GetAll(&steps);
+                mGripCommands::GetAll(m_session, &steps);
                 UpdateState();
                 SetVersionStatus();
                 mIFSettings->Refresh();
@@ -177,7 +177,7 @@ void fTolvaneMan::ActivateTools(int index)
             RunGripCommand(tr("Timinginformation and Countdowntimers were put."), [&] {
                 // PutAll checks the records again; they hold what was checked above.
                 TransferSteps steps(*this);
-                mGripCommands::PutAll(&steps);
+                mGripCommands::PutAll(m_session, &steps);
                 SetVersionStatus();
             });
             break;
@@ -260,7 +260,7 @@ void fTolvaneMan::mnuDLTiming_Click()
     Handle(QStringLiteral("mnuDLTiming_Click"), [&] {
         RunGripCommand(tr("Timinginformation was fetched."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::GetRecord(GripRecord::Timing, &steps);
+            mGripCommands::GetRecord(m_session, GripRecord::Timing, &steps);
         });
     });
 }
@@ -271,7 +271,7 @@ void fTolvaneMan::mnuULTiming_Click()
         CheckPut({GripRecord::Timing});
         RunGripCommand(tr("Timinginformation was put."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::PutRecord(GripRecord::Timing, &steps);
+            mGripCommands::PutRecord(m_session, GripRecord::Timing, &steps);
         });
     });
 }
@@ -281,7 +281,7 @@ void fTolvaneMan::mnuDLCounters_Click()
     Handle(QStringLiteral("mnuDLCounters_Click"), [&] {
         RunGripCommand(tr("Counters were fetched."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::GetRecord(GripRecord::Counters, &steps);
+            mGripCommands::GetRecord(m_session, GripRecord::Counters, &steps);
         });
     });
 }
@@ -291,7 +291,7 @@ void fTolvaneMan::mnuDLBattery_Click()
     Handle(QStringLiteral("mnuDLBattery_Click"), [&] {
         RunGripCommand(tr("Batteryinformation was fetched."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::GetRecord(GripRecord::Battery, &steps);
+            mGripCommands::GetRecord(m_session, GripRecord::Battery, &steps);
         });
     });
 }
@@ -300,7 +300,7 @@ void fTolvaneMan::mnuDLGunInfo_Click()
 {
     Handle(QStringLiteral("mnuDLGunInfo_Click"), [&] {
         // No boot-mode check before the gun information, and no confirmation after it.
-        RunGripCommand([] { GunInfo().Download(); });
+        RunGripCommand([&] { m_session.GunInfo().Download(m_session.Link(), m_session.GripError()); });
         SetVersionStatus();
     });
 }
@@ -310,7 +310,7 @@ void fTolvaneMan::mnuDLGameTimers_Click()
     Handle(QStringLiteral("mnuDLGameTimers_Click"), [&] {
         RunGripCommand(tr("Countdowntimers were fetched."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::GetRecord(GripRecord::GameTimer, &steps);
+            mGripCommands::GetRecord(m_session, GripRecord::GameTimer, &steps);
         });
     });
 }
@@ -321,7 +321,7 @@ void fTolvaneMan::mnuULGameTimers_Click()
         CheckPut({GripRecord::GameTimer});
         RunGripCommand(tr("Countdowntimers were put."), [&] {
             TransferSteps steps(*this);
-            mGripCommands::PutRecord(GripRecord::GameTimer, &steps);
+            mGripCommands::PutRecord(m_session, GripRecord::GameTimer, &steps);
         });
     });
 }
@@ -354,9 +354,9 @@ void fTolvaneMan::cmdReset_Click(int index)
     Handle(QStringLiteral("cmdReset_Click(%1)").arg(index), [&] {
         const QString shown = txtCounters[index]->text();
         const bool reset = RunGripCommand([&] {
-            mGripCommands::StartProgramIfInBootMode();
+            mGripCommands::StartProgramIfInBootMode(m_session);
             txtCounters[index]->setText(QStringLiteral("0"));
-            mGripCommands::ResetCounterTransfer(static_cast<quint8>(index + 1));
+            mGripCommands::ResetCounterTransfer(m_session, static_cast<quint8>(index + 1));
         });
         if (!reset) {
             txtCounters[index]->setText(shown); // refused: the counter was not reset
@@ -377,14 +377,14 @@ void fTolvaneMan::CheckPut(const QList<mGripCommands::GripRecord>& records)
             MoveControlsToOptions();
         if (records.contains(GripRecord::Ramping))
             MoveControlsToHyper();
-        mGripCommands::CheckPut(records);
+        mGripCommands::CheckPut(m_session, records);
     });
 }
 
 void fTolvaneMan::SetVersionStatus()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetVersionStatus"), [&] {
-        SetPanelText(kPanelFirmware, GunInfo().FirmwareBuild());
+        SetPanelText(kPanelFirmware, m_session.GunInfo().FirmwareBuild());
     });
 }
 
@@ -396,7 +396,7 @@ void fTolvaneMan::InitDLTiming(Outcome got)
     if (got == Outcome::Refused)
         return; // and the setting stays what it was, a template or not
     if (const auto setting = ActiveSetting())
-        mTemplateRecords::TimingToTemplate(TimingRecord(), *setting);
+        mTemplateRecords::TimingToTemplate(m_session.Timing(), *setting);
     // What came from the grip is shown read-only.
     mIFSettings->Refresh();
     setIsTemplate(false);
@@ -406,7 +406,7 @@ void fTolvaneMan::InitCounters(Outcome got)
 {
     if (got == Outcome::Refused)
         return;
-    const cCounters& counters = CountersRecord();
+    const cCounters& counters = m_session.Counters();
     txtCounters[0]->setText(QString::number(counters.Counter1()));
     txtCounters[1]->setText(QString::number(counters.Counter2()));
     txtCounters[2]->setText(QString::number(counters.Total()));
@@ -417,7 +417,7 @@ void fTolvaneMan::InitDLCountDownTimers(Outcome got)
     if (got == Outcome::Refused)
         return;
     if (const auto setting = ActiveSetting())
-        mTemplateRecords::GameTimerToTemplate(CountdownTimerRecord(), *setting);
+        mTemplateRecords::GameTimerToTemplate(m_session.CountdownTimer(), *setting);
     mIFSettings->Refresh();
 }
 
@@ -425,7 +425,7 @@ void fTolvaneMan::InitBatteryIndicator(Outcome got)
 {
     if (got == Outcome::Refused)
         return;
-    ucIProgress1->setValue(qRound(BatteryRecord().VoltageLevel() * 100.0));
+    ucIProgress1->setValue(qRound(m_session.Battery().VoltageLevel() * 100.0));
 }
 
 // A firmware without options or ramping exchanges neither; the loaders show what the records
@@ -442,5 +442,5 @@ void fTolvaneMan::InitDLHyper(Outcome got)
     if (got == Outcome::Refused)
         return;
     if (const auto setting = ActiveSetting())
-        mTemplateRecords::RampingToTemplate(HyperRecord(), *setting);
+        mTemplateRecords::RampingToTemplate(m_session.Hyper(), *setting);
 }

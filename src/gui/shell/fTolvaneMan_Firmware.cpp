@@ -107,14 +107,14 @@ const mFirmwareWorkflows::tCaller fTolvaneMan::kDownloadFirmware{kForm, kRevisio
 void fTolvaneMan::UploadFirmware(const QString& file)
 {
     FirmwareTransferScope transfer(*this);
-    mFirmwareWorkflows::UploadFirmware(file, kUploadFirmware);
+    mFirmwareWorkflows::UploadFirmware(m_session, file, kUploadFirmware);
 }
 
 void fTolvaneMan::mnuULFirmware_Click()
 {
     Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
         FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::PutFirmwareProgram(kUploadFirmware);
+        mFirmwareWorkflows::PutFirmwareProgram(m_session, kUploadFirmware);
     });
 }
 
@@ -122,7 +122,7 @@ void fTolvaneMan::mnuDLFirmware_Click()
 {
     Handle(QStringLiteral("mnuDLFirmware_Click"), [&] {
         FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::DownloadFirmware(QString(), kDownloadFirmware);
+        mFirmwareWorkflows::DownloadFirmware(m_session, QString(), kDownloadFirmware);
     });
 }
 
@@ -140,16 +140,16 @@ void fTolvaneMan::SetupViews()
         item->setCheckable(true);
     // The link's console logging object shows its entries in this window's traffic window.
     QPointer<fTolvaneMan> self(this);
-    m_link.ResetConsole();
-    m_link.SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
+    Link().ResetConsole();
+    Link().SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
         return std::make_unique<cCommConsoleWindow>([self]() -> fCommConsole* { return self ? self->CommLogWindow() : nullptr; });
     });
 }
 
 void fTolvaneMan::ReleaseViews()
 {
-    m_link.ResetConsole();
-    m_link.SetConsoleFactory(nullptr);
+    Link().ResetConsole();
+    Link().SetConsoleFactory(nullptr);
 }
 
 fCommConsole* fTolvaneMan::CommLogWindow()
@@ -197,7 +197,7 @@ void fTolvaneMan::mnuBuildInfo_Click()
     Handle(QStringLiteral("mnuBuildInfo_Click"), [&] {
         // Not modal: it may stay open beside the window, a firmware transfer included.
         if (!m_buildInfo) {
-            m_buildInfo = new fBuildInfo(this);
+            m_buildInfo = new fBuildInfo(m_session.GunInfo(), this);
             m_buildInfo->setAttribute(Qt::WA_DeleteOnClose);
         } else {
             m_buildInfo->Form_Load();

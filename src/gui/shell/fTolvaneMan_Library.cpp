@@ -51,7 +51,7 @@ void fTolvaneMan::ShowPropertyEditor()
 void fTolvaneMan::mnuOptions_Click()
 {
     Handle(QStringLiteral("mnuOptions_Click"), [&] {
-        fOptions options(this);
+        fOptions options(m_session.GunInfo(), this);
         options.exec();
     });
 }

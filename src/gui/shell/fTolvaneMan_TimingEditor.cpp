@@ -85,7 +85,7 @@ struct fTolvaneManOptionTables {
     // An option time box into its record.
     static void move(fTolvaneMan& w, const OptionTime& row)
     {
-        const qint32 stored = (OptionsRecord().*row.set)(mConvert::ValLong((w.*row.text)->text()));
+        const qint32 stored = (w.m_session.Options().*row.set)(mConvert::ValLong((w.*row.text)->text()));
         showStored(w.*row.text, w.*row.upDown, stored);
     }
 };
@@ -125,7 +125,7 @@ void fTolvaneMan::SetupOptionsBoundaries()
 void fTolvaneMan::SetupOptionsData()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetupOptionsData"), [&] {
-        cOptions& options = OptionsRecord();
+        cOptions& options = m_session.Options();
         for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
             (this->*row.box)->setChecked((options.*row.get)());
         for (const OptionTime& row : fTolvaneManOptionTables::times()) {
@@ -140,7 +140,7 @@ void fTolvaneMan::SetupOptionsData()
 void fTolvaneMan::MoveControlsToOptions()
 {
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToOptions"), [&] {
-        cOptions& options = OptionsRecord();
+        cOptions& options = m_session.Options();
         for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
             (options.*row.set)((this->*row.box)->isChecked());
         for (const OptionTime& row : fTolvaneManOptionTables::times())
@@ -153,8 +153,8 @@ void fTolvaneMan::MoveControlsToHyper()
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToHyper"), [&] {
         // The ramping mode is not taken from the list: the record uploads the mode it holds, and
         // the list edits only the active setting. Deliberate, and kept.
-        showStored(txtShots, updShots, HyperRecord().setShots(mConvert::ValLong(txtShots->text())));
-        showStored(txtHyperTime, updHyperTime, HyperRecord().setHyperTime(mConvert::ValLong(txtHyperTime->text())));
+        showStored(txtShots, updShots, m_session.Hyper().setShots(mConvert::ValLong(txtShots->text())));
+        showStored(txtHyperTime, updHyperTime, m_session.Hyper().setHyperTime(mConvert::ValLong(txtHyperTime->text())));
     });
 }
 
@@ -163,7 +163,7 @@ void fTolvaneMan::MoveControlsToHyper()
 void fTolvaneMan::SetOptionsState()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetOptionsState"), [&] {
-        const bool S = Supports().Options();
+        const bool S = m_session.Supports().Options();
         for (QWidget* control : {static_cast<QWidget*>(fraOptions), static_cast<QWidget*>(chkACE), static_cast<QWidget*>(chkUseEye),
                                  static_cast<QWidget*>(chkUseFeeder), static_cast<QWidget*>(chkTriggerFilter), static_cast<QWidget*>(chkUseLED)})
             SetControlState(control, S, true);
@@ -196,7 +196,7 @@ void fTolvaneMan::FillModeList(QComboBox* list, bool firing, qint32 code)
 void fTolvaneMan::SetupFiringMode()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetupFiringMode"), [&] {
-        mModes::FiringModesGlobalArraySet();
+        mModes::FiringModesGlobalArraySet(m_session.Supports());
         const auto setting = ActiveSetting();
         FillModeList(cboFiringModes, true, setting ? setting->lFiringMode() : -1);
     });
@@ -205,12 +205,12 @@ void fTolvaneMan::SetupFiringMode()
 void fTolvaneMan::SetupHyperMode()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetupHyperMode"), [&] {
-        cHyper& ramping = HyperRecord();
+        cHyper& ramping = m_session.Hyper();
         txtShots->setText(QString::number(ramping.Shots()));
         updShots->setValue(ramping.Shots());
         txtHyperTime->setText(QString::number(ramping.HyperTime()));
         updHyperTime->setValue(ramping.HyperTime());
-        mModes::HyperModesGlobalArraySet();
+        mModes::HyperModesGlobalArraySet(m_session.Supports());
         const auto setting = ActiveSetting();
         const qint32 mode = setting ? setting->lHyperMode() : -1;
         // A setting without a ramping mode shows "Unlimited Ramping" (code 1).
@@ -249,7 +249,7 @@ void fTolvaneMan::SetDefaultSettings()
         mIFSettings->Refresh();
         UpdateState();
 
-        cOptions& options = OptionsRecord();
+        cOptions& options = m_session.Options();
         options.setCTOAdjust(false);
         options.setDefaultLoadTime(45);
         options.setEyeCheckMaxTime(100);
@@ -263,9 +263,9 @@ void fTolvaneMan::SetDefaultSettings()
         options.setUseEye(false);
         SetupOptionsData();
 
-        ResetHyperRecord();
+        m_session.ResetHyper();
         if (setting)
-            mTemplateRecords::RampingToTemplate(HyperRecord(), *setting);
+            mTemplateRecords::RampingToTemplate(m_session.Hyper(), *setting);
         UpdateState();
     });
 }

@@ -115,9 +115,8 @@ WindowHarness::~WindowHarness()
 fTolvaneMan& WindowHarness::open(bool show, const QStringList& commandLine)
 {
     mMain::CheckForDB();
-    window = std::make_unique<fTolvaneMan>();
+    window = std::make_unique<fTolvaneMan>(grip.session);
     window->setCommandLine(commandLine);
-    grip.link.serve(window->Link());
     if (show) {
         window->show();
         QCoreApplication::processEvents();
@@ -168,7 +167,6 @@ void FreshStart()
 {
     mMain::ReleaseApplication();
     mDatabase::DisconnectDB();
-    griptest::resetRecords();
     QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
     const QString folder = mMain::ProgramFolder();
     QDir().mkpath(folder);

@@ -67,8 +67,8 @@ public:
     explicit WindowHarness(const QString& gripOptions = QString());
     ~WindowHarness();
 
-    // Makes (and shows) the main window with the given command line; the link then uses the
-    // harness's port. Showing runs the first activation.
+    // Makes (and shows) the main window with the given command line, over the harness's session
+    // (its link talks to the harness's port). Showing runs the first activation.
     fTolvaneMan& open(bool show = true, const QStringList& commandLine = {});
     // The command codes the grip received since the last call (gun-information refreshes too).
     QList<int> takeCodes();

@@ -1,0 +1,55 @@
+#pragma once
+// One conversation with one grip: the link it talks over, and what the program holds of that grip
+// (its six records, its gun information, the feature flags that follow it and its last refusal).
+// The program makes one for its link and hands it to whatever talks to the grip; a test makes a
+// fresh one. Made fresh, every record holds its defaults and the gun information says 4.0.0.
+#include "grip/cBattery.h"
+#include "grip/cCountdownTimer.h"
+#include "grip/cCounters.h"
+#include "grip/cGunInfo.h"
+#include "grip/cHyper.h"
+#include "grip/cOptions.h"
+#include "grip/cSettings.h"
+#include "grip/cSupports.h"
+#include "link/cError.h"
+
+class cLink;
+
+class cGripSession {
+public:
+    // The caller keeps the link, which must outlive the session.
+    explicit cGripSession(cLink& link) : m_link(link) {}
+    cGripSession(const cGripSession&) = delete;
+    cGripSession& operator=(const cGripSession&) = delete;
+
+    cLink& Link() const { return m_link; }
+
+    cSettings& Timing() { return m_timing; }
+    cCounters& Counters() { return m_counters; }
+    cCountdownTimer& CountdownTimer() { return m_countdownTimer; }
+    cBattery& Battery() { return m_battery; }
+    cOptions& Options() { return m_options; }
+    cHyper& Hyper() { return m_hyper; }
+
+    cGunInfo& GunInfo() { return m_gunInfo; }
+    const cGunInfo& GunInfo() const { return m_gunInfo; }
+    // The flags read this session's gun information at every question.
+    const cSupports& Supports() const { return m_supports; }
+    // The grip's last negative answer.
+    cError& GripError() { return m_gripError; }
+
+    // A fresh ramping record in place of the one held ("Default settings" of the window).
+    void ResetHyper() { m_hyper = cHyper(); }
+
+private:
+    cLink& m_link;
+    cSettings m_timing;
+    cCounters m_counters;
+    cCountdownTimer m_countdownTimer;
+    cBattery m_battery;
+    cOptions m_options;
+    cHyper m_hyper;
+    cGunInfo m_gunInfo;
+    cSupports m_supports{m_gunInfo};
+    cError m_gripError;
+};
