@@ -106,6 +106,7 @@ mLinkHelp::PortFailure cSerialPort::OpenFailure(const QString& path, QSerialPort
 void cSerialPort::open()
 {
     const QString path = devicePath();
+    m_openedPath.clear();
     m_port.setPortName(path);
     if (!m_port.open(QIODevice::ReadWrite)) {
         const mLinkHelp::PortFailure failure = OpenFailure(path, m_port.error(), m_port.errorString());
@@ -115,7 +116,17 @@ void cSerialPort::open()
             error.addHint(line);
         throw error;
     }
+    m_openedPath = path;
     applyLineSettings();
+}
+
+QString cSerialPort::LostDevice() const
+{
+    // An unplugged USB adapter takes its device node with it; the port itself says no more than
+    // that nothing arrives (or a read or resource error), so the node decides.
+    if (m_openedPath.isEmpty() || QFileInfo::exists(m_openedPath))
+        return QString();
+    return m_openedPath;
 }
 
 void cSerialPort::applyLineSettings()

@@ -67,6 +67,17 @@ QStringList PortFailureHelp(const PortFailure& failure)
     return {QStringLiteral("Check the port number or the device in the options.")};
 }
 
+QStringList DeviceLostHelp(const QString& path)
+{
+    static const char* const kLost = QT_TRANSLATE_NOOP(
+        "mLinkHelp", "The serial port %1 vanished during the exchange: the grip's cable or USB adapter was unplugged, "
+                     "or the adapter lost its connection.");
+    static const char* const kWhatToDo = QT_TRANSLATE_NOOP(
+        "mLinkHelp", "Plug it in again and retry. Check the device in the options: a USB adapter may come back "
+                     "under another name (such as /dev/ttyUSB1).");
+    return {QCoreApplication::translate("mLinkHelp", kLost).arg(path), QCoreApplication::translate("mLinkHelp", kWhatToDo)};
+}
+
 QString FindLockFile(const QString& devicePath)
 {
     QString name = devicePath;
@@ -135,6 +146,9 @@ QStringList WhatToDo(const MarloError& error, const cLink& link)
         break;
     case cLink::Outcome::Timeout:
         lines << mErrCodes::HELP_TIMEOUT;
+        break;
+    case cLink::Outcome::DeviceLost:
+        lines << DeviceLostHelp(link.LastLostDevice());
         break;
     case cLink::Outcome::BadChecksum:
     case cLink::Outcome::UnknownReport:

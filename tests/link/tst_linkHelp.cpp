@@ -1,6 +1,7 @@
 // What a front end says about an error of the link, cause first: a port that does not exist,
 // permission denied (the dialout group), a port in use by which program or locked by which stale
-// lock file (found on a real pseudo-terminal with a real lock file), a silent grip.
+// lock file (found on a real pseudo-terminal with a real lock file), a silent grip, a device
+// unplugged during the exchange.
 #include "TestLink.h"
 
 #include "base/MarloError.h"
@@ -150,13 +151,19 @@ private slots:
 
     void whatToDo_data()
     {
-        QTest::addColumn<QString>("outcome");  // port, silent or ok
+        QTest::addColumn<QString>("outcome");  // port, silent, lost (unplugged) or ok
         QTest::addColumn<bool>("hint");        // the error carries a hint of its own
         QTest::addColumn<QStringList>("lines");
         const QStringList port{"The serial port /dev/x does not exist.", "Check it."};
         QTest::newRow("port") << "port" << false << port;
         QTest::newRow("hint first, then the port") << "port" << true << (QStringList{"own hint"} + port);
         QTest::newRow("silent grip") << "silent" << false << mErrCodes::HELP_TIMEOUT;
+        const QStringList lost{"The serial port /dev/ttyUSB0 vanished during the exchange: the grip's cable or USB adapter "
+                               "was unplugged, or the adapter lost its connection.",
+                               "Plug it in again and retry. Check the device in the options: a USB adapter may come back "
+                               "under another name (such as /dev/ttyUSB1)."};
+        QTest::newRow("device unplugged") << "lost" << false << lost;
+        QTest::newRow("hint first, then the unplugged device") << "lost" << true << (QStringList{"own hint"} + lost);
         QTest::newRow("answered: the hint only") << "ok" << true << QStringList{"own hint"};
         QTest::newRow("answered: nothing") << "ok" << false << QStringList{};
     }
@@ -173,6 +180,8 @@ private slots:
             link.port.setOpenFailure(QStringLiteral("The serial port /dev/x does not exist."));
             link.port.setOpenHints({QStringLiteral("Check it.")});
         }
+        if (outcome == QLatin1String("lost"))
+            link.port.setVanishesAs(QStringLiteral("/dev/ttyUSB0"));
         link.link.CommHexData(QByteArray("\x24"), true);
         MarloError error(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
         if (hint)
