@@ -93,7 +93,7 @@ QString lines(const QStringList& parts)
 // ---- building the dialog -----------------------------------------------------------------------
 
 fOptions::fOptions(QWidget* parent)
-    : QDialog(parent), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::AccessProblem)
+    : QDialog(parent), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::Diagnosis)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Options"));
