@@ -2,6 +2,7 @@
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
+#include "link/cSystemFacts.h"
 #include "link/mSerialDevices.h"
 
 #include <QFileInfo>
@@ -113,6 +114,9 @@ void cSerialPort::open()
         m_port.clearError();
         MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), mLinkHelp::PortFailureText(failure));
         for (const QString& line : mLinkHelp::PortFailureHelp(failure))
+            error.addHint(line);
+        const cSystemFacts machine;
+        for (const QString& line : mLinkHelp::DoctorHints(failure, machine))
             error.addHint(line);
         throw error;
     }

@@ -137,27 +137,28 @@ std::optional<cSystemFacts::Process> cSystemFacts::ProcessInfo(qint64 pid) const
     return process;
 }
 
-QList<cSystemFacts::Process> cSystemFacts::Processes() const
+QList<qint64> cSystemFacts::pids() const
 {
-    QList<Process> processes;
+    QList<qint64> pids;
     for (const QString& entry : QDir(HostPath(QStringLiteral("/proc"))).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         bool isPid = false;
         const qint64 pid = entry.toLongLong(&isPid);
-        if (!isPid)
-            continue;
-        if (const auto process = ProcessInfo(pid))
-            processes << *process;
+        if (isPid && pid > 0)
+            pids << pid;
     }
-    std::sort(processes.begin(), processes.end(), [](const Process& a, const Process& b) { return a.pid < b.pid; });
-    return processes;
+    std::sort(pids.begin(), pids.end());
+    return pids;
 }
 
 QList<cSystemFacts::Process> cSystemFacts::ProcessesNamed(const QString& name) const
 {
+    // Only the short names are read of every process; the rest of the ones that match.
     QList<Process> found;
-    for (const Process& process : Processes()) {
-        if (process.name == name)
-            found << process;
+    for (qint64 pid : pids()) {
+        if (readText(QStringLiteral("/proc/%1/comm").arg(pid)) == name) {
+            if (const auto process = ProcessInfo(pid))
+                found << *process;
+        }
     }
     return found;
 }
@@ -173,15 +174,16 @@ QList<cSystemFacts::Process> cSystemFacts::ProcessesHolding(const QString& canon
     if (canonicalDevice.isEmpty())
         return holders;
     const qint64 self = OwnPid();
-    for (const Process& process : Processes()) {
-        if (process.pid == self)
+    for (qint64 pid : pids()) {
+        if (pid == self)
             continue;
         // Another user's open files cannot be read: those holders stay unknown here (their
         // lock file may still name them).
-        const QDir fds(HostPath(QStringLiteral("/proc/%1/fd").arg(process.pid)));
+        const QDir fds(HostPath(QStringLiteral("/proc/%1/fd").arg(pid)));
         for (const QString& fd : fds.entryList(kEverything)) {
             if (linkText(fds.filePath(fd)) == canonicalDevice) {
-                holders << process;
+                if (const auto process = ProcessInfo(pid))
+                    holders << *process;
                 break;
             }
         }

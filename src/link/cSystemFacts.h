@@ -36,7 +36,6 @@ public:
         QString name;     // its short name (/proc/<pid>/comm)
         QString program;  // where its program lies (/proc/<pid>/exe, else its first word); may be empty
     };
-    QList<Process> Processes() const;
     std::optional<Process> ProcessInfo(qint64 pid) const;
     // The processes whose name is exactly name ("ModemManager", "brltty").
     QList<Process> ProcessesNamed(const QString& name) const;
@@ -97,6 +96,7 @@ public:
 
 private:
     QString readText(const QString& systemPath) const;
+    QList<qint64> pids() const;
 
     QString m_root;  // without a trailing slash; empty for "/"
 };

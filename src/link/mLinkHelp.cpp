@@ -4,6 +4,8 @@
 #include "base/mErrCodes.h"
 #include "link/InstalledLink.h"
 #include "link/cLink.h"
+#include "link/cPortDoctor.h"
+#include "link/cSystemFacts.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -65,6 +67,21 @@ QStringList PortFailureHelp(const PortFailure& failure)
         break;
     }
     return {QStringLiteral("Check the port number or the device in the options.")};
+}
+
+QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts)
+{
+    using Kind = cPortDoctor::Problem::Kind;
+    QStringList hints;
+    for (const cPortDoctor::Problem& problem : cPortDoctor(facts).Diagnose(failure.path)) {
+        const bool adds = problem.kind == Kind::ModemManager ||
+                          (failure.kind == PortFailure::Kind::NotFound &&
+                           (problem.kind == Kind::ClaimedByBrltty || problem.kind == Kind::NoDeviceForAdapter)) ||
+                          (failure.kind == PortFailure::Kind::PermissionDenied && problem.kind == Kind::NeedsNewLogin);
+        if (adds)
+            hints << problem.text;
+    }
+    return hints;
 }
 
 QStringList DeviceLostHelp(const QString& path)

@@ -9,6 +9,7 @@
 
 class MarloError;
 class cLink;
+class cSystemFacts;
 
 namespace mLinkHelp {
 
@@ -28,6 +29,12 @@ QString PortFailureText(const PortFailure& failure);
 // What to do about it, one line each (the dialout group, which program to close, which stale
 // lock file to remove).
 QStringList PortFailureHelp(const PortFailure& failure);
+
+// What the port doctor finds beyond the failure itself, one sentence group a line: for a device
+// that does not exist, a USB serial adapter without a device (brltty took it, or no driver did);
+// for permission denied, a group joined after this session began; for any failure, ModemManager
+// probing the device. The facts of the system are read through facts.
+QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts);
 
 // A device that vanished during an exchange (unplugged): the cause, then what to do.
 QStringList DeviceLostHelp(const QString& path);
