@@ -62,3 +62,4 @@ int RunRecordCommand(CliContext& ctx, const QString& command);    // info, get, 
 QString RecordCommandsUsage();
 int RunFirmwareCommand(CliContext& ctx);                          // firmware read|write FILE
 int RunLibraryCommand(CliContext& ctx);                           // library list|show|export|import|delete
+int RunPortsCommand(CliContext& ctx);                             // ports [DEVICE...]

@@ -38,6 +38,8 @@ public:
     virtual void setOutput(const QByteArray& bytes) = 0;
     // Blocks until input arrives or the time is up; returns at once when input is waiting.
     virtual void waitForInput(qint32 msecs) = 0;
+    // The device opened last, when it has vanished since (unplugged); empty while it is there.
+    virtual QString LostDevice() const { return QString(); }
 
     // Parsed form of Settings.
     struct LineSettings {

@@ -202,7 +202,9 @@ void cLink::WaitForInput(qint32 expected)
         // The clock has whole-second resolution on purpose: a silent grip is given up on
         // between 1 and 2 seconds after the wait began.
         const qint64 start = QDateTime::currentSecsSinceEpoch();
-        while (m_port->InBufferCount() < expected && QDateTime::currentSecsSinceEpoch() < start + 2) {
+        // A device that vanished (unplugged) will not answer: no use waiting for it.
+        while (m_port->InBufferCount() < expected && QDateTime::currentSecsSinceEpoch() < start + 2 &&
+               m_port->LostDevice().isEmpty()) {
             mMain::UI().processEvents();
             m_port->waitForInput(10);
         }
@@ -267,6 +269,7 @@ QByteArray cLink::CommHexData(const QByteArray& cmd, bool showResult, const tExc
             RaiseError(mErrCodes::ERR_COMM_BUSY, QString(), mErrCodes::MSG_COMM_BUSY);
         m_busy = true;
         m_lastOutcome = Outcome::None;
+        m_lastLostDevice.clear();
         if (cmd.isEmpty())
             RaiseError(mErrCodes::ERR_NOT_ENOUGH_DATA, QStringLiteral("CommHexData"),
                        mErrCodes::MSG_NOT_ENOUGH_DATA);
@@ -288,6 +291,11 @@ QByteArray cLink::CommHexData(const QByteArray& cmd, bool showResult, const tExc
         qint32 n = 0;
         const qint32 received = m_port->InBufferCount();
         ShowCommStatus(classify(received, expected, showResult, options, report, n), showResult);
+        // A report cut short (or none) by a device that vanished is named as such.
+        if (received < expected && !m_port->LostDevice().isEmpty()) {
+            m_lastOutcome = Outcome::DeviceLost;
+            m_lastLostDevice = m_port->LostDevice();
+        }
         CloseComm();
         return report;
     });

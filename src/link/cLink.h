@@ -23,7 +23,7 @@ struct tExchangeOptions {
 class cLink {
 public:
     // What the last exchange ended with, so that a front end can explain an empty report.
-    enum class Outcome { None, Ok, PortFailed, Timeout, WrongLength, BadChecksum, UnknownReport };
+    enum class Outcome { None, Ok, PortFailed, Timeout, WrongLength, BadChecksum, UnknownReport, DeviceLost };
 
     // The caller keeps the control and the settings, which must outlive the link. Without a
     // control every exchange ends with an empty report, as with a port that cannot be opened.
@@ -53,6 +53,8 @@ public:
     // Why the port could not be opened the last time, or empty, and what to do about it.
     QString LastOpenError() const { return m_lastOpenError; }
     QStringList LastOpenHelp() const { return m_lastOpenHelp; }
+    // The device that vanished during the last exchange (Outcome::DeviceLost), else empty.
+    QString LastLostDevice() const { return m_lastLostDevice; }
 
     // The sleep behind DoWait and WaitWithEvents. Tests may replace it so that long transfers run
     // fast; the product never does. nullptr restores the real sleep.
@@ -89,4 +91,5 @@ private:
     Outcome m_lastOutcome = Outcome::None;
     QString m_lastOpenError;
     QStringList m_lastOpenHelp;
+    QString m_lastLostDevice;
 };

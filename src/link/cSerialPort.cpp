@@ -2,6 +2,7 @@
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
+#include "link/cSystemFacts.h"
 #include "link/mSerialDevices.h"
 
 #include <QFileInfo>
@@ -106,6 +107,7 @@ mLinkHelp::PortFailure cSerialPort::OpenFailure(const QString& path, QSerialPort
 void cSerialPort::open()
 {
     const QString path = devicePath();
+    m_openedPath.clear();
     m_port.setPortName(path);
     if (!m_port.open(QIODevice::ReadWrite)) {
         const mLinkHelp::PortFailure failure = OpenFailure(path, m_port.error(), m_port.errorString());
@@ -113,9 +115,22 @@ void cSerialPort::open()
         MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), mLinkHelp::PortFailureText(failure));
         for (const QString& line : mLinkHelp::PortFailureHelp(failure))
             error.addHint(line);
+        const cSystemFacts machine;
+        for (const QString& line : mLinkHelp::DoctorHints(failure, machine))
+            error.addHint(line);
         throw error;
     }
+    m_openedPath = path;
     applyLineSettings();
+}
+
+QString cSerialPort::LostDevice() const
+{
+    // An unplugged USB adapter takes its device node with it; the port itself says no more than
+    // that nothing arrives (or a read or resource error), so the node decides.
+    if (m_openedPath.isEmpty() || QFileInfo::exists(m_openedPath))
+        return QString();
+    return m_openedPath;
 }
 
 void cSerialPort::applyLineSettings()

@@ -27,6 +27,7 @@ public:
     QByteArray Input() override;
     void setOutput(const QByteArray& bytes) override;
     void waitForInput(qint32 msecs) override;
+    QString LostDevice() const override;
 
     // What is known about a failed open: the kind of failure and, for a port in use, the lock
     // file and the program that keep it (mLinkHelp turns it into the cause and the help).
@@ -39,4 +40,5 @@ private:
     void pollInput();
 
     QSerialPort m_port;
+    QString m_openedPath; // the device opened last, kept after closing
 };

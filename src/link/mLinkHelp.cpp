@@ -3,6 +3,8 @@
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/cLink.h"
+#include "link/cPortDoctor.h"
+#include "link/cSystemFacts.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -64,6 +66,32 @@ QStringList PortFailureHelp(const PortFailure& failure)
         break;
     }
     return {QStringLiteral("Check the port number or the device in the options.")};
+}
+
+QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts)
+{
+    using Kind = cPortDoctor::Problem::Kind;
+    QStringList hints;
+    for (const cPortDoctor::Problem& problem : cPortDoctor(facts).Diagnose(failure.path)) {
+        const bool adds = problem.kind == Kind::ModemManager ||
+                          (failure.kind == PortFailure::Kind::NotFound &&
+                           (problem.kind == Kind::ClaimedByBrltty || problem.kind == Kind::NoDeviceForAdapter)) ||
+                          (failure.kind == PortFailure::Kind::PermissionDenied && problem.kind == Kind::NeedsNewLogin);
+        if (adds)
+            hints << problem.text;
+    }
+    return hints;
+}
+
+QStringList DeviceLostHelp(const QString& path)
+{
+    static const char* const kLost = QT_TRANSLATE_NOOP(
+        "mLinkHelp", "The serial port %1 vanished during the exchange: the grip's cable or USB adapter was unplugged, "
+                     "or the adapter lost its connection.");
+    static const char* const kWhatToDo = QT_TRANSLATE_NOOP(
+        "mLinkHelp", "Plug it in again and retry. Check the device in the options: a USB adapter may come back "
+                     "under another name (such as /dev/ttyUSB1).");
+    return {QCoreApplication::translate("mLinkHelp", kLost).arg(path), QCoreApplication::translate("mLinkHelp", kWhatToDo)};
 }
 
 QString FindLockFile(const QString& devicePath)
@@ -134,6 +162,9 @@ QStringList WhatToDo(const MarloError& error, const cLink& link)
         break;
     case cLink::Outcome::Timeout:
         lines << mErrCodes::HELP_TIMEOUT;
+        break;
+    case cLink::Outcome::DeviceLost:
+        lines << DeviceLostHelp(link.LastLostDevice());
         break;
     case cLink::Outcome::BadChecksum:
     case cLink::Outcome::UnknownReport:

@@ -2,13 +2,14 @@
 // What to do about an error of the link, for every front end: the one place that decides the
 // lines of help that go with a port that could not be opened (it does not exist, permission
 // denied, in use by which program or locked by which stale lock file), a grip that did not
-// answer or a spoiled report. The link's last exchange tells which applies, since a silent grip
+// answer, a device that vanished during the exchange (unplugged) or a spoiled report. The link's last exchange tells which applies, since a silent grip
 // reaches the user as the record's own "unknown error" number.
 #include <QString>
 #include <QStringList>
 
 class MarloError;
 class cLink;
+class cSystemFacts;
 
 namespace mLinkHelp {
 
@@ -28,6 +29,15 @@ QString PortFailureText(const PortFailure& failure);
 // What to do about it, one line each (the dialout group, which program to close, which stale
 // lock file to remove).
 QStringList PortFailureHelp(const PortFailure& failure);
+
+// What the port doctor finds beyond the failure itself, one sentence group a line: for a device
+// that does not exist, a USB serial adapter without a device (brltty took it, or no driver did);
+// for permission denied, a group joined after this session began; for any failure, ModemManager
+// probing the device. The facts of the system are read through facts.
+QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts);
+
+// A device that vanished during an exchange (unplugged): the cause, then what to do.
+QStringList DeviceLostHelp(const QString& path);
 
 // The serial lock file that keeps a device ("/var/lock/LCK..ttyUSB0"), if one exists, and the
 // running process that owns the lock file or has the device open (0 and empty when none).

@@ -1,6 +1,8 @@
 #include "link/mSerialDevices.h"
 
+#include "link/cPortDoctor.h"
 #include "link/cSerialPort.h"
+#include "link/cSystemFacts.h"
 #include "link/mLinkHelp.h"
 
 #include <QFileInfo>
@@ -80,6 +82,12 @@ QString AccessProblem(const QString& path)
     else
         return QString();
     return (QStringList{mLinkHelp::PortFailureText(failure)} + mLinkHelp::PortFailureHelp(failure)).join(QLatin1Char(' '));
+}
+
+QString Diagnosis(const QString& path)
+{
+    const cSystemFacts machine;
+    return cPortDoctor(machine).Sentences(path).join(QLatin1Char('\n'));
 }
 
 } // namespace mSerialDevices

@@ -42,4 +42,8 @@ QString EffectivePath(const QString& device, qint32 commPort);
 // device; permission denied, with the dialout hint); empty when nothing stands in the way.
 QString AccessProblem(const QString& path);
 
+// Everything that stands in the way of the device on this machine (cPortDoctor's sentences, one
+// problem a line); empty when nothing does, for the virtual grip and for no device.
+QString Diagnosis(const QString& path);
+
 } // namespace mSerialDevices

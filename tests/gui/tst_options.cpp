@@ -1,10 +1,13 @@
 // The options dialog: what it loads, Apply/OK/Cancel with good and bad library paths and the
-// lists that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the devices.
+// lists that only show CommSettings, the hidden box, Ctrl+Tab, the browse button and the devices
+// with what stands in the way of each.
+#include "FakeSystem.h"
 #include "GuiTestSupport.h"
 
 #include "grip/cGunInfo.h"
 #include "gui/shell/fOptions.h"
 #include "library/mDatabase.h"
+#include "link/cPortDoctor.h"
 
 #include <QStackedWidget>
 #include <QTabBar>
@@ -317,7 +320,68 @@ private slots:
         ScriptedLibrary library;
         fOptions dialog(kGrip);
         combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
-        QVERIFY2(dialog.DeviceProblem().contains(QLatin1String("does not exist")), qPrintable(dialog.DeviceProblem()));
+        // The page asks the port doctor of this machine.
+        QCOMPARE(dialog.DeviceProblem(), QStringLiteral("The serial port /dev/marlo-no-such-port does not exist. Check the device "
+                                                        "in the options, and that the grip's cable or USB adapter is plugged in."));
+        combo(&dialog, "cboDevice")->setCurrentIndex(combo(&dialog, "cboDevice")->findData(QStringLiteral("sim")));
+        QCOMPARE(dialog.DeviceProblem(), QString());
+    }
+
+    void everyProblemOfTheDevice_data()
+    {
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<int>("lines");  // problems shown, one a line; 0: the hint is hidden
+        QTest::addColumn<QString>("phrase");
+        QTest::newRow("ready") << "/dev/ttyS0" << 0 << "";
+        QTest::newRow("missing, and the adapter brltty took") << "/dev/ttyUSB0" << 2 << "sudo apt remove brltty";
+        QTest::newRow("not in dialout, a stale lock, ModemManager") << "/dev/ttyACM0" << 3 << "ID_MM_DEVICE_IGNORE";
+        QTest::newRow("the virtual grip") << "sim" << 0 << "";
+    }
+    // Every problem of the chosen device is on the page, none of it cut, with the label that a
+    // screen reader reads.
+    void everyProblemOfTheDevice()
+    {
+        QFETCH(QString, device);
+        QFETCH(int, lines);
+        QFETCH(QString, phrase);
+        FakeSystem system;
+        QVERIFY(system.group(QStringLiteral("dialout"), FakeSystem::fileGroup()));
+        QVERIFY(system.user(FakeSystem::fileOwner() + 1000, {FakeSystem::fileOwner() + 1000}));
+        QVERIFY(system.node(QStringLiteral("/dev/ttyS0"), 0666));
+        QVERIFY(system.node(QStringLiteral("/dev/ttyACM0"), 0660));
+        QVERIFY(system.write(QStringLiteral("/var/lock/LCK..ttyACM0"), "999\n"));
+        QVERIFY(system.process(800, QStringLiteral("ModemManager")));
+        QVERIFY(system.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523, QString(), QStringLiteral("usbfs")));
+        QVERIFY(system.process(612, QStringLiteral("brltty")));
+        const cSystemFacts facts(system.root());
+        const cPortDoctor doctor(facts);
+
+        ScriptedLibrary library;
+        fOptions dialog(kGrip);
+        dialog.setDeviceChecker([&](const QString& path) { return doctor.Sentences(path).join(QLatin1Char('\n')); });
+        dialog.resize(dialog.minimumSizeHint());
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        dialog.findChild<QTabBar*>(QStringLiteral("tbsOptions"))->setCurrentIndex(1);
+        QComboBox* devices = combo(&dialog, "cboDevice");
+        const int item = devices->findData(device);
+        if (item >= 0)
+            devices->setCurrentIndex(item);
+        else
+            devices->setEditText(device);
+        QApplication::processEvents();
+        auto* label = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
+        auto* icon = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblemIcon"));
+        QCOMPARE(label->isVisible(), lines > 0);
+        QCOMPARE(icon->isVisible(), lines > 0);
+        QCOMPARE(label->accessibleName(), QStringLiteral("Device problem"));
+        if (lines == 0)
+            return;
+        QCOMPARE(dialog.DeviceProblem().split(QLatin1Char('\n')).size(), lines);
+        QVERIFY2(dialog.DeviceProblem().contains(phrase), qPrintable(dialog.DeviceProblem()));
+        // The dialog grew so that the whole text fits its label.
+        QVERIFY2(label->height() >= label->heightForWidth(label->width()),
+                 qPrintable(QStringLiteral("%1 < %2").arg(label->height()).arg(label->heightForWidth(label->width()))));
     }
 };
 

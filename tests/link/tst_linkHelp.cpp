@@ -1,12 +1,15 @@
 // What a front end says about an error of the link, cause first: a port that does not exist,
 // permission denied (the dialout group), a port in use by which program or locked by which stale
-// lock file (found on a real pseudo-terminal with a real lock file), a silent grip.
+// lock file (found on a real pseudo-terminal with a real lock file), a silent grip, a device
+// unplugged during the exchange.
+#include "FakeSystem.h"
 #include "TestLink.h"
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/cSerialPort.h"
 #include "link/cLink.h"
+#include "link/cSystemFacts.h"
 #include "link/mLinkHelp.h"
 
 #include <QDir>
@@ -21,6 +24,8 @@ using mLinkHelp::PortFailure;
 using Kind = PortFailure::Kind;
 
 Q_DECLARE_METATYPE(PortFailure)
+using Scene = std::function<void(FakeSystem&)>;
+Q_DECLARE_METATYPE(Scene)
 
 namespace {
 
@@ -148,15 +153,72 @@ private slots:
         QCOMPARE(hints.value(0), fill(help));
     }
 
+    void doctorHints_data()
+    {
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<Scene>("scene");
+        QTest::addColumn<QString>("hint");  // the start of the one hint added; empty: none
+        const uint dialout = FakeSystem::fileGroup();
+        const uint player = FakeSystem::fileOwner() + 1000;
+        const Scene brltty = [](FakeSystem& s) {
+            QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523, QString(), QStringLiteral("usbfs")));
+            QVERIFY(s.process(612, QStringLiteral("brltty")));
+        };
+        const Scene joinedLate = [=](FakeSystem& s) {
+            QVERIFY(s.group(QStringLiteral("dialout"), dialout, {QStringLiteral("player")}));
+            QVERIFY(s.user(player, {player}));
+            QVERIFY(s.node(QStringLiteral("/dev/ttyUSB0"), 0660));
+        };
+        const Scene notJoined = [=](FakeSystem& s) {
+            QVERIFY(s.group(QStringLiteral("dialout"), dialout));
+            QVERIFY(s.user(player, {player}));
+            QVERIFY(s.node(QStringLiteral("/dev/ttyUSB0"), 0660));
+        };
+        const Scene modemManager = [=](FakeSystem& s) {
+            QVERIFY(s.user(player, {player}));
+            QVERIFY(s.node(QStringLiteral("/dev/ttyACM0"), 0666));
+            QVERIFY(s.process(800, QStringLiteral("ModemManager")));
+        };
+        QTest::newRow("missing: the adapter brltty took") << Kind::NotFound << "/dev/ttyUSB0" << brltty << "A USB serial adapter (QinHeng CH340";
+        QTest::newRow("missing chip-set port: not the adapter's") << Kind::NotFound << "/dev/ttyS5" << brltty << "";
+        QTest::newRow("denied: joined after logging in") << Kind::PermissionDenied << "/dev/ttyUSB0" << joinedLate
+                                                        << "Permission denied: /dev/ttyUSB0 belongs to the group 'dialout', which you were added to";
+        QTest::newRow("denied: not joined (the help says it)") << Kind::PermissionDenied << "/dev/ttyUSB0" << notJoined << "";
+        QTest::newRow("in use: ModemManager probes it") << Kind::InUse << "/dev/ttyACM0" << modemManager << "ModemManager (process 800)";
+        QTest::newRow("missing: ModemManager does not matter") << Kind::NotFound << "/dev/ttyACM1" << modemManager << "";
+    }
+    // What the port doctor adds to the help of a port that cannot be opened.
+    void doctorHints()
+    {
+        QFETCH(Kind, kind);
+        QFETCH(QString, path);
+        QFETCH(Scene, scene);
+        QFETCH(QString, hint);
+        FakeSystem system;
+        scene(system);
+        const cSystemFacts facts(system.root());
+        const QStringList hints = mLinkHelp::DoctorHints(PortFailure{kind, path, {}, {}, 0, {}}, facts);
+        QCOMPARE(hints.size(), hint.isEmpty() ? 0 : 1);
+        if (!hint.isEmpty())
+            QVERIFY2(hints.first().startsWith(hint), qPrintable(hints.first()));
+    }
+
     void whatToDo_data()
     {
-        QTest::addColumn<QString>("outcome");  // port, silent or ok
+        QTest::addColumn<QString>("outcome");  // port, silent, lost (unplugged) or ok
         QTest::addColumn<bool>("hint");        // the error carries a hint of its own
         QTest::addColumn<QStringList>("lines");
         const QStringList port{"The serial port /dev/x does not exist.", "Check it."};
         QTest::newRow("port") << "port" << false << port;
         QTest::newRow("hint first, then the port") << "port" << true << (QStringList{"own hint"} + port);
         QTest::newRow("silent grip") << "silent" << false << mErrCodes::HELP_TIMEOUT;
+        const QStringList lost{"The serial port /dev/ttyUSB0 vanished during the exchange: the grip's cable or USB adapter "
+                               "was unplugged, or the adapter lost its connection.",
+                               "Plug it in again and retry. Check the device in the options: a USB adapter may come back "
+                               "under another name (such as /dev/ttyUSB1)."};
+        QTest::newRow("device unplugged") << "lost" << false << lost;
+        QTest::newRow("hint first, then the unplugged device") << "lost" << true << (QStringList{"own hint"} + lost);
         QTest::newRow("answered: the hint only") << "ok" << true << QStringList{"own hint"};
         QTest::newRow("answered: nothing") << "ok" << false << QStringList{};
     }
@@ -173,6 +235,8 @@ private slots:
             link.port.setOpenFailure(QStringLiteral("The serial port /dev/x does not exist."));
             link.port.setOpenHints({QStringLiteral("Check it.")});
         }
+        if (outcome == QLatin1String("lost"))
+            link.port.setVanishesAs(QStringLiteral("/dev/ttyUSB0"));
         link.link.CommHexData(QByteArray("\x24"), true);
         MarloError error(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
         if (hint)

@@ -21,6 +21,8 @@ public:
     void setOpenHints(const QStringList& hints) { m_openHints = hints; }
     // Bytes that are waiting before the next exchange starts.
     void queueInput(const QByteArray& bytes) { m_input += bytes; }
+    // Makes the device vanish (unplugged) as soon as a complete frame was written; empty: never.
+    void setVanishesAs(const QString& path) { m_vanishesAs = path; }
 
     bool PortOpen() const override { return m_open; }
     void setPortOpen(bool open) override;
@@ -28,6 +30,7 @@ public:
     QByteArray Input() override;
     void setOutput(const QByteArray& bytes) override;
     void waitForInput(qint32 msecs) override;
+    QString LostDevice() const override { return frames.isEmpty() ? QString() : m_vanishesAs; }
 
     // What happened, for the tests to look at.
     QList<QByteArray> writes;  // each write, as given
@@ -45,4 +48,5 @@ private:
     QByteArray m_input;
     QByteArray m_pending;
     bool m_open = false;
+    QString m_vanishesAs;
 };

@@ -94,7 +94,7 @@ QString lines(const QStringList& parts)
 // ---- building the dialog -----------------------------------------------------------------------
 
 fOptions::fOptions(const cGunInfo& gunInfo, QWidget* parent)
-    : QDialog(parent), m_gunInfo(gunInfo), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::AccessProblem)
+    : QDialog(parent), m_gunInfo(gunInfo), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::Diagnosis)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Options"));
