@@ -1,7 +1,9 @@
 # Installing Marlo like a desktop program: the executables in bin, the library template in the
 # data folder the program looks in (share/marlo, which src/base/mServices.h names relative to bin),
-# the desktop entry and the icon in the XDG places. `cpack -G DEB` makes a Debian package that
-# depends on Debian's Qt packages. The PNG icon is rendered from the SVG at commit time:
+# the desktop entry, the icon and the AppStream metainfo in the XDG places, a manual page for each
+# executable, and the copyright file and changelog Debian asks for. `cpack -G DEB` makes a
+# Debian package that depends on Debian's Qt packages. The PNG icon is rendered from the SVG at
+# commit time:
 #   rsvg-convert -w 256 -h 256 data/desktop/marlo.svg -o data/desktop/marlo-256.png
 include(GNUInstallDirs)
 
@@ -12,6 +14,64 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/desktop/marlo-256.png DESTINATION ${CMAK
         RENAME marlo.png)
 install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/marlo)
 
+# ---- the date of this version ------------------------------------------------------------
+# $SOURCE_DATE_EPOCH when set (reproducible builds), else the time of the last commit, else now:
+# the same sources give the same changelog, metainfo and manual pages.
+set(_marlo_epoch "$ENV{SOURCE_DATE_EPOCH}")
+if(NOT _marlo_epoch)
+  find_package(Git QUIET)
+  if(GIT_FOUND)
+    execute_process(COMMAND ${GIT_EXECUTABLE} log -1 --format=%ct WORKING_DIRECTORY ${CMAKE_SOURCE_DIR}
+                    OUTPUT_VARIABLE _marlo_epoch OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET RESULT_VARIABLE _marlo_git)
+    if(NOT _marlo_git EQUAL 0 OR NOT _marlo_epoch MATCHES "^[0-9]+$")
+      set(_marlo_epoch "")
+    endif()
+  endif()
+endif()
+set(_marlo_saved_epoch "$ENV{SOURCE_DATE_EPOCH}")
+if(_marlo_epoch)
+  set(ENV{SOURCE_DATE_EPOCH} ${_marlo_epoch}) # string(TIMESTAMP) formats this time
+endif()
+string(TIMESTAMP MARLO_RELEASE_DATE "%Y-%m-%d" UTC)
+string(TIMESTAMP MARLO_RELEASE_RFC2822 "%a, %d %b %Y %H:%M:%S +0000" UTC)
+set(ENV{SOURCE_DATE_EPOCH} "${_marlo_saved_epoch}")
+
+find_program(MARLO_GZIP gzip REQUIRED)
+
+# ---- manual pages, made from the programs' own --help --------------------------------------
+# Each page is the program's usage (its commands, fields and options come from the same tables)
+# turned into roff, with the hand-written sections of data/man added.
+add_executable(MakeManPage ${CMAKE_CURRENT_LIST_DIR}/man/MakeManPage.cpp)
+target_link_libraries(MakeManPage PRIVATE Qt6::Core)
+set_target_properties(MakeManPage PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tools)
+
+set(MARLO_MANUAL_PAGES)
+function(marlo_manual_page program summary)
+  set(page ${CMAKE_BINARY_DIR}/man/${program}.1)
+  set(extras)
+  foreach(extra IN LISTS ARGN)
+    list(APPEND extras ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/man/${extra})
+  endforeach()
+  add_custom_command(
+    OUTPUT ${page}.gz
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/man
+    COMMAND MakeManPage $<TARGET_FILE:${program}> ${program} ${summary} ${PROJECT_VERSION} ${MARLO_RELEASE_DATE} ${page} ${extras}
+    COMMAND ${MARLO_GZIP} -9nf ${page}
+    DEPENDS MakeManPage ${program} ${extras}
+    COMMENT "Making the manual page ${program}(1)"
+    VERBATIM)
+  set(MARLO_MANUAL_PAGES ${MARLO_MANUAL_PAGES} ${page}.gz PARENT_SCOPE)
+endfunction()
+marlo_manual_page(marlo "configure a Tolvane paintball-marker grip over a serial port"
+                  files.1.extra marlo.1.extra)
+marlo_manual_page(marlo-cli "configure a Tolvane paintball-marker grip from the command line"
+                  files.1.extra marlo-cli.1.extra)
+marlo_manual_page(marlo-gripsim "serve a virtual Tolvane grip on a pseudo-terminal"
+                  marlo-gripsim.1.extra)
+add_custom_target(manual_pages ALL DEPENDS ${MARLO_MANUAL_PAGES})
+install(FILES ${MARLO_MANUAL_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+
+# ---- the Debian package ------------------------------------------------------------------
 set(CPACK_PACKAGE_NAME marlo)
 set(CPACK_PACKAGE_VENDOR "Marlo")
 set(CPACK_PACKAGE_CONTACT "Marlo developers <marlo@localhost>")
