@@ -71,6 +71,11 @@ marlo_manual_page(marlo-gripsim "serve a virtual Tolvane grip on a pseudo-termin
 add_custom_target(manual_pages ALL DEPENDS ${MARLO_MANUAL_PAGES})
 install(FILES ${MARLO_MANUAL_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
+# ---- AppStream metainfo ------------------------------------------------------------------
+set(MARLO_METAINFO ${CMAKE_BINARY_DIR}/metainfo/io.github.marlo_grip.marlo.metainfo.xml)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/desktop/io.github.marlo_grip.marlo.metainfo.xml.in ${MARLO_METAINFO} @ONLY)
+install(FILES ${MARLO_METAINFO} DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+
 # ---- the Debian package ------------------------------------------------------------------
 set(CPACK_PACKAGE_NAME marlo)
 set(CPACK_PACKAGE_VENDOR "Marlo")
