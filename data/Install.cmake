@@ -79,6 +79,8 @@ target_link_libraries(MakeManPage PRIVATE Qt6::Core)
 set_target_properties(MakeManPage PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tools)
 
 set(MARLO_MANUAL_PAGES)
+# Rewritten only when they change, so that a new version or date remakes the pages.
+file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/man/version.stamp CONTENT "${PROJECT_VERSION} ${MARLO_RELEASE_DATE}\n")
 function(marlo_manual_page program summary)
   set(page ${CMAKE_BINARY_DIR}/man/${program}.1)
   set(extras)
@@ -90,7 +92,7 @@ function(marlo_manual_page program summary)
     COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_BINARY_DIR}/man
     COMMAND MakeManPage $<TARGET_FILE:${program}> ${program} ${summary} ${PROJECT_VERSION} ${MARLO_RELEASE_DATE} ${page} ${extras}
     COMMAND ${MARLO_GZIP} -9nf ${page}
-    DEPENDS MakeManPage ${program} ${extras}
+    DEPENDS MakeManPage ${program} ${extras} ${CMAKE_BINARY_DIR}/man/version.stamp
     COMMENT "Making the manual page ${program}(1)"
     VERBATIM)
   set(MARLO_MANUAL_PAGES ${MARLO_MANUAL_PAGES} ${page}.gz PARENT_SCOPE)
