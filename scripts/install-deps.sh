@@ -1,9 +1,13 @@
 #!/usr/bin/env bash
 # Installs what building and testing Marlo needs on Debian 12, if it is missing.
 set -euo pipefail
-packages=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite desktop-file-utils)
+# desktop-file-utils, appstream and groff-base check the installed desktop entry, metainfo and
+# manual pages in the install test.
+packages=(build-essential cmake qt6-base-dev qt6-serialport-dev libqt6sql6-sqlite desktop-file-utils appstream groff-base)
 [ "${MARLO_WITH_SCREENSHOT_TOOLS:-0}" = 1 ] && packages+=(xvfb xauth imagemagick xdotool)
 [ "${MARLO_WITH_FUZZ_TOOLS:-0}" = 1 ] && packages+=(clang libclang-rt-14-dev)
+# cpack -G DEB needs file (to find the executables whose libraries it names); lintian checks the package.
+[ "${MARLO_WITH_PACKAGE_TOOLS:-0}" = 1 ] && packages+=(file lintian)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,11 +1,13 @@
 // cmake --install puts the program where a desktop finds it and where the program finds its
 // own files: the executables, the library template in the data folder, the desktop entry (valid
-// for desktop-file-validate) and the icons in the XDG places. The installed marlo-cli, with no
-// $MARLO_HOME, makes its library from the installed template in the per-user data folder.
+// for desktop-file-validate), the icons and the AppStream metainfo in the XDG places, the manual
+// pages and the copyright file and changelog that Debian asks for. The installed marlo-cli, with
+// no $MARLO_HOME, makes its library from the installed template in the per-user data folder.
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -30,6 +32,31 @@ class tst_install : public QObject {
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
 
+    QString installed(const QString& file) const { return QDir(prefix()).filePath(file); }
+
+    // A gzip file's text, by the gzip program.
+    static QString gunzip(const QString& file)
+    {
+        QProcess process;
+        process.start(QStringLiteral("gzip"), {QStringLiteral("-dc"), file});
+        if (!process.waitForFinished(30000) || process.exitCode() != 0)
+            return QString();
+        return QString::fromUtf8(process.readAllStandardOutput());
+    }
+
+    // A manual page's words as a reader types them: font changes and non-breaking marks gone,
+    // escaped dashes and spaces plain.
+    static QString plainRoff(QString roff)
+    {
+        static const QRegularExpression fonts(QStringLiteral("\\\\f[BIRP]"));
+        roff.remove(fonts);
+        roff.remove(QStringLiteral("\\%"));
+        roff.remove(QStringLiteral("\\&"));
+        roff.replace(QStringLiteral("\\-"), QStringLiteral("-"));
+        roff.replace(QStringLiteral("\\ "), QStringLiteral(" "));
+        return roff;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -50,6 +77,12 @@ private slots:
         QTest::newRow("desktop entry") << "share/applications/marlo.desktop" << false;
         QTest::newRow("scalable icon") << "share/icons/hicolor/scalable/apps/marlo.svg" << false;
         QTest::newRow("256 px icon") << "share/icons/hicolor/256x256/apps/marlo.png" << false;
+        QTest::newRow("metainfo") << "share/metainfo/io.github.marlo_grip.marlo.metainfo.xml" << false;
+        QTest::newRow("manual page marlo") << "share/man/man1/marlo.1.gz" << false;
+        QTest::newRow("manual page marlo-cli") << "share/man/man1/marlo-cli.1.gz" << false;
+        QTest::newRow("manual page marlo-gripsim") << "share/man/man1/marlo-gripsim.1.gz" << false;
+        QTest::newRow("copyright") << "share/doc/marlo/copyright" << false;
+        QTest::newRow("changelog") << "share/doc/marlo/changelog.Debian.gz" << false;
     }
     void filesInPlace()
     {
@@ -95,6 +128,147 @@ private slots:
         QString output;
         QCOMPARE(run(validator, {entry}, &output), 0);
         QCOMPARE(output.trimmed(), QString());
+    }
+
+    // Debian's tools want them compressed the most and without a name or time in the header,
+    // so that the same page gives the same package.
+    void compressedAsDebianWants_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::newRow("marlo") << "share/man/man1/marlo.1.gz";
+        QTest::newRow("marlo-cli") << "share/man/man1/marlo-cli.1.gz";
+        QTest::newRow("marlo-gripsim") << "share/man/man1/marlo-gripsim.1.gz";
+        QTest::newRow("changelog") << "share/doc/marlo/changelog.Debian.gz";
+    }
+    void compressedAsDebianWants()
+    {
+        QFETCH(QString, file);
+        QFile gz(installed(file));
+        QVERIFY(gz.open(QIODevice::ReadOnly));
+        const QByteArray head = gz.read(10);
+        QCOMPARE(head.size(), 10);
+        QCOMPARE(quint8(head[0]), quint8(0x1f));
+        QCOMPARE(quint8(head[1]), quint8(0x8b));
+        QCOMPARE(quint8(head[2]), quint8(8));           // deflate
+        QCOMPARE(quint8(head[3]) & 0x08, 0);            // no file name
+        QCOMPARE(head.mid(4, 4), QByteArray(4, '\0')); // no time
+        QCOMPARE(quint8(head[8]), quint8(2));           // the best compression
+        QVERIFY(!gunzip(gz.fileName()).isEmpty());
+    }
+
+    // Each page names every command, option and field its program's --help prints, so that the
+    // page and the program cannot disagree; and it is a manual page man can show without a
+    // complaint.
+    void manualPagesMatchThePrograms_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::newRow("marlo") << "marlo";
+        QTest::newRow("marlo-cli") << "marlo-cli";
+        QTest::newRow("marlo-gripsim") << "marlo-gripsim";
+    }
+    void manualPagesMatchThePrograms()
+    {
+        QFETCH(QString, program);
+        QString help;
+        QCOMPARE(run(installed(QStringLiteral("bin/") + program), {QStringLiteral("--help")}, &help), 0);
+        const QString roff = gunzip(installed(QStringLiteral("share/man/man1/%1.1.gz").arg(program)));
+        QVERIFY(roff.contains(QStringLiteral("\n.TH %1 1 ").arg(QString(program.toUpper()).replace(QLatin1Char('-'), QLatin1String("\\-")))));
+        QVERIFY(roff.contains(QStringLiteral("\n.SH NAME\n%1 \\- ").arg(QString(program).replace(QLatin1Char('-'), QLatin1String("\\-")))));
+        const QString page = plainRoff(roff);
+
+        // Every option of the help (--device, --ShotTime, -F, ...) and every KEY= of the virtual grip.
+        QStringList words;
+        static const QRegularExpression option(QStringLiteral("(?:^|[\\s\\[,])(--?[A-Za-z][A-Za-z0-9-]*)"));
+        static const QRegularExpression key(QStringLiteral("^  ([a-z]+)="), QRegularExpression::MultilineOption);
+        for (const auto& re : {option, key})
+            for (auto it = re.globalMatch(help); it.hasNext();)
+                words.append(it.next().captured(1));
+        // Every command: the first word of each line of the commands list.
+        const qsizetype commands = help.indexOf(QStringLiteral("\nCommands:\n"));
+        if (commands >= 0) {
+            const QString list = help.mid(commands + 11, help.indexOf(QStringLiteral("\n\n"), commands + 11) - commands - 11);
+            static const QRegularExpression command(QStringLiteral("^  ([a-z][a-z-]*)"), QRegularExpression::MultilineOption);
+            for (auto it = command.globalMatch(list); it.hasNext();)
+                words.append(it.next().captured(1));
+        }
+        words.removeDuplicates();
+        QVERIFY2(words.size() >= 3, qPrintable(words.join(QLatin1Char(' '))));
+        if (program == QLatin1String("marlo-cli"))
+            for (const char* expected : {"--ShotTime", "--DefaultLoadTime", "--PreAlert2Time", "--device", "put", "library"})
+                QVERIFY2(words.contains(QLatin1String(expected)), expected);
+        for (const QString& word : std::as_const(words))
+            QVERIFY2(page.contains(word), qPrintable(program + QStringLiteral(": ") + word));
+
+        const QString groff = QStandardPaths::findExecutable(QStringLiteral("groff"));
+        if (groff.isEmpty())
+            QSKIP("groff is not installed");
+        QProcess process;
+        process.start(groff, {QStringLiteral("-man"), QStringLiteral("-Tutf8"), QStringLiteral("-ww"), QStringLiteral("-z")});
+        process.write(roff.toUtf8());
+        process.closeWriteChannel();
+        QVERIFY(process.waitForFinished(30000));
+        QCOMPARE(QString::fromLocal8Bit(process.readAllStandardError()), QString());
+        QCOMPARE(process.exitCode(), 0);
+    }
+
+    // The metainfo names the installed desktop entry, this version and the entry's categories,
+    // and appstreamcli accepts it.
+    void metainfoDescribesThisProgram()
+    {
+        const QString path = installed(QStringLiteral("share/metainfo/io.github.marlo_grip.marlo.metainfo.xml"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString xml = QString::fromUtf8(file.readAll());
+        QVERIFY(xml.contains(QStringLiteral("<id>io.github.marlo_grip.marlo</id>")));
+        static const QRegularExpression launchable(QStringLiteral("<launchable type=\"desktop-id\">([^<]+)</launchable>"));
+        const auto l = launchable.match(xml);
+        QVERIFY(l.hasMatch());
+        QVERIFY2(QFileInfo::exists(installed(QStringLiteral("share/applications/") + l.captured(1))), qPrintable(l.captured(1)));
+        static const QRegularExpression release(QStringLiteral("<release version=\"([^\"]+)\" date=\"(\\d{4}-\\d{2}-\\d{2})\""));
+        QCOMPARE(release.match(xml).captured(1), QStringLiteral(MARLO_VERSION));
+
+        QStringList categories;
+        static const QRegularExpression category(QStringLiteral("<category>([^<]+)</category>"));
+        for (auto it = category.globalMatch(xml); it.hasNext();)
+            categories.append(it.next().captured(1));
+        QFile desktop(installed(QStringLiteral("share/applications/marlo.desktop")));
+        QVERIFY(desktop.open(QIODevice::ReadOnly));
+        static const QRegularExpression desktopCategories(QStringLiteral("^Categories=(.*)$"), QRegularExpression::MultilineOption);
+        const QStringList entryCategories =
+            desktopCategories.match(QString::fromUtf8(desktop.readAll())).captured(1).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+        QVERIFY(!categories.isEmpty());
+        QCOMPARE(categories, entryCategories);
+
+        const QString validator = QStandardPaths::findExecutable(QStringLiteral("appstreamcli"));
+        if (validator.isEmpty())
+            QSKIP("appstreamcli is not installed (package appstream)");
+        QString output;
+        QVERIFY2(run(validator, {QStringLiteral("validate"), QStringLiteral("--no-net"), QStringLiteral("--pedantic"), path}, &output) == 0,
+                 qPrintable(output));
+        QVERIFY2(output.contains(QStringLiteral("Validation was successful")) && !output.contains(QStringLiteral("W:")), qPrintable(output));
+    }
+
+    // The copyright file is in Debian's machine-readable format and covers every file; the
+    // changelog's entry is this version's, signed by a name and an address.
+    void copyrightAndChangelogAreDebians()
+    {
+        QFile copyright(installed(QStringLiteral("share/doc/marlo/copyright")));
+        QVERIFY(copyright.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(copyright.readAll());
+        QVERIFY(text.startsWith(QStringLiteral("Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\n")));
+        static const QRegularExpression everyFile(QStringLiteral("\n\nFiles: \\*\nCopyright: \\S.*\nLicense: \\S+\n \\S"));
+        QVERIFY2(everyFile.match(text).hasMatch(), qPrintable(text));
+
+        const QStringList changelog = gunzip(installed(QStringLiteral("share/doc/marlo/changelog.Debian.gz"))).split(QLatin1Char('\n'));
+        QVERIFY(changelog.size() >= 5);
+        const QRegularExpression first(QStringLiteral("^marlo \\(%1\\) [a-z-]+; urgency=(low|medium|high|emergency|critical)$")
+                                           .arg(QRegularExpression::escape(QStringLiteral(MARLO_DEB_VERSION))));
+        QVERIFY2(first.match(changelog.first()).hasMatch(), qPrintable(changelog.first()));
+        QVERIFY(QStringLiteral(MARLO_DEB_VERSION).startsWith(QStringLiteral(MARLO_VERSION "-")));
+        static const QRegularExpression signature(
+            QStringLiteral("^ -- [^<>]+ <[^<>@ ]+@[^<>@ ]+\\.[^<>@ ]+>  (Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d{2} "
+                           "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) \\d{4} \\d{2}:\\d{2}:\\d{2} [+-]\\d{4}$"));
+        QVERIFY2(changelog.filter(signature).size() == 1, qPrintable(changelog.join(QLatin1Char('\n'))));
     }
 
     void installedProgramUsesThePerUserFolder()
