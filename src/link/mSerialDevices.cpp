@@ -3,9 +3,7 @@
 #include "link/cPortDoctor.h"
 #include "link/cSerialPort.h"
 #include "link/cSystemFacts.h"
-#include "link/mLinkHelp.h"
 
-#include <QFileInfo>
 #include <QSerialPortInfo>
 #include <algorithm>
 
@@ -65,23 +63,6 @@ QString EffectivePath(const QString& device, qint32 commPort)
     if (IsVirtualGrip(trimmed))
         return QString();
     return trimmed;
-}
-
-QString AccessProblem(const QString& path)
-{
-    if (path.isEmpty())
-        return QString();
-    const QFileInfo info(path);
-    mLinkHelp::PortFailure failure;
-    failure.path = path;
-    if (!info.exists())
-        failure.kind = mLinkHelp::PortFailure::Kind::NotFound;
-    // isReadable/isWritable ask the system for this user, groups included.
-    else if (!info.isReadable() || !info.isWritable())
-        failure.kind = mLinkHelp::PortFailure::Kind::PermissionDenied;
-    else
-        return QString();
-    return (QStringList{mLinkHelp::PortFailureText(failure)} + mLinkHelp::PortFailureHelp(failure)).join(QLatin1Char(' '));
 }
 
 QString Diagnosis(const QString& path)

@@ -38,10 +38,6 @@ bool IsVirtualGrip(const QString& device);
 // number decides); empty for the virtual grip, which has no path before it starts.
 QString EffectivePath(const QString& device, qint32 commPort);
 
-// Why the current user could not open the device at path, in the link's own words (a missing
-// device; permission denied, with the dialout hint); empty when nothing stands in the way.
-QString AccessProblem(const QString& path);
-
 // Everything that stands in the way of the device on this machine (cPortDoctor's sentences, one
 // problem a line); empty when nothing does, for the virtual grip and for no device.
 QString Diagnosis(const QString& path);

@@ -2,10 +2,7 @@
 // port number stand for, and what keeps a device from opening.
 #include "link/mSerialDevices.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QtTest>
-#include <unistd.h>
 
 using mSerialDevices::PortEntry;
 
@@ -16,8 +13,6 @@ private slots:
     void displayText();
     void effectivePath_data();
     void effectivePath();
-    void accessProblem();
-    void permissionDeniedNamesDialout();
 };
 
 void tst_serialDevices::displayText_data()
@@ -69,33 +64,6 @@ void tst_serialDevices::effectivePath()
     QFETCH(int, port);
     QFETCH(QString, path);
     QCOMPARE(mSerialDevices::EffectivePath(device, port), path);
-}
-
-void tst_serialDevices::accessProblem()
-{
-    QTemporaryDir folder;
-    const QString device = folder.filePath(QStringLiteral("ttyFake0"));
-    QVERIFY(mSerialDevices::AccessProblem(device).contains(QLatin1String("does not exist")));
-    QFile file(device);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    QCOMPARE(mSerialDevices::AccessProblem(device), QString());
-    QCOMPARE(mSerialDevices::AccessProblem(QString()), QString());
-}
-
-void tst_serialDevices::permissionDeniedNamesDialout()
-{
-    if (::geteuid() == 0)
-        QSKIP("the superuser may open any device, so no permission can be denied");
-    QTemporaryDir folder;
-    const QString device = folder.filePath(QStringLiteral("ttyLocked0"));
-    QFile file(device);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.close();
-    QVERIFY(file.setPermissions(QFileDevice::ReadOwner));
-    const QString problem = mSerialDevices::AccessProblem(device);
-    QVERIFY2(problem.contains(QLatin1String("dialout")), qPrintable(problem));
-    QVERIFY(problem.contains(device));
 }
 
 QTEST_MAIN(tst_serialDevices)
