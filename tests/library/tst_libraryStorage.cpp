@@ -526,8 +526,8 @@ private slots:
         const QString writeTo = qEnvironmentVariable("MARLO_STORAGE_SESSION");
         if (!writeTo.isEmpty())
             LibraryTest::writeFile(writeTo, dump.toUtf8());
-        const QString recorded = QFINDTESTDATA("data/storage_session.txt");
-        QVERIFY2(!recorded.isEmpty(), "data/storage_session.txt is missing");
+        const QString recorded = QStringLiteral(MARLO_LIBRARY_TEST_DATA "/storage_session.txt");
+        QVERIFY2(QFileInfo::exists(recorded), "data/storage_session.txt is missing");
         const QStringList expected = QString::fromUtf8(LibraryTest::fileBytes(recorded)).split(QLatin1Char('\n'));
         const QStringList actual = dump.split(QLatin1Char('\n'));
         for (qsizetype i = 0; i < qMin(expected.size(), actual.size()); ++i)
