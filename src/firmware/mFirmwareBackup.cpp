@@ -9,6 +9,7 @@
 #include "grip/cGunInfo.h"
 #include "grip/mCommSupportHex.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -29,6 +30,12 @@ QString namePart(const QString& text)
             c = QLatin1Char('_');
     }
     return part.isEmpty() ? QStringLiteral("unknown") : part;
+}
+
+QString fileName(const cGunInfo& gunInfo, const QDateTime& time)
+{
+    return namePart(gunInfo.Serial()) + QLatin1Char('_') + namePart(gunInfo.FirmwareBuild()) + QLatin1Char('_') +
+           time.toString(QStringLiteral("yyyyMMdd-HHmmss")) + QStringLiteral(".tvf");
 }
 
 // A path in the folder that no file holds yet: two backups within a second keep apart.
@@ -72,12 +79,6 @@ QString DefaultFolder()
     return QDir(mMain::UserFilesFolder()).filePath(kFolderName);
 }
 
-QString FileName(const cGunInfo& gunInfo, const QDateTime& time)
-{
-    return namePart(gunInfo.Serial()) + QLatin1Char('_') + namePart(gunInfo.FirmwareBuild()) + QLatin1Char('_') +
-           time.toString(QStringLiteral("yyyyMMdd-HHmmss")) + QStringLiteral(".tvf");
-}
-
 void PrepareFolder(const QString& folder)
 {
     PassErrors(kModule, kRevision, QStringLiteral("PrepareFolder"), [&] {
@@ -100,7 +101,7 @@ QString BackUp(cGripSession& session, const QString& folder)
             FirmwareFile image;
             mCommSupport::DLFirmware(session, image);
             mFirmware::TakeBuilds(image, session.GunInfo());
-            const QString path = newFilePath(folder, FileName(session.GunInfo(), QDateTime::currentDateTime()));
+            const QString path = newFilePath(folder, fileName(session.GunInfo(), QDateTime::currentDateTime()));
             proc.setName(QStringLiteral("BackUp - save (") + path + QLatin1Char(')'));
             mFirmware::SaveFirmwareFile(path, image);
             return path;

@@ -103,8 +103,8 @@ QString backUpProgram(cGripSession& session, Procedure& proc, const QString& ste
     return path;
 }
 
-// Writes the image, reads the grip's program back and starts it. An error after a backup says
-// where the backup is.
+// Writes the image and reads the grip's program back. An error after a backup says where the
+// backup is.
 void writeAndReadBack(cGripSession& session, const FirmwareFile& image, FirmwareFile& readBack, const QString& backup)
 {
     cUserInterface& ui = mMain::UI();
