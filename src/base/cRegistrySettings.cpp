@@ -217,6 +217,7 @@ void cRegistrySettings::readAll()
         m_commInputMode = number("CommInputMode", 1);
         m_commLogToFile = boolean("CommLogToFile", false);
         m_commLogToConsole = boolean("CommLogToConsole", false);
+        m_firmwareBackup = boolean("FirmwareBackup", false);
         m_commDevice = text("CommDevice", QString());
     });
 }
@@ -344,6 +345,12 @@ void cRegistrySettings::setBackwardCompatibleUpload(bool value)
 {
     m_backwardCompatibleUpload = value;
     write(QStringLiteral("BackwardCompatibleUpload"), BoolText(value));
+}
+
+void cRegistrySettings::setFirmwareBackup(bool value)
+{
+    m_firmwareBackup = value;
+    write(QStringLiteral("FirmwareBackup"), BoolText(value));
 }
 
 void cRegistrySettings::setCommDevice(const QString& value)

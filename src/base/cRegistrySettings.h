@@ -62,6 +62,9 @@ public:
     // connected grip's firmware version, not from the stored value: the grip session's gun
     // information answers it (cGunInfo::BackwardCompatibleUpload), asked where it is needed.
     void setBackwardCompatibleUpload(bool value);
+    // Back up the grip's firmware before writing new firmware (the desktop program's writes).
+    bool FirmwareBackup() const { return m_firmwareBackup; }
+    void setFirmwareBackup(bool value);
     // The device to open instead of /dev/ttyS(CommPort-1): a path, or "sim[:KEY=VALUE,...]".
     QString CommDevice() const { return m_commDevice; }
     void setCommDevice(const QString& value);
@@ -121,5 +124,6 @@ private:
     bool m_commLogToFile = false;
     bool m_commLogToConsole = false;
     QString m_commDevice;
+    bool m_firmwareBackup = false;
     tUnreadablePreferences m_unreadable;
 };

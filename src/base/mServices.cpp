@@ -40,6 +40,11 @@ QString UserDataFolder()
     return QDir(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)).filePath(kProgramTitle);
 }
 
+QString UserFilesFolder()
+{
+    return qEnvironmentVariableIsEmpty("MARLO_HOME") ? UserDataFolder() : ProgramFolder();
+}
+
 bool IsInstalledProgram()
 {
     if (!QCoreApplication::instance())

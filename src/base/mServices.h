@@ -29,6 +29,9 @@ void SetProgramVersion(const QString& version);
 QString ProgramFolder();
 // The per-user data folder of both front ends (~/.local/share/Marlo).
 QString UserDataFolder();
+// Where the user's own files that no preference places (the grip history, firmware backups) live:
+// the per-user data folder, or the program's folder when $MARLO_HOME gives one.
+QString UserFilesFolder();
 // Where an installed program keeps its read-only data (the library template), relative to the
 // folder of its executable: the install rules put it there.
 inline const QString kInstalledDataFolder = QStringLiteral("../share/marlo");

@@ -1,9 +1,10 @@
-// marlo-cli firmware read FILE | firmware write FILE: the desktop program's firmware workflows,
-// with the progress bar on stderr and the workflow's messages on the terminal.
+// marlo-cli firmware read FILE | firmware write [--backup] FILE: the desktop program's firmware
+// workflows, with the progress bar on stderr and the workflow's messages on the terminal.
 #include "cli/CliContext.h"
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
+#include "firmware/mFirmwareBackup.h"
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/cGripSession.h"
 
@@ -12,7 +13,8 @@
 
 namespace {
 
-const QString kUsage = QStringLiteral("usage: marlo-cli firmware read FILE | firmware write FILE");
+const QString kUsage = QStringLiteral("usage: marlo-cli firmware read FILE | firmware write [--backup] FILE");
+const QString kBackupFlag = QStringLiteral("--backup");
 
 // The names the workflows' errors carry when the command runs them.
 const mFirmwareWorkflows::tCaller kRead{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
@@ -35,10 +37,15 @@ void requireFolder(const QString& file)
 
 int RunFirmwareCommand(CliContext& ctx)
 {
-    if (ctx.words.size() != 2)
+    QStringList words = ctx.words;
+    const QString action = words.value(0);
+    // --backup belongs to a write, before its file.
+    const bool backup = action == QLatin1String("write") && words.value(1) == kBackupFlag;
+    if (backup)
+        words.removeAt(1);
+    if (words.size() != 2)
         throw CliUsageError(kUsage);
-    const QString action = ctx.words.at(0);
-    const QString file = ctx.words.at(1);
+    const QString file = words.at(1);
     if (file.isEmpty() || (action != QLatin1String("read") && action != QLatin1String("write")))
         throw CliUsageError(kUsage);
 
@@ -48,7 +55,15 @@ int RunFirmwareCommand(CliContext& ctx)
         requireFolder(file);
         result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, file, kRead);
     } else {
-        result = mFirmwareWorkflows::UploadFirmware(*ctx.session, file, kWrite);
+        mFirmwareWorkflows::tUploadOptions options;
+        if (backup)
+            options.backupFolder = mFirmwareBackup::DefaultFolder();
+        // Said as soon as the backup is saved: a write that fails after it leaves the path on the terminal.
+        options.backedUp = [&ctx](const QString& path) {
+            *ctx.out << "Backup: " << CliText(QDir::toNativeSeparators(path)) << '\n';
+            ctx.out->flush();
+        };
+        result = mFirmwareWorkflows::UploadFirmware(*ctx.session, file, kWrite, options);
     }
 
     switch (result) {

@@ -26,7 +26,8 @@ QString usage()
                           "  bootmode | start-program | stop-program\n") +
            RecordCommandsUsage() +
            QStringLiteral("  reset-counter 1|2|3\n"
-                          "  firmware read FILE | firmware write FILE\n"
+                          "  firmware read FILE | firmware write [--backup] FILE\n"
+                          "                                    --backup: first save the grip's program in the Backups folder\n"
                           "  library list | show ID | export FILE | import FILE | delete ID\n"
                           "  ports [DEVICE...]                 the serial ports and what stands in the way of each\n"
                           "\n"

@@ -239,6 +239,14 @@ void SaveFirmwareFile(const QString& path, const FirmwareFile& image)
     });
 }
 
+void TakeBuilds(FirmwareFile& image, const cGunInfo& gunInfo)
+{
+    image.Firmware = gunInfo.FirmwareBuild();
+    image.Boot = gunInfo.BootBuild();
+    image.Protocol = gunInfo.ProtocolBuild();
+    image.Hardware = gunInfo.HardwareBuild();
+}
+
 bool checkFirmwareVersion(const FirmwareFile& file, const cGunInfo& gunInfo)
 {
     return PassErrors(kModule, kRevision, QStringLiteral("checkFirmwareVersion"), [&] {

@@ -60,6 +60,10 @@ void SaveFirmwareFile(const QString& path, const FirmwareFile& image);
 QString FirmwareFileText(const FirmwareFile& image);
 FirmwareFile ParseFirmwareText(const QString& text);
 
+// Names the builds of the grip the gun information describes in the image's header (an image
+// read from that grip).
+void TakeBuilds(FirmwareFile& image, const cGunInfo& gunInfo);
+
 // Whether a loaded file may be written to the grip the gun information describes: the grip's boot
 // and hardware builds must lie in the file's Boot and Hardware ranges. The gun information must
 // be fresh.

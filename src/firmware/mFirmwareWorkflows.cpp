@@ -3,6 +3,7 @@
 #include "base/mErrorReport.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
+#include "firmware/mFirmwareBackup.h"
 #include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
 
@@ -88,6 +89,37 @@ void stopProgramUnlessInBootCode(cGripSession& session, Procedure& proc, const Q
     }
 }
 
+// Backs the grip's program up before the write and tells where. Its errors name the backup step;
+// those of the write go on naming the step before it, as they always have.
+QString backUpProgram(cGripSession& session, Procedure& proc, const QString& step, const tUploadOptions& options)
+{
+    const QString previous = proc.name();
+    proc.setName(step);
+    mMain::UI().setStepText(kStatusBackingUp);
+    const QString path = mFirmwareBackup::BackUp(session, options.backupFolder);
+    proc.setName(previous);
+    if (options.backedUp)
+        options.backedUp(path);
+    return path;
+}
+
+// Writes the image and reads the grip's program back. An error after a backup says where the
+// backup is.
+void writeAndReadBack(cGripSession& session, const FirmwareFile& image, FirmwareFile& readBack, const QString& backup)
+{
+    cUserInterface& ui = mMain::UI();
+    try {
+        ui.setStepText(kStatusUploading);
+        mCommSupport::ULFirmware(session, image);
+        ui.setStepText(kStatusVerifying);
+        mCommSupport::DLFirmware(session, readBack);
+    } catch (MarloError& e) {
+        if (!backup.isEmpty())
+            e.addHint(mFirmwareBackup::BackedUpHint(backup));
+        throw;
+    }
+}
+
 bool confirmationsOn()
 {
     return mMain::RegistrySettings().ShowConfirmComm();
@@ -115,7 +147,7 @@ QString UploadFailedText()
            QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
 }
 
-FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
+FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller, const tUploadOptions& options)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         WaitPointerScope wait;
@@ -143,14 +175,19 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
             ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
         } else {
             ui.setStepText(kStatusPreparing);
+            const bool backUp = !options.backupFolder.isEmpty();
+            const QString backupStep = caller.procedure + QStringLiteral(" - back up firmware (") + options.backupFolder + QLatin1Char(')');
+            if (backUp) {
+                // A folder that cannot take the backup is refused while the grip still runs its program.
+                proc.setName(backupStep);
+                mFirmwareBackup::PrepareFolder(options.backupFolder);
+            }
             stopProgramUnlessInBootCode(session, proc, caller.procedure, QStringLiteral("upload"));
             ProgressScope progress;
-            progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
-            ui.setStepText(kStatusUploading);
-            mCommSupport::ULFirmware(session, image);
-            ui.setStepText(kStatusVerifying);
+            progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks + (backUp ? mCommSupport::kBlockCount : 0));
+            const QString backup = backUp ? backUpProgram(session, proc, backupStep, options) : QString();
             FirmwareFile readBack;
-            mCommSupport::DLFirmware(session, readBack);
+            writeAndReadBack(session, image, readBack, backup);
             progress.end();
             // The grip runs the new firmware whatever the comparison says.
             mCommSupportHex::GRIPStartProgram(session);
@@ -168,13 +205,13 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
     });
 }
 
-FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller)
+FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller, const tUploadOptions& options)
 {
     CleanUpOnError cleanUp;
     FirmwareResult result = FirmwareResult::Cancelled;
     {
         WaitPointerScope wait;
-        result = UploadFirmware(session, QString(), caller);
+        result = UploadFirmware(session, QString(), caller, options);
     }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
@@ -199,11 +236,7 @@ FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, cons
                 mCommSupport::DLFirmware(session, image);
             }
             RefreshGunInfo(session, true);
-            const cGunInfo& info = session.GunInfo();
-            image.Firmware = info.FirmwareBuild();
-            image.Boot = info.BootBuild();
-            image.Protocol = info.ProtocolBuild();
-            image.Hardware = info.HardwareBuild();
+            mFirmware::TakeBuilds(image, session.GunInfo());
             mFirmware::SaveFirmwareFile(*chosen, image);
             mCommSupportHex::GRIPStartProgram(session);
         }

@@ -4,6 +4,7 @@
 // grip's program into a file. Errors are passed on with the step they happened in; the desktop
 // handlers show them, marlo-cli prints them.
 #include <QString>
+#include <functional>
 
 class cGripSession;
 
@@ -25,12 +26,22 @@ struct tCaller {
     QString procedure;
 };
 
+// What a write does beyond writing.
+struct tUploadOptions {
+    // When set, the grip's program is backed up into this folder after it is stopped and before
+    // the first block is written; without, the write sends what it always has.
+    QString backupFolder{};
+    // Told the backup's path as soon as the backup is saved.
+    std::function<void(const QString& path)> backedUp{};
+};
+
 // Blocks read back after a write (the whole readable program memory).
 constexpr int kReadBackBlocks = 252;
 
 // Texts of the workflows. Lines of one message are joined with CR LF.
 inline const QString kStatusLoading = QStringLiteral("Loading firmwarefile to be uploaded");
 inline const QString kStatusPreparing = QStringLiteral("Preparing grip for upload");
+inline const QString kStatusBackingUp = QStringLiteral("Backing up the grip's firmware...");
 inline const QString kStatusUploading = QStringLiteral("Uploading firmware...");
 inline const QString kStatusVerifying = QStringLiteral("Verifying uploaded firmware...");
 QString VersionMismatchText();
@@ -48,13 +59,15 @@ inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
 // asks for one with the open dialog (cancel ends silently). The steps are shown as the step
 // text and the grip's version at the end as its firmware version. Errors are passed on with the
 // step name ("<caller's procedure> - Check bootmode", ...); the progress display is ended on the
-// way out.
-FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller);
+// way out. With a backup folder, a folder that cannot take the backup is refused before the grip
+// is stopped, and a failed backup starts the program again and writes nothing.
+FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller,
+                              const tUploadOptions& options = {});
 
 // Function > Put > Firmware program: UploadFirmware with the dialog, then the confirmation
 // "Firmware was put." when confirmations are on, whatever the upload ended with. On an error
 // the progress display is ended and the step text restored before the error goes on.
-FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller);
+FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller, const tUploadOptions& options = {});
 
 // Function > Get > Firmware program: stop the program, read the whole program memory, save it
 // with the grip's builds into the file, start the program again and confirm "Firmware was

@@ -58,8 +58,7 @@ cGripHistory::cGripHistory(QString folder) : m_folder(std::move(folder)) {}
 
 QString cGripHistory::DefaultFolder()
 {
-    const QString folder = qEnvironmentVariableIsEmpty("MARLO_HOME") ? mMain::UserDataFolder() : mMain::ProgramFolder();
-    return QDir(folder).filePath(kFolderName);
+    return QDir(mMain::UserFilesFolder()).filePath(kFolderName);
 }
 
 QString cGripHistory::FileOf(const QString& serial) const

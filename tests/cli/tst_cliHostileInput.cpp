@@ -71,6 +71,9 @@ private slots:
             firmware += QByteArray(record) + "\r\n";
         writeFile(m_dir.filePath(QStringLiteral("long.tvf")), firmware);
         writeFile(m_dir.filePath(QStringLiteral("empty.tvf")), QByteArray());
+        // One block for the virtual grip's builds.
+        writeFile(m_dir.filePath(QStringLiteral("fits.tvf")),
+                  ";\r\n; Firmware: 4.0.0\r\n; Boot: 1.2.1\r\n; Protocol: 1.1.1\r\n; Hardware: 1.1.1\r\n:0400400001020304B2\r\n");
         QVERIFY(QDir().mkpath(m_dir.filePath(QStringLiteral("folder"))));
     }
     void init()
@@ -128,6 +131,13 @@ private slots:
                            "Nothing was sent to the grip."};
         QTest::newRow("empty firmware file") << QStringList{"--device", "sim", "firmware", "write", "<empty.tvf>"} << 1
             << QStringList{"Loading firmwarefile to be uploaded", "The file has no firmware header", "error 10012: The format of the versionstring"};
+        // A file stands where the backup folder goes: refused before the grip is stopped.
+        QTest::newRow("backup folder that cannot take the backup") << QStringList{"--device", "sim", "firmware", "write", "--backup", "<fits.tvf>"} << 1
+            << QStringList{"Loading firmwarefile to be uploaded", "Preparing grip for upload",
+                           "The grip's firmware could not be backed up, so nothing was written to the grip.",
+                           "Make the folder writable, or write the firmware without a backup.",
+                           "error 75: Path/File access error: the backup folder " + QDir(m_home).filePath("Backups") +
+                               " cannot take the backup: a file of that name is in the way"};
         QTest::newRow("library that is a folder") << QStringList{"--db", "<folder>", "library", "list"} << 1
             << QStringList{"error 3000: The library file \"" + m_dir.filePath("folder") + "\" is a folder: give the path of a library file."};
     }
@@ -136,6 +146,8 @@ private slots:
         QFETCH(QStringList, arguments);
         QFETCH(int, status);
         QFETCH(QStringList, lines);
+        if (arguments.contains(QStringLiteral("--backup")))
+            writeFile(QDir(m_home).filePath(QStringLiteral("Backups")), "not a folder");
         const Run run = cli(arguments);
         QCOMPARE(run.status, status);
         const QStringList said = run.err.split(QLatin1Char('\n'));

@@ -1,11 +1,13 @@
 // The firmware commands in the main window against the virtual grip: what the window shows
 // during and after a transfer (progress bar, status panels, messages), the commands held while
-// it runs, the command-line upload, and bad files or a failing grip leaving a usable window.
+// it runs, the command-line upload, the backup before a write, and bad files, a failing grip or a
+// backup folder that cannot take the backup leaving a usable window.
 #include "GuiTestSupport.h"
 #include "../firmware/FirmwareTestSupport.h"
 
 #include "base/mErrCodes.h"
 #include "firmware/mFirmware.h"
+#include "firmware/mFirmwareBackup.h"
 #include "sim/GripState.h"
 
 #include <QProgressBar>
@@ -62,12 +64,21 @@ struct Workflow {
 };
 
 // A grip and a file that make an upload fail, the error reported (-1 any) and the step the
-// report names (%1: the file).
+// report names (%1: the file); with the backup on, and a file where its folder should be.
 struct BadUpload {
     QString grip, file;
     int error;
     QString step;
+    bool backup = false, folderBlocked = false;
 };
+
+// The backup folder as a fresh test finds it: none.
+void RemoveBackups()
+{
+    const QString folder = mFirmwareBackup::DefaultFolder();
+    QFile::remove(folder);
+    QDir(folder).removeRecursively();
+}
 
 } // namespace
 
@@ -204,6 +215,34 @@ private slots:
             QCOMPARE(saved.Firmware, QStringLiteral(" 4.0.7"));
         }
     }
+    // With the backup on, a put first reads the grip's program into the backup folder: a step of
+    // its own on panel 3 and the progress bar, and panel 3 names the file afterwards.
+    void putWithBackup()
+    {
+        RemoveBackups();
+        mMain::Application().RegistrySettings().setFirmwareBackup(true);
+        WindowHarness h(QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0"));
+        fTolvaneMan& w = h.open();
+        w.SetPanelText(3, QStringLiteral("Ready"));
+        const QByteArray memory = h.grip.grip.state().memory;
+        h.ui.script.fileAnswers.enqueue(path(QStringLiteral("good.tvf")));
+
+        const Samples s = sample(h, QStringLiteral("mnuULFirmware"));
+        GUITEST_NO_ERRORS(h.ui.script);
+        QCOMPARE(s.maxima, QSet<int>{508});
+        const QStringList steps{"Preparing grip for upload", "Backing up the grip's firmware...", "Uploading firmware...",
+                                "Verifying uploaded firmware..."};
+        QCOMPARE(s.steps.mid(s.steps.indexOf(steps[0])), steps);
+        const QDir folder(mFirmwareBackup::DefaultFolder());
+        const QStringList files = folder.entryList(QDir::Files);
+        QCOMPARE(files.size(), 1);
+        QCOMPARE(w.PanelText(3), QStringLiteral("Firmware backed up to ") + folder.filePath(files[0]));
+        FirmwareFile saved;
+        mFirmware::LoadFirmwareFile(saved, folder.filePath(files[0]));
+        QCOMPARE(saved.Segments.size(), 252);
+        QCOMPARE(bytes(saved.Segments.last().Data), memory.mid(0xFF0, 16));
+        QVERIFY(h.grip.grip.state().memory != memory);
+    }
     void badInputLeavesAUsableWindow_data()
     {
         QTest::addColumn<BadUpload>("badUpload");
@@ -215,14 +254,21 @@ private slots:
         QTest::newRow("garbage") << BadUpload{fits, "garbage.tvf", -1, load};
         QTest::newRow("grip refuses a block halfway") << BadUpload{fits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - stop program for upload"};
         QTest::newRow("grip in boot mode refuses a block") << BadUpload{fits + ",bootmode=1,failblock=50*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - Check bootmode"};
+        QTest::newRow("backup folder that cannot take the backup") << BadUpload{fits, "good.tvf", mErrCodes::RT_FILE_ACCESS, "PrepareFolder", true, true};
+        QTest::newRow("backup that cannot read a block") << BadUpload{fits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_DL_FIRMWARE, "BackUp", true};
     }
     void badInputLeavesAUsableWindow()
     {
         QFETCH(BadUpload, badUpload);
-        const auto& [grip, file, error, step] = badUpload;
+        const auto& [grip, file, error, step, backup, folderBlocked] = badUpload;
 
+        RemoveBackups();
+        if (folderBlocked)
+            mFirmware::SaveFile(mFirmwareBackup::DefaultFolder(), QStringLiteral("not a folder"));
+        mMain::Application().RegistrySettings().setFirmwareBackup(backup);
         WindowHarness h(grip);
         fTolvaneMan& w = h.open();
+        const QByteArray memory = h.grip.grip.state().memory;
         w.SetPanelText(3, QStringLiteral("Ready"));
         const QMap<QString, bool> before = commandStates(&w);
         h.ui.script.fileAnswers.enqueue(path(file));
@@ -246,6 +292,9 @@ private slots:
         QCOMPARE(commandStates(&w), before);
         QCOMPARE(mMain::MousePointerDepth(), 0);
 
+        // Only a failed write changed the grip; no backup was left behind.
+        QCOMPARE(h.grip.grip.state().memory != memory, error == mErrCodes::ERR_UL_FIRMWARE);
+        QVERIFY(QDir(mFirmwareBackup::DefaultFolder()).isEmpty());
         // Usable: a get works, and first starts a program that an error left stopped.
         const bool leftInBootCode = h.grip.grip.state().bootMode;
         QCOMPARE(leftInBootCode, error == mErrCodes::ERR_UL_FIRMWARE);

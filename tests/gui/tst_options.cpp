@@ -210,6 +210,33 @@ private slots:
         QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !showLogToFile);
         QCOMPARE(stored(QStringLiteral("BackwardCompatibleUpload")), showLogToFile ? QStringLiteral("False") : QStringLiteral("True"));
     }
+    void firmwareBackupBox_data()
+    {
+        QTest::addColumn<bool>("on");
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<bool>("after");
+        QTest::newRow("off, ticked, Apply: on") << false << QStringLiteral("cmdApply") << true;
+        QTest::newRow("on, cleared, OK: off") << true << QStringLiteral("cmdOK") << false;
+        QTest::newRow("off, ticked, Cancel: stays off") << false << QStringLiteral("cmdCancel") << false;
+    }
+    void firmwareBackupBox()
+    {
+        QFETCH(bool, on);
+        QFETCH(QString, button);
+        QFETCH(bool, after);
+        ScriptedLibrary library;
+        cRegistrySettings& prefs = Application().RegistrySettings();
+        prefs.setFirmwareBackup(on);
+        fOptions dialog(kGrip);
+        auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkFirmwareBackup"));
+        QCOMPARE(box->text(), QStringLiteral("Back up the grip's firmware before writing new firmware"));
+        QCOMPARE(box->isChecked(), on);
+        box->setChecked(!on);
+        run(&dialog, button);
+        QCOMPARE(prefs.FirmwareBackup(), after);
+        QCOMPARE(stored(QStringLiteral("FirmwareBackup")), cRegistrySettings::BoolText(after));
+        GUITEST_NO_ERRORS(library.ui.script);
+    }
     void ctrlTabAndOnlyCtrlTab_data()
     {
         QTest::addColumn<TabKey>("row");

@@ -1,6 +1,7 @@
 #include "gui/common/mGUISupport.h"
 #include "gui/shell/fOptions.h"
 
+#include "firmware/mFirmwareBackup.h"
 #include "grip/cGunInfo.h"
 #include "gui/common/KeyPreview.h"
 #include "gui/common/mLabels.h"
@@ -10,6 +11,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -146,6 +148,9 @@ void fOptions::createGeneralPage(QWidget* page)
     chkShowSplash = MakeCheckBox(page, QStringLiteral("chkShowSplash"), tr("Show splashscreen on startup"));
     chkConfirm = MakeCheckBox(page, QStringLiteral("chkConfirm"), tr("Show confirmation after grip communication"));
     chkBackwardCompatibleUpload = MakeCheckBox(page, QStringLiteral("chkBackwardCompatibleUpload"), tr("Backward Compatible Upload"));
+    chkFirmwareBackup = MakeCheckBox(page, QStringLiteral("chkFirmwareBackup"), tr("Back up the grip's firmware before writing new firmware"),
+                                     tr("A write first reads the grip's program into a file in %1; writing that file back restores the grip.")
+                                         .arg(QDir::toNativeSeparators(mFirmwareBackup::DefaultFolder())));
 
     fraDataPath = MakeControl<QGroupBox>(page, QStringLiteral("fraDataPath"));
     fraDataPath->setTitle(tr("Database path"));
@@ -184,6 +189,7 @@ void fOptions::createGeneralPage(QWidget* page)
     layout->addWidget(chkShowSplash);
     layout->addWidget(chkConfirm);
     layout->addWidget(chkBackwardCompatibleUpload);
+    layout->addWidget(chkFirmwareBackup);
     layout->addWidget(fraDataPath);
     layout->addWidget(fraGripSync);
     layout->addStretch(1);
@@ -288,6 +294,7 @@ void fOptions::Form_Load()
         chkConfirm->setChecked(prefs.ShowConfirmComm());
         chkBackwardCompatibleUpload->setChecked(m_gunInfo.BackwardCompatibleUpload());
         chkBackwardCompatibleUpload->setVisible(prefs.ShowLogToFile());
+        chkFirmwareBackup->setChecked(prefs.FirmwareBackup());
         chkLogCommToFile->setChecked(prefs.CommLogToFile());
         chkLogCommToConsole->setChecked(prefs.CommLogToConsole());
         for (int i = 0; i <= 3 && i < cboPort->count(); ++i) {
@@ -411,6 +418,7 @@ bool fOptions::ApplyChanges()
         prefs.setCommDevice(ChosenDevice());
         prefs.setShowSplash(chkShowSplash->isChecked());
         prefs.setShowConfirmComm(chkConfirm->isChecked());
+        prefs.setFirmwareBackup(chkFirmwareBackup->isChecked());
         prefs.setCommLogToFile(chkLogCommToFile->isChecked());
         prefs.setCommLogToConsole(chkLogCommToConsole->isChecked());
         if (prefs.ShowLogToFile())

@@ -1,6 +1,7 @@
 #pragma once
 // The options dialog: the preferences on two pages, "General" (splash, confirmations, the
-// library file) and "Communication" (traffic logs, the serial port and the device to open),
+// firmware backup, the library file) and "Communication" (traffic logs, the serial port and the
+// device to open),
 // written back with Apply or OK.
 #include "link/mSerialDevices.h"
 
@@ -79,6 +80,7 @@ private:
     QCheckBox* chkShowSplash = nullptr;
     QCheckBox* chkConfirm = nullptr;
     QCheckBox* chkBackwardCompatibleUpload = nullptr;
+    QCheckBox* chkFirmwareBackup = nullptr;
     QGroupBox* fraDataPath = nullptr;
     QLineEdit* txtDBPath = nullptr;
     QPushButton* cmdBrowseDBPath = nullptr;

@@ -186,6 +186,9 @@ private:
     void LayoutToolButtons();
     void ReadCommandLine();
     void UploadFirmware(const QString& file);
+    // Runs a firmware write with the grip's firmware backed up first when the preferences say
+    // so; the step panel then says where the backup went.
+    void WriteFirmware(const std::function<void(const mFirmwareWorkflows::tUploadOptions&)>& write);
     // The names the firmware workflows run under in this window.
     static const mFirmwareWorkflows::tCaller kUploadFirmware;
     static const mFirmwareWorkflows::tCaller kDownloadFirmware;

@@ -3,6 +3,7 @@
 // info, or a double-click on the firmware-version panel).
 #include "gui/shell/fTolvaneMan.h"
 
+#include "firmware/mFirmwareBackup.h"
 #include "firmware/mFirmwareWorkflows.h"
 #include "gui/grip/fBuildInfo.h"
 #include "gui/link/cCommConsoleWindow.h"
@@ -13,6 +14,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDir>
 #include <QLabel>
 #include <QPointer>
 #include <QTimer>
@@ -104,17 +106,32 @@ void fTolvaneMan::setTransferRunning(bool running)
 const mFirmwareWorkflows::tCaller fTolvaneMan::kUploadFirmware{kForm, kRevision, QStringLiteral("UploadFirmware")};
 const mFirmwareWorkflows::tCaller fTolvaneMan::kDownloadFirmware{kForm, kRevision, QStringLiteral("mnuDLFirmware_Click")};
 
-void fTolvaneMan::UploadFirmware(const QString& file)
+void fTolvaneMan::WriteFirmware(const std::function<void(const mFirmwareWorkflows::tUploadOptions&)>& write)
 {
     FirmwareTransferScope transfer(*this);
-    mFirmwareWorkflows::UploadFirmware(m_session, file, kUploadFirmware);
+    QString backup;
+    mFirmwareWorkflows::tUploadOptions options;
+    if (Application().RegistrySettings().FirmwareBackup())
+        options.backupFolder = mFirmwareBackup::DefaultFolder();
+    options.backedUp = [&backup](const QString& path) { backup = path; };
+    write(options);
+    if (!backup.isEmpty())
+        SetPanelText(kPanelStep, tr("Firmware backed up to %1").arg(QDir::toNativeSeparators(backup)));
+}
+
+void fTolvaneMan::UploadFirmware(const QString& file)
+{
+    WriteFirmware([&](const mFirmwareWorkflows::tUploadOptions& options) {
+        mFirmwareWorkflows::UploadFirmware(m_session, file, kUploadFirmware, options);
+    });
 }
 
 void fTolvaneMan::mnuULFirmware_Click()
 {
     Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
-        FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::PutFirmwareProgram(m_session, kUploadFirmware);
+        WriteFirmware([&](const mFirmwareWorkflows::tUploadOptions& options) {
+            mFirmwareWorkflows::PutFirmwareProgram(m_session, kUploadFirmware, options);
+        });
     });
 }
 
