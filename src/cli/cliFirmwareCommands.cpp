@@ -6,6 +6,7 @@
 #include "base/mErrCodes.h"
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/cGripSession.h"
+#include "shell/cApplication.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -46,7 +47,7 @@ int RunFirmwareCommand(CliContext& ctx)
     FirmwareResult result = FirmwareResult::Cancelled;
     if (action == QLatin1String("read")) {
         requireFolder(file);
-        result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, file, kRead);
+        result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, ctx.application->RegistrySettings(), file, kRead);
     } else {
         result = mFirmwareWorkflows::UploadFirmware(*ctx.session, file, kWrite);
     }

@@ -1,5 +1,6 @@
 #include "firmware/mFirmwareWorkflows.h"
 
+#include "base/cRegistrySettings.h"
 #include "base/mErrorReport.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
@@ -88,11 +89,6 @@ void stopProgramUnlessInBootCode(cGripSession& session, Procedure& proc, const Q
     }
 }
 
-bool confirmationsOn()
-{
-    return mMain::RegistrySettings().ShowConfirmComm();
-}
-
 } // namespace
 
 QString VersionMismatchText()
@@ -168,7 +164,7 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
     });
 }
 
-FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller)
+FirmwareResult PutFirmwareProgram(cGripSession& session, const cRegistrySettings& preferences, const tCaller& caller)
 {
     CleanUpOnError cleanUp;
     FirmwareResult result = FirmwareResult::Cancelled;
@@ -178,12 +174,13 @@ FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller)
     }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
-    if (confirmationsOn())
+    if (preferences.ShowConfirmComm())
         mMain::ShowConfirm(kFirmwarePut);
     return result;
 }
 
-FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
+FirmwareResult DownloadFirmware(cGripSession& session, const cRegistrySettings& preferences, const QString& file,
+                                const tCaller& caller)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         {
@@ -207,7 +204,7 @@ FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, cons
             mFirmware::SaveFirmwareFile(*chosen, image);
             mCommSupportHex::GRIPStartProgram(session);
         }
-        if (confirmationsOn())
+        if (preferences.ShowConfirmComm())
             mMain::ShowConfirm(kFirmwareFetched);
         return FirmwareResult::Succeeded;
     });
