@@ -518,7 +518,7 @@ private slots:
             " {\"ID\": \"%2\", \"sName\": \"'; DROP TABLE ta_SetsTemplate; --\", \"UserVariables\": [{\"sName\": \"n\", \"sValue\": \"\\uffff\"}]},"
             " {\"sName\": \"no key\", \"lGameTime\": 0}]}").arg(kT1, kT5).toUtf8();
         mLibraryExchange::ImportDocument(f.library(), document);
-        mMain::Application().SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
+        f.app().SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
         step(QStringLiteral("imported"));
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
 
@@ -526,7 +526,7 @@ private slots:
         const QString writeTo = qEnvironmentVariable("MARLO_STORAGE_SESSION");
         if (!writeTo.isEmpty())
             LibraryTest::writeFile(writeTo, dump.toUtf8());
-        const QString recorded = QFINDTESTDATA("data/storage_session.txt");
+        const QString recorded = QFINDTESTDATA("library/data/storage_session.txt");
         QVERIFY2(!recorded.isEmpty(), "data/storage_session.txt is missing");
         const QStringList expected = QString::fromUtf8(LibraryTest::fileBytes(recorded)).split(QLatin1Char('\n'));
         const QStringList actual = dump.split(QLatin1Char('\n'));
