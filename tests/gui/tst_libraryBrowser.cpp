@@ -281,15 +281,12 @@ private slots:
         const QList<QDate> days = {QDate(2024, 3, 7), QDate(2023, 12, 25), QDate(2022, 1, 9)};
         QTest::newRow("ST ascending: 10 before 5") << Sorting{three, st, days, {5}, 5, {"0", "10", "20", "5"}};
         QTest::newRow("ST again flips") << Sorting{three, st, days, {5, 5}, 5, {"5", "20", "10", "0"}};
-        QTest::newRow("ST a third time ascends") << Sorting{three, st, days, {5, 5, 5}, 5, {"0", "10", "20", "5"}};
         QTest::newRow("dates by their day first")
             << Sorting{three, st, days, {3}, 3, {"01-Aug-2001", "07-Mar-2024", "09-Jan-2022", "25-Dec-2023"}};
         QTest::newRow("another column starts ascending")
             << Sorting{three, st, days, {5, 5, 2}, 2, {"a", "b", "c", "Factory Default"}};
         QTest::newRow("names alphabetically, whatever the case")
             << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2}, 2, {"Alpha", "beta", "Factory Default", "zeta"}};
-        QTest::newRow("names the other way")
-            << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2, 2}, 2, {"zeta", "Factory Default", "beta", "Alpha"}};
         QTest::newRow("row numbers as text")
             << Sorting{{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {}, {1, 1}, 1,
                        {"9", "8", "7", "6", "5", "4", "3", "2", "10", "1", "0"}};
