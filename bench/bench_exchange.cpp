@@ -4,7 +4,7 @@
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/TrafficLog.h"
@@ -34,7 +34,7 @@ double threadCpuSeconds()
     return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec + (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
-std::unique_ptr<gripsim::PtyServer> startGrip(const QString& options)
+std::unique_ptr<gripsim::PtyServer> startGrip(cRegistrySettings& prefs, const QString& options)
 {
     auto server = std::make_unique<gripsim::PtyServer>(*gripsim::SimOptions::parse(options));
     QString error;
@@ -42,7 +42,7 @@ std::unique_ptr<gripsim::PtyServer> startGrip(const QString& options)
         std::fprintf(stderr, "virtual grip: %s\n", qPrintable(error));
         std::exit(1);
     }
-    mMain::Application().RegistrySettings().overrideCommDevice(server->devicePath());
+    prefs.overrideCommDevice(server->devicePath());
     return server;
 }
 
@@ -54,13 +54,14 @@ int main(int argc, char* argv[])
     QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
     qputenv("MARLO_HOME", home.path().toLocal8Bit());
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     const int rounds = argc > 1 ? QString::fromLocal8Bit(argv[1]).toInt() : 30;
 
     {
-        auto grip = startGrip(QString());
+        auto grip = startGrip(prefs, QString());
         for (int i = 0; i < rounds; ++i)
             link.CommHexData(QByteArray("\x11"), true);
         const auto traffic = grip->grip().traffic();
@@ -72,7 +73,7 @@ int main(int argc, char* argv[])
         std::printf("pause after the code byte: median %.3f ms, max %.3f ms (floor 100 ms, goal 100-103 ms)\n", pause, pauseMax);
     }
     {
-        auto grip = startGrip(QStringLiteral("latency=800"));
+        auto grip = startGrip(prefs, QStringLiteral("latency=800"));
         QElapsedTimer wall;
         const double cpuBefore = threadCpuSeconds();
         wall.start();
@@ -83,6 +84,5 @@ int main(int argc, char* argv[])
         std::printf("CPU while waiting 0.8 s for the grip: %.2f %% of %.3f s (%.1f ms CPU; goal <= 5 %%)%s\n",
                     100.0 * cpu / elapsed, elapsed, cpu * 1e3, report.isEmpty() ? "  [no answer!]" : "");
     }
-    mMain::ReleaseApplication();
     return 0;
 }

@@ -14,7 +14,7 @@
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/SimOptions.h"
@@ -103,12 +103,13 @@ int transfers(QTextStream& out, const QString& folder)
         out << "bench_firmware: cannot start the virtual grip: " << error << '\n';
         return 1;
     }
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     cGripSession session(link);
-    mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
-    mMain::Application().RegistrySettings().setShowConfirmComm(false);
+    prefs.overrideCommDevice(server.devicePath());
+    prefs.setShowConfirmComm(false);
     QuietUi ui;
     mMain::SetUserInterface(&ui);
     const QString fetched = folder + QStringLiteral("/fetched.tvf");
@@ -118,7 +119,7 @@ int transfers(QTextStream& out, const QString& folder)
     int status = 0;
     try {
         measureTransfer(out, QStringLiteral("full read (252 blocks)"), server, [&] {
-            return mFirmwareWorkflows::DownloadFirmware(session, fetched, {QStringLiteral("bench"), QString(), QStringLiteral("download")}) == FirmwareResult::Succeeded ? QString()
+            return mFirmwareWorkflows::DownloadFirmware(session, prefs, fetched, {QStringLiteral("bench"), QString(), QStringLiteral("download")}) == FirmwareResult::Succeeded ? QString()
                                                                                               : QStringLiteral("not read");
         });
         measureTransfer(out, QStringLiteral("full write + verification (253 lines, 252 blocks)"), server, [&] {
@@ -188,6 +189,5 @@ int main(int argc, char* argv[])
     }
     if (!parseOnly)
         status = transfers(out, home.path()) || status;
-    mMain::ReleaseApplication();
     return status;
 }

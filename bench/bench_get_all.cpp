@@ -7,7 +7,7 @@
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 #include "sim/PtyServer.h"
 #include "sim/SimOptions.h"
@@ -40,11 +40,12 @@ int main(int argc, char* argv[])
     if (!grip)
         return 1;
     gripsim::PtyServer& server = *grip;
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     cGripSession session(link);
-    mMain::Application().RegistrySettings().overrideCommDevice(server.devicePath());
+    prefs.overrideCommDevice(server.devicePath());
 
     QList<double> times;
     QList<benchfloor::Floor> floors;
@@ -65,6 +66,5 @@ int main(int argc, char* argv[])
     server.stop();
 
     benchfloor::PrintRuns(out, QStringLiteral("bench_get_all: get all"), times, floors, kBaud, kGoal);
-    mMain::ReleaseApplication();
     return 0;
 }

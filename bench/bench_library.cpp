@@ -67,6 +67,8 @@ bool freshCopy(const QString& path)
 
 Round oneRound(const QByteArray& json, const QString& folder, int round)
 {
+    cRegistrySettings prefs;
+    auto application = std::make_unique<cApplication>(prefs);
     Round r;
     QElapsedTimer clock;
 
@@ -74,7 +76,7 @@ Round oneRound(const QByteArray& json, const QString& folder, int round)
     const QString library = QDir(folder).filePath(QStringLiteral("library-%1.mdb").arg(round));
     freshCopy(library);
     mDatabase::SetPathOverride(library);
-    cColSetsTemplate& collection = mMain::Application().colSetsTemplate();
+    cColSetsTemplate& collection = application->colSetsTemplate();
     clock.start();
     mLibraryExchange::ImportDocument(collection, json);
     const qint64 imported = clock.nsecsElapsed();
@@ -85,11 +87,11 @@ Round oneRound(const QByteArray& json, const QString& folder, int round)
     r.importAndSave = clock.nsecsElapsed() / 1e9;
     r.save = (clock.nsecsElapsed() - imported) / 1e9;
     mDatabase::DisconnectDB();
-    mMain::ReleaseApplication();
+    application = std::make_unique<cApplication>(prefs);
 
     // Load: opening the library and reading every template with its variables.
     clock.start();
-    cColSetsTemplate& loaded = mMain::Application().colSetsTemplate();
+    cColSetsTemplate& loaded = application->colSetsTemplate();
     r.load = clock.nsecsElapsed() / 1e9;
     if (loaded.Count() != kTemplates)
         std::fprintf(stderr, "loaded %d templates instead of %d\n", loaded.Count(), kTemplates);
@@ -105,7 +107,7 @@ Round oneRound(const QByteArray& json, const QString& folder, int round)
     if (listing.isEmpty() || listed.isEmpty())
         std::fprintf(stderr, "nothing listed\n");
     mDatabase::DisconnectDB();
-    mMain::ReleaseApplication();
+    application.reset();
     mDatabase::SetPathOverride(QString());
 
     // The same inserts straight to SQLite.

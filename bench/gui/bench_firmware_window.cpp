@@ -10,7 +10,6 @@
 #include "base/MarloError.h"
 #include "firmware/mFirmware.h"
 #include "grip/cGripSession.h"
-#include "grip/mModes.h"
 #include "gui/link/fCommConsole.h"
 #include "gui/shell/QtUserInterface.h"
 #include "gui/shell/fTolvaneMan.h"
@@ -160,19 +159,20 @@ int main(int argc, char* argv[])
     BenchUi ui;
     mMain::SetUserInterface(&ui);
     QFile::copy(QCoreApplication::applicationDirPath() + QStringLiteral("/instdbxx.tmp"), home.filePath(QStringLiteral("instdbxx.tmp")));
-    cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+    cRegistrySettings prefs;
+    cApplication application(prefs);
     prefs.setShowSplash(false);
-    if (!mMain::CheckForDB()) {
+    if (!mMain::CheckForDB(prefs)) {
         out << "bench_firmware_window: no library (instdbxx.tmp beside the benchmark?)\n";
         return 1;
     }
     // The program's way to the grip, and the mode tables its window shows.
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cLink link(&port, linkSettings);
     cGripSession session(link);
-    mModes::FiringModesGlobalArraySet(session.Supports());
-    mModes::HyperModesGlobalArraySet(session.Supports());
+    session.Modes().FiringModesGlobalArraySet();
+    session.Modes().HyperModesGlobalArraySet();
 
     QString error;
     gripsim::PtyServer server(*gripsim::SimOptions::parse(kGrip.arg(kBaud), &error));
@@ -186,7 +186,7 @@ int main(int argc, char* argv[])
 
     int status = 0;
     {
-        fTolvaneMan window(session);
+        fTolvaneMan window(session, application);
         window.setCommandLine({});
         // The product's wait after the code byte, timed (the replaced sleep stands in for it).
         window.Link().SetSleepFunction([&ui](qint32 ms) {
@@ -278,6 +278,5 @@ int main(int argc, char* argv[])
     }
     server.stop();
     mMain::SetUserInterface(nullptr);
-    mMain::ReleaseApplication();
     return status;
 }

@@ -49,14 +49,16 @@ int main(int argc, char** argv)
     const QString templ = QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR", QCoreApplication::applicationDirPath()))
                               .filePath(mDatabase::kTemplateFileName);
     QFile::copy(templ, mMain::ProgramFile(mDatabase::kTemplateFileName));
-    if (!mMain::CheckForDB()) {
+    cRegistrySettings prefs;
+    auto application = std::make_unique<cApplication>(prefs);
+    if (!mMain::CheckForDB(prefs)) {
         std::fprintf(stderr, "no library template at %s\n", qPrintable(templ));
         return 1;
     }
 
     // 1,000 templates with varied texts and numbers, written to the file and read back.
     for (int n = 0; n < kTemplates; ++n) {
-        const auto record = mMain::Application().colSetsTemplate().Add();
+        const auto record = application->colSetsTemplate().Add();
         record->setsName(QStringLiteral("Template %1 \"%2\"").arg(n).arg(QChar(0x3b1 + n % 20)));
         record->setdtDate(QDateTime(QDate(2001, 8, 1).addDays(n * 7), QTime(12, 0)));
         record->setlShotTime(n % 20 + 1);
@@ -67,12 +69,12 @@ int main(int argc, char** argv)
     }
     {
         QSqlDatabase connection;
-        mMain::Application().colSetsTemplate().Save(connection);
+        application->colSetsTemplate().Save(connection);
     }
-    mMain::ReleaseApplication();
+    application = std::make_unique<cApplication>(prefs); // as the next start
     QElapsedTimer load;
     load.start();
-    auto& library = mMain::Application().colSetsTemplate();
+    auto& library = application->colSetsTemplate();
     const double loadMs = ms(load);
     const QString active = library.Item(kTemplates / 2)->ID();
     mDatabase::DisconnectDB();
@@ -85,7 +87,7 @@ int main(int argc, char** argv)
     for (int round = 0; round < kRounds; ++round) {
         QElapsedTimer timer;
         timer.start();
-        fLibSets browser;
+        fLibSets browser(*application);
         browser.ActivateItem(active);
         browser.show();
         settle();

@@ -83,19 +83,20 @@ int startOnce(int argc, char* argv[])
     QApplication app(argc, argv);
     QtUserInterface ui;
     mMain::SetUserInterface(&ui);
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     cGripSession session(link);
-    auto window = mMain::StartUp(session);
+    cApplication application(prefs);
+    auto window = mMain::StartUp(session, application);
     if (!window)
         return 1;
     QCoreApplication::processEvents(); // the first activation
     const double ms = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    const bool active = window->ActiveSetting() && window->ActiveSetting()->ID() == mMain::Application().RegistrySettings().LastKey();
-    QTextStream(stdout) << ms << ' ' << (active ? 1 : 0) << ' ' << mMain::Application().colSetsTemplate().Count() << '\n';
+    const bool active = window->ActiveSetting() && window->ActiveSetting()->ID() == prefs.LastKey();
+    QTextStream(stdout) << ms << ' ' << (active ? 1 : 0) << ' ' << application.colSetsTemplate().Count() << '\n';
     window.reset();
-    mMain::ReleaseApplication();
     mDatabase::DisconnectDB();
     mMain::SetUserInterface(nullptr);
     return 0;

@@ -47,10 +47,11 @@ int main(int argc, char* argv[])
     gripsim::PtyServer& server = *grip;
     QtUserInterface ui;
     mMain::SetUserInterface(&ui);
-    cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+    cRegistrySettings prefs;
+    cApplication application(prefs);
     prefs.overrideCommDevice(server.devicePath());
     prefs.setShowConfirmComm(false);
-    if (!mMain::CheckForDB()) {
+    if (!mMain::CheckForDB(prefs)) {
         out << "bench_window_get_all: no library\n";
         return 1;
     }
@@ -58,10 +59,10 @@ int main(int argc, char* argv[])
     QList<benchfloor::Floor> floors;
     {
         cSerialPort port;
-        const cPreferencesLinkSettings linkSettings;
+        const cPreferencesLinkSettings linkSettings(prefs);
         cLink link(&port, linkSettings);
         cGripSession session(link);
-        fTolvaneMan window(session);
+        fTolvaneMan window(session, application);
         window.setCommandLine({});
         window.show();
         QCoreApplication::processEvents();
@@ -77,7 +78,6 @@ int main(int argc, char* argv[])
     }
     server.stop();
     benchfloor::PrintRuns(out, QStringLiteral("bench_window_get_all: get through the window"), times, floors, kBaud, kGoal);
-    mMain::ReleaseApplication();
     mDatabase::DisconnectDB();
     mMain::SetUserInterface(nullptr);
     return 0;

@@ -4,29 +4,22 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <memory>
 
 namespace mMain {
 namespace {
 
-cHeadlessUserInterface& headlessUi()
-{
-    static cHeadlessUserInterface ui;
-    return ui;
-}
-
+// What the services hold for the whole run, made before main starts (never on first use): the
+// headless services answer until a front end installs its own.
 struct State {
+    cHeadlessUserInterface headless;
     cUserInterface* ui = nullptr;
-    std::unique_ptr<cRegistrySettings> registrySettings;
     qint32 mousePointerDepth = 0;
     QString programVersion = kProgramVersion;
 };
 
-State& state()
-{
-    static State s;
-    return s;
-}
+State g_state;
+
+State& state() { return g_state; }
 
 } // namespace
 
@@ -78,20 +71,10 @@ QString ProgramFile(const QString& name)
 cUserInterface& UI()
 {
     cUserInterface* ui = state().ui;
-    return ui ? *ui : headlessUi();
+    return ui ? *ui : state().headless;
 }
 
 void SetUserInterface(cUserInterface* ui) { state().ui = ui; }
-
-cRegistrySettings& RegistrySettings()
-{
-    auto& settings = state().registrySettings;
-    if (!settings)
-        settings = std::make_unique<cRegistrySettings>();
-    return *settings;
-}
-
-void ReleaseRegistrySettings() { state().registrySettings.reset(); }
 
 void ShowConfirm(const QString& text)
 {

@@ -1,8 +1,8 @@
 #pragma once
 // The part of module mMain that every layer uses: the program's version and folder, the
 // user-interface services in force, the nested wait pointer, the progress display,
-// confirmations and the preferences object. The application object stays with start-up
-// (shell/mMain.h).
+// and confirmations. The preferences store (cRegistrySettings) and the application object are
+// built by each program and handed down.
 #include "base/cRegistrySettings.h"
 #include "base/cUserInterface.h"
 
@@ -45,12 +45,6 @@ QString ProgramFile(const QString& name);
 cUserInterface& UI();
 // Installs the services; the caller keeps ownership. nullptr restores the headless ones.
 void SetUserInterface(cUserInterface* ui);
-
-// The preferences object, made on first use. The application object hands out this one
-// (cApplication::RegistrySettings); the link, the library and the firmware reach it here.
-cRegistrySettings& RegistrySettings();
-// Drops the preferences object, without saving (the application object's release does).
-void ReleaseRegistrySettings();
 
 void ShowConfirm(const QString& text);
 

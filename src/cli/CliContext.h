@@ -1,6 +1,6 @@
 #pragma once
-// What every marlo-cli command gets: its words, the global options, the output streams and the
-// session with the grip.
+// What every marlo-cli command gets: its words, the global options, the output streams, the
+// session with the grip and the application object (library and preferences).
 // Commands throw MarloError for failures (exit 1) and CliUsageError for wrong usage (exit 2);
 // a grip that refused (negative answer recorded in the session's cError) makes the command return
 // ExitRefused.
@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <stdexcept>
 
+class cApplication;
 class cGripSession;
 
 enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3 };
@@ -30,6 +31,7 @@ struct CliContext {
     QTextStream* out = nullptr;
     QTextStream* err = nullptr;
     cGripSession* session = nullptr; // the grip the commands talk to (main makes it)
+    cApplication* application = nullptr; // the library and the preferences (main makes it)
 };
 
 // Text from options, files or the library as it may go to the terminal: control characters

@@ -7,6 +7,7 @@
 #include "firmware/mFirmwareBackup.h"
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/cGripSession.h"
+#include "shell/cApplication.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -53,7 +54,7 @@ int RunFirmwareCommand(CliContext& ctx)
     FirmwareResult result = FirmwareResult::Cancelled;
     if (action == QLatin1String("read")) {
         requireFolder(file);
-        result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, file, kRead);
+        result = mFirmwareWorkflows::DownloadFirmware(*ctx.session, ctx.application->RegistrySettings(), file, kRead);
     } else {
         mFirmwareWorkflows::tUploadOptions options;
         if (backup)

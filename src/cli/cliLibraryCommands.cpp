@@ -72,7 +72,7 @@ private:
 // and the services restored at the end.
 class LibraryRun {
 public:
-    explicit LibraryRun(const CliContext& ctx) : m_previous(mMain::UI()), m_ui(m_previous)
+    explicit LibraryRun(const CliContext& ctx) : m_application(*ctx.application), m_previous(mMain::UI()), m_ui(m_previous)
     {
         if (!ctx.db.isEmpty())
             mDatabase::SetPathOverride(QFileInfo(ctx.db).absoluteFilePath());
@@ -92,7 +92,7 @@ public:
     // The library, loaded; nothing when it could not be found or read (the reason is shown).
     cColSetsTemplate* open()
     {
-        if (!mMain::CheckForDB()) {
+        if (!mMain::CheckForDB(m_application.RegistrySettings())) {
             if (failed())
                 return nullptr; // the reason is shown already
             RaiseError(mErrCodes::RT_FILE_NOT_FOUND, mMain::kModule, mDatabase::kCannotContinueText);
@@ -101,13 +101,14 @@ public:
             return nullptr;
         if (!mMain::ConnectDB().isOpen() || failed())
             return nullptr;
-        cColSetsTemplate& library = mMain::Application().colSetsTemplate();
+        cColSetsTemplate& library = m_application.colSetsTemplate();
         // Rows that could not be read are reported and left out; any other failure of the load
         // leaves no library to work on.
         return m_ui.errors > m_ui.rowErrors ? nullptr : &library;
     }
 
 private:
+    cApplication& m_application;
     cUserInterface& m_previous;
     CountingUi m_ui;
 };
@@ -248,7 +249,7 @@ int RunLibraryCommand(CliContext& ctx)
             mLibraryExchange::ExportFile(*library, file);
         }
     } else {
-        cApplication& application = mMain::Application();
+        cApplication& application = *ctx.application;
         if (command == QLatin1String("delete")) {
             findTemplate(*library, ctx.words[1])->setIsDeleted(true);
             application.SaveLibraryOrThrow();

@@ -114,11 +114,13 @@ int main(int argc, char* argv[])
     mMain::SetUserInterface(&ui);
     mMain::CheckErrorComponent();
     cSerialPort::SetDeviceResolver(SimDevice::Resolve);
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     link.SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
     cGripSession session(link);
+    cApplication application(prefs);
     ui.setLink(&link);
 
     if (parser.isSet(deviceOption)) {
@@ -131,7 +133,7 @@ int main(int argc, char* argv[])
             err << "marlo-cli: --device '" << CliText(device) << "': " << CliText(problem) << '\n';
             return ExitUsage;
         }
-        mMain::Application().RegistrySettings().overrideCommDevice(device);
+        prefs.overrideCommDevice(device);
     }
 
     if (parser.isSet(dbOption) && parser.value(dbOption).trimmed().isEmpty()) {
@@ -141,7 +143,7 @@ int main(int argc, char* argv[])
 
     // Values of the preferences that cannot be read stand at their defaults: said once, and the
     // command still runs.
-    const QStringList unreadable = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences());
+    const QStringList unreadable = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences(prefs));
     for (qsizetype line = 0; line < unreadable.size(); ++line)
         err << (line == 0 ? "marlo-cli: " : "  ") << CliText(unreadable[line]) << '\n';
     err.flush();
@@ -152,6 +154,7 @@ int main(int argc, char* argv[])
     ctx.out = &out;
     ctx.err = &err;
     ctx.session = &session;
+    ctx.application = &application;
     const QString command = words.takeFirst();
     ctx.words = words;
     const int status = run(ctx, ui, command);
@@ -159,7 +162,6 @@ int main(int argc, char* argv[])
     out.flush();
     err.flush();
     SimDevice::Stop();
-    mMain::ReleaseApplication();
     mMain::SetUserInterface(nullptr);
     return status;
 }

@@ -1,5 +1,6 @@
 #include "firmware/mFirmwareWorkflows.h"
 
+#include "base/cRegistrySettings.h"
 #include "base/mErrorReport.h"
 #include "firmware/mCommSupport.h"
 #include "firmware/mFirmware.h"
@@ -120,11 +121,6 @@ void writeAndReadBack(cGripSession& session, const FirmwareFile& image, Firmware
     }
 }
 
-bool confirmationsOn()
-{
-    return mMain::RegistrySettings().ShowConfirmComm();
-}
-
 } // namespace
 
 QString VersionMismatchText()
@@ -205,7 +201,8 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
     });
 }
 
-FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller, const tUploadOptions& options)
+FirmwareResult PutFirmwareProgram(cGripSession& session, const cRegistrySettings& preferences, const tCaller& caller,
+                                  const tUploadOptions& options)
 {
     CleanUpOnError cleanUp;
     FirmwareResult result = FirmwareResult::Cancelled;
@@ -215,12 +212,13 @@ FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller, 
     }
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
-    if (confirmationsOn())
+    if (preferences.ShowConfirmComm())
         mMain::ShowConfirm(kFirmwarePut);
     return result;
 }
 
-FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
+FirmwareResult DownloadFirmware(cGripSession& session, const cRegistrySettings& preferences, const QString& file,
+                                const tCaller& caller)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
         {
@@ -240,7 +238,7 @@ FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, cons
             mFirmware::SaveFirmwareFile(*chosen, image);
             mCommSupportHex::GRIPStartProgram(session);
         }
-        if (confirmationsOn())
+        if (preferences.ShowConfirmComm())
             mMain::ShowConfirm(kFirmwareFetched);
         return FirmwareResult::Succeeded;
     });

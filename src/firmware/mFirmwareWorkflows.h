@@ -7,6 +7,7 @@
 #include <functional>
 
 class cGripSession;
+class cRegistrySettings;
 
 enum class FirmwareResult {
     Cancelled,       // the file dialog was cancelled: nothing happened
@@ -65,15 +66,18 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
                               const tUploadOptions& options = {});
 
 // Function > Put > Firmware program: UploadFirmware with the dialog, then the confirmation
-// "Firmware was put." when confirmations are on, whatever the upload ended with. On an error
-// the progress display is ended and the step text restored before the error goes on.
-FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller, const tUploadOptions& options = {});
+// "Firmware was put." when the preferences ask for confirmations (ShowConfirmComm), whatever the
+// upload ended with. On an error the progress display is ended and the step text restored before
+// the error goes on.
+FirmwareResult PutFirmwareProgram(cGripSession& session, const cRegistrySettings& preferences, const tCaller& caller,
+                                  const tUploadOptions& options = {});
 
 // Function > Get > Firmware program: stop the program, read the whole program memory, save it
 // with the grip's builds into the file, start the program again and confirm "Firmware was
-// fetched." when confirmations are on. An empty file asks with the save dialog (cancel ends
-// silently). Errors are passed on with the step name ("<caller's procedure> - Check bootmode",
-// ...); the progress display is ended on the way out.
-FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, const tCaller& caller);
+// fetched." when the preferences ask for confirmations. An empty file asks with the save dialog
+// (cancel ends silently). Errors are passed on with the step name ("<caller's procedure> - Check
+// bootmode", ...); the progress display is ended on the way out.
+FirmwareResult DownloadFirmware(cGripSession& session, const cRegistrySettings& preferences, const QString& file,
+                                const tCaller& caller);
 
 } // namespace mFirmwareWorkflows

@@ -1,6 +1,7 @@
 #pragma once
 // One conversation with one grip: the link it talks over, and what the program holds of that grip
-// (its six records, its gun information, the feature flags that follow it and its last refusal).
+// (its six records, its gun information, the feature flags that follow it, the mode tables filled
+// from them and its last refusal).
 // The program makes one for its link and hands it to whatever talks to the grip; a test makes a
 // fresh one. Made fresh, every record holds its defaults and the gun information says 4.0.0.
 #include "grip/cBattery.h"
@@ -8,6 +9,7 @@
 #include "grip/cCounters.h"
 #include "grip/cGunInfo.h"
 #include "grip/cHyper.h"
+#include "grip/cModeTables.h"
 #include "grip/cOptions.h"
 #include "grip/cSettings.h"
 #include "grip/cSupports.h"
@@ -35,6 +37,8 @@ public:
     const cGunInfo& GunInfo() const { return m_gunInfo; }
     // The flags read this session's gun information at every question.
     const cSupports& Supports() const { return m_supports; }
+    // The firing-mode and ramping-mode tables, filled from these flags.
+    cModeTables& Modes() { return m_modes; }
     // The grip's last negative answer.
     cError& GripError() { return m_gripError; }
 
@@ -51,5 +55,6 @@ private:
     cHyper m_hyper;
     cGunInfo m_gunInfo;
     cSupports m_supports{m_gunInfo};
+    cModeTables m_modes{m_supports};
     cError m_gripError;
 };

@@ -5,61 +5,6 @@
 
 namespace mModes {
 
-namespace {
-
-using tCaptionCode = QPair<QString, qint32>;
-
-// A table in list order, each entry made by the table's own procedure.
-QList<tModeEntry> makeTable(const QList<tCaptionCode>& modes,
-                            void (*create)(tModeEntry&, const QString&, qint32, const cSupports&), const cSupports& supports)
-{
-    QList<tModeEntry> table(modes.size());
-    for (qsizetype i = 0; i < modes.size(); ++i)
-        create(table[i], modes[i].first, modes[i].second, supports);
-    return table;
-}
-
-} // namespace
-
-QList<tModeEntry>& FiringModes()
-{
-    static QList<tModeEntry> table;
-    return table;
-}
-
-QList<tModeEntry>& HyperModes()
-{
-    static QList<tModeEntry> table;
-    return table;
-}
-
-void FiringModesGlobalArraySet(const cSupports& supports)
-{
-    PassErrors(kModule, kRevision, QStringLiteral("FiringModesGlobalArraySet"), [&] {
-        // The list order is not the code order; the list starts with SemiAuto on purpose.
-        static const QList<tCaptionCode> modes = {
-            {QStringLiteral("SemiAuto"), 1},  {QStringLiteral("Classic"), 0},
-            {QStringLiteral("Sniper"), 6},    {QStringLiteral("Turbo"), 3},
-            {QStringLiteral("Burst"), 2},     {QStringLiteral("NXL Full Auto"), 4},
-            {QStringLiteral("Open Bolt"), 5}, {QStringLiteral("Burst 3"), 8},
-            {QStringLiteral("Ramping"), 16},
-        };
-        FiringModes() = makeTable(modes, CreateFiringModeConst, supports);
-    });
-}
-
-void HyperModesGlobalArraySet(const cSupports& supports)
-{
-    PassErrors(kModule, kRevision, QStringLiteral("HyperModesGlobalArraySet"), [&] {
-        static const QList<tCaptionCode> modes = {
-            {QStringLiteral("Unlimited Ramping"), 1}, {QStringLiteral("100% Ramping"), 2},
-            {QStringLiteral("75% Ramping"), 4},       {QStringLiteral("50% Ramping"), 8},
-            {QStringLiteral("33% Ramping"), 16},
-        };
-        HyperModes() = makeTable(modes, CreateHyperModeConst, supports);
-    });
-}
-
 void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports)
 {
     PassErrors(kModule, kRevision, QStringLiteral("CreateFiringModeConst"), [&] {

@@ -1,6 +1,6 @@
 #pragma once
-// The firing-mode and ramping-mode tables from which the mode lists are filled, each entry
-// marked visible when the connected grip's firmware supports the mode.
+// The entries of the firing-mode and ramping-mode tables (their session keeps them, cModeTables),
+// each marked visible when the connected grip's firmware supports the mode.
 #include <QList>
 #include <QString>
 
@@ -17,14 +17,6 @@ struct tModeEntry {
     qint32 code = 0; // the value sent to the grip
     bool visible = false;
 };
-
-// The global tables (empty until filled).
-QList<tModeEntry>& FiringModes();
-QList<tModeEntry>& HyperModes();
-
-// Fill the tables again; the visible flags follow the grip's feature flags at this moment.
-void FiringModesGlobalArraySet(const cSupports& supports);
-void HyperModesGlobalArraySet(const cSupports& supports);
 
 void CreateFiringModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports);
 void CreateHyperModeConst(tModeEntry& entry, const QString& caption, qint32 code, const cSupports& supports);

@@ -3,7 +3,6 @@
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
 #include "link/cSerialPort.h"
-#include "shell/cApplication.h"
 #include "shell/mMain.h"
 #include "sim/SimDevice.h"
 
@@ -24,7 +23,6 @@ int main(int argc, char* argv[])
 
     const int status = mMain::Main();
 
-    mMain::ReleaseApplication();
     SimDevice::Stop();
     mMain::SetUserInterface(nullptr);
     return status;

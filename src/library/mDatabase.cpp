@@ -50,6 +50,7 @@ FileIdentity identityOf(const QString& path, int* error = nullptr)
 
 struct State {
     QString pathOverride;
+    const cRegistrySettings* preferences = nullptr;
     bool connectionMade = false;
     QString openError;
     // The file the shared connection opened, as it was when it was opened.
@@ -269,12 +270,13 @@ QString schemaProblem(const QString& path)
 
 void SetPathOverride(const QString& path) { state().pathOverride = path; }
 QString PathOverride() { return state().pathOverride; }
+void SetPreferences(const cRegistrySettings* preferences) { state().preferences = preferences; }
 
 QString LibraryPath()
 {
     if (!state().pathOverride.isEmpty())
         return state().pathOverride;
-    const QString configured = mMain::RegistrySettings().DBName();
+    const QString configured = state().preferences ? state().preferences->DBName() : QString();
     return configured.isEmpty() ? cRegistrySettings::DefaultDBName() : configured;
 }
 
@@ -626,12 +628,11 @@ QDateTime ColumnDate(const QSqlRecord& row, const QString& column)
 
 namespace mMain {
 
-bool CheckForDB()
+bool CheckForDB(cRegistrySettings& settings)
 {
     bool result = false;
     ShowErrors(kModule, kRevision, QStringLiteral("CheckForDB"), [&] {
         using namespace mDatabase;
-        cRegistrySettings& settings = RegistrySettings();
         const bool overridden = !PathOverride().isEmpty();
         QString candidate = overridden ? PathOverride() : settings.DBName();
         if (candidate.isEmpty())

@@ -15,11 +15,14 @@
 #include <QVariantList>
 #include <functional>
 
+class cRegistrySettings;
+
 namespace mMain {
 
-// Makes sure a library file exists at the configured path: uses it, or copies the template
-// there, or asks the user for another file. False: there is no library, the program ends.
-bool CheckForDB();
+// Makes sure a library file exists at the path the preferences give: uses it, or copies the
+// template there, or asks the user for another file (which the preferences then keep). False:
+// there is no library, the program ends.
+bool CheckForDB(cRegistrySettings& settings);
 // The shared connection, opened on the first call. A file that is not a library is reported
 // and the connection stays unopened (no retry during the run).
 QSqlDatabase ConnectDB();
@@ -56,6 +59,10 @@ constexpr qint32 RT_INVALID_USE_OF_NULL = 94;
 // Empty: none.
 void SetPathOverride(const QString& path);
 QString PathOverride();
+// The preferences whose DBName names the library file. The shared connection is made deep inside
+// a record's load or save, which is not handed them: the application object sets its own for its
+// lifetime (nullptr: none, and only the override or the default file count).
+void SetPreferences(const cRegistrySettings* preferences);
 // The library file in force: the override, else DBName, else the default file.
 QString LibraryPath();
 // The template every new library is copied from: in the program's folder, else beside the

@@ -1,11 +1,12 @@
 #include "link/cPreferencesLinkSettings.h"
 
+#include "base/cRegistrySettings.h"
 #include "base/mServices.h"
 
-QString cPreferencesLinkSettings::CommDevice() const { return mMain::RegistrySettings().CommDevice(); }
-qint32 cPreferencesLinkSettings::CommPort() const { return mMain::RegistrySettings().CommPort(); }
-QString cPreferencesLinkSettings::CommSettings() const { return mMain::RegistrySettings().CommSettings(); }
-qint32 cPreferencesLinkSettings::CommInputMode() const { return mMain::RegistrySettings().CommInputMode(); }
-bool cPreferencesLinkSettings::CommLogToFile() const { return mMain::RegistrySettings().CommLogToFile(); }
-bool cPreferencesLinkSettings::CommLogToConsole() const { return mMain::RegistrySettings().CommLogToConsole(); }
+QString cPreferencesLinkSettings::CommDevice() const { return m_preferences.CommDevice(); }
+qint32 cPreferencesLinkSettings::CommPort() const { return m_preferences.CommPort(); }
+QString cPreferencesLinkSettings::CommSettings() const { return m_preferences.CommSettings(); }
+qint32 cPreferencesLinkSettings::CommInputMode() const { return m_preferences.CommInputMode(); }
+bool cPreferencesLinkSettings::CommLogToFile() const { return m_preferences.CommLogToFile(); }
+bool cPreferencesLinkSettings::CommLogToConsole() const { return m_preferences.CommLogToConsole(); }
 QString cPreferencesLinkSettings::CommLogFile() const { return mMain::ProgramFile(QStringLiteral("komm.log")); }

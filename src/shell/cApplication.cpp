@@ -7,18 +7,17 @@
 #include <QFileInfo>
 #include <utility>
 
-cApplication::cApplication() = default;
+cApplication::cApplication(cRegistrySettings& preferences) : m_preferences(preferences)
+{
+    mDatabase::SetPreferences(&m_preferences);
+}
 
 cApplication::~cApplication()
 {
     ShowErrors(kClass, kRevision, QStringLiteral("Class_Terminate"), [this] {
         m_colSetsTemplate.reset();
     });
-}
-
-cRegistrySettings& cApplication::RegistrySettings()
-{
-    return mMain::RegistrySettings();
+    mDatabase::SetPreferences(nullptr);
 }
 
 cColSetsTemplate& cApplication::colSetsTemplate()

@@ -1,7 +1,7 @@
 #pragma once
-// The application object: the root of shared state for the whole run. It hands out the
-// preferences (held by mMain::RegistrySettings, which the lower layers reach directly), and owns
-// the library collection (loaded on first use) and the key of the active setting.
+// The application object: the root of shared state for the whole run. The program builds it over
+// the preferences store it built, and hands both down; the application object owns the library
+// collection (loaded on first use) and the key of the active setting.
 #include "base/cRegistrySettings.h"
 #include "library/cColSetsTemplate.h"
 
@@ -13,15 +13,16 @@ public:
     static inline const QString kClass = QStringLiteral("cApplication");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
 
-    cApplication();
-    // Drops the library collection, without saving (mMain::ReleaseApplication drops the
-    // preferences after it).
+    // The caller keeps the preferences, which must outlive the application object; they name the
+    // library file for as long as it lives.
+    explicit cApplication(cRegistrySettings& preferences);
+    // Drops the library collection, without saving.
     ~cApplication();
     cApplication(const cApplication&) = delete;
     cApplication& operator=(const cApplication&) = delete;
 
-    // The preferences object, made on first access (the one mMain::RegistrySettings holds).
-    cRegistrySettings& RegistrySettings();
+    // The preferences it was built over.
+    cRegistrySettings& RegistrySettings() { return m_preferences; }
 
     // The library: made on first access and loaded with every row of the library file.
     cColSetsTemplate& colSetsTemplate();
@@ -68,6 +69,7 @@ private:
     bool libraryFileGone();
     void switchLibraryPath(const QString& from, const QString& to);
 
+    cRegistrySettings& m_preferences;
     std::unique_ptr<cColSetsTemplate> m_colSetsTemplate;
     QString m_activeKey;
     // Said once the library written anew is all written (a failed save leaves it to the next).

@@ -2,40 +2,12 @@
 
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
-#include "shell/cApplication.h"
-
-#include <memory>
 
 namespace mMain {
-namespace {
 
-std::unique_ptr<cApplication>& application()
+tUnreadablePreferences UnreadablePreferences(const cRegistrySettings& preferences)
 {
-    static std::unique_ptr<cApplication> app;
-    return app;
-}
-
-} // namespace
-
-cApplication& Application()
-{
-    auto& app = application();
-    if (!app)
-        app = std::make_unique<cApplication>();
-    return *app;
-}
-
-void ReleaseApplication()
-{
-    application().reset();
-    // The application object drops the preferences with it; they may have been made without it
-    // (the link reaches them directly), and go all the same.
-    ReleaseRegistrySettings();
-}
-
-tUnreadablePreferences UnreadablePreferences()
-{
-    return Application().RegistrySettings().Unreadable() + cOptions::UnreadableValues() + cHyper::UnreadableValues() +
+    return preferences.Unreadable() + cOptions::UnreadableValues() + cHyper::UnreadableValues() +
            cRegistrySettings::UnreadablePlacements();
 }
 

@@ -1,5 +1,5 @@
 #pragma once
-// Module mMain at start-up: the application object and the report of unreadable preferences.
+// Module mMain at start-up: the report of unreadable preferences.
 // The services every layer uses (program folder and version, the user-interface services, the
 // wait pointer, progress, the preferences object) and the two central error routines lie below,
 // in base/mServices.h and base/mErrorReport.h; this header includes both.
@@ -9,19 +9,12 @@
 #include <QString>
 #include <QStringList>
 
-class cApplication;
-
 namespace mMain {
 
-// The application object, made on first use.
-cApplication& Application();
-// Drops the application object and the preferences object (tests and the end of the program).
-void ReleaseApplication();
-
 // Every value of the preferences file that cannot be read, for the report at start: those of
-// section Initialize as the preferences object read them, the options and ramping values and
+// section Initialize as the preferences store read them, the options and ramping values and
 // the windows' placements. Each stands at its default.
-tUnreadablePreferences UnreadablePreferences();
+tUnreadablePreferences UnreadablePreferences(const cRegistrySettings& preferences);
 // That report in plain lines: what happened, naming the file, then one line per value; nothing
 // when there are no such values.
 QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems);

@@ -122,7 +122,7 @@ private slots:
         QFETCH(QString, restart);
         QFETCH(int, checksum);
         TestLink link;
-        mMain::Application().RegistrySettings().setBackwardCompatibleUpload(restart.isEmpty());
+        link.prefs.setBackwardCompatibleUpload(restart.isEmpty());
         auto sim = Grip(link.port, QStringLiteral("bootmode=1,") + grip);
         const FirmwareFile image = Image(11);
         mCommSupport::ULFirmware(link.session, image);

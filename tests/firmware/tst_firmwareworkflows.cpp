@@ -167,7 +167,7 @@ private slots:
         OrderUi ui;
         ui.port = &link.port;
         mMain::SetUserInterface(&ui);
-        mMain::Application().RegistrySettings().setShowConfirmComm(f.confirm);
+        link.prefs.setShowConfirmComm(f.confirm);
         auto sim = Grip(link.port, f.grip);
         const QString file = f.file.isEmpty() ? QString() : m_dir.filePath(f.file);
         ui.fileAnswers.enqueue(f.file.isEmpty() ? std::optional<QString>() : file);
@@ -177,10 +177,10 @@ private slots:
         FirmwareResult result = FirmwareResult::Cancelled;
         const MarloError e = ErrorOf([&] {
             if (f.command == QLatin1String("put"))
-                result = mFirmwareWorkflows::PutFirmwareProgram(link.session, kUpload);
+                result = mFirmwareWorkflows::PutFirmwareProgram(link.session, link.prefs, kUpload);
             else
                 result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(link.session, file, kUpload)
-                                                              : mFirmwareWorkflows::DownloadFirmware(link.session, f.dialog ? QString() : file, kDownload);
+                                                              : mFirmwareWorkflows::DownloadFirmware(link.session, link.prefs, f.dialog ? QString() : file, kDownload);
         });
         QCOMPARE(e.Number(), f.error);
         QCOMPARE(result, f.result);

@@ -4,7 +4,7 @@
 
 #include "grip/cGunInfo.h"
 #include "grip/cSupports.h"
-#include "grip/mModes.h"
+#include "grip/cModeTables.h"
 
 #include <QtTest>
 
@@ -96,11 +96,12 @@ private slots:
         QFETCH(QString, ramping);
         GripHarness h(QStringLiteral("firmware=") + firmware);
         RefreshGunInfo(h.session, true);
-        mModes::FiringModesGlobalArraySet(h.session.Supports());
-        mModes::HyperModesGlobalArraySet(h.session.Supports());
+        cModeTables& modes = h.session.Modes();
+        modes.FiringModesGlobalArraySet();
+        modes.HyperModesGlobalArraySet();
         h.session.GunInfo() = cGunInfo(); // another grip (4.0.0): the tables keep what they were filled with
-        QCOMPARE(table(mModes::FiringModes()), firing);
-        QCOMPARE(table(mModes::HyperModes()), ramping);
+        QCOMPARE(table(modes.FiringModes()), firing);
+        QCOMPARE(table(modes.HyperModes()), ramping);
         // Codes that name no mode are never visible.
         const cSupports& flags = h.session.Supports();
         QVERIFY(!mModes::FiringModeVisible(7, flags) && !mModes::FiringModeVisible(17, flags) && !mModes::HyperModeVisible(3, flags));

@@ -220,8 +220,8 @@ private slots:
     void putWithBackup()
     {
         RemoveBackups();
-        mMain::Application().RegistrySettings().setFirmwareBackup(true);
         WindowHarness h(QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0"));
+        h.prefs().setFirmwareBackup(true);
         fTolvaneMan& w = h.open();
         w.SetPanelText(3, QStringLiteral("Ready"));
         const QByteArray memory = h.grip.grip.state().memory;
@@ -265,8 +265,8 @@ private slots:
         RemoveBackups();
         if (folderBlocked)
             mFirmware::SaveFile(mFirmwareBackup::DefaultFolder(), QStringLiteral("not a folder"));
-        mMain::Application().RegistrySettings().setFirmwareBackup(backup);
         WindowHarness h(grip);
+        h.prefs().setFirmwareBackup(backup);
         fTolvaneMan& w = h.open();
         const QByteArray memory = h.grip.grip.state().memory;
         w.SetPanelText(3, QStringLiteral("Ready"));

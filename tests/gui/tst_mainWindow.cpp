@@ -108,7 +108,7 @@ private slots:
         const auto& [grip, command, codes, confirmation] = row;
         WindowHarness h(grip);
         fTolvaneMan& w = h.open();
-        const int settings = mMain::Application().colSetsTemplate().Count();
+        const int settings = h.app().colSetsTemplate().Count();
         const auto invoke = [&] {
             if (command.startsWith(QLatin1String("cmdTools_Click")))
                 QMetaObject::invokeMethod(&w, "cmdTools_Click", Q_ARG(int, command.mid(15, 1).toInt()));
@@ -125,9 +125,9 @@ private slots:
         }
         QCOMPARE(mMain::MousePointerDepth(), 0);
         QVERIFY(!QApplication::overrideCursor());
-        QCOMPARE(mMain::Application().colSetsTemplate().Count(), settings);
+        QCOMPARE(h.app().colSetsTemplate().Count(), settings);
         // With confirmations off the command says nothing.
-        mMain::Application().RegistrySettings().setShowConfirmComm(false);
+        h.app().RegistrySettings().setShowConfirmComm(false);
         invoke();
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.ui.script.messages.size(), confirmation.isEmpty() ? 0 : 1);
@@ -170,7 +170,7 @@ private slots:
         const auto setting = w.ActiveSetting();
         QCOMPARE((QList<int>{setting->lShotTime(), setting->lFiringMode(), setting->lGameTime(), setting->lHyperMode()}),
                  (QList<int>{12, 6, 15, 4}));
-        QVERIFY(mMain::Application().AnythingNeedSave());
+        QVERIFY(h.app().AnythingNeedSave());
     }
     void getMakesTheSettingReadOnlyButTheButtonsStayInPlaceAndEnabled()
     {
@@ -378,7 +378,7 @@ private slots:
         QFETCH(QString, dialog);
         WindowHarness h;
         fTolvaneMan& w = h.open();
-        mMain::Application().colSetsTemplate().Add()->setsName(QStringLiteral("Other"));
+        h.app().colSetsTemplate().Add()->setsName(QStringLiteral("Other"));
         const QString active = w.ActiveSetting()->ID();
         QString shown, caption, selected;
         answerNextModal([&](QDialog* opened) {
@@ -463,10 +463,9 @@ private slots:
                      QStringLiteral("Some data have changed without being saved.\r\nDo you wish to save before exiting?"));
             QCOMPARE(h.ui.script.questions.first().icon, MsgIcon::Question);
             QCOMPARE(rowsInLibrary(), answer ? 1 : 0);
-            QCOMPARE(mMain::Application().RegistrySettings().LastKey(), answer ? id : QString());
+            QCOMPARE(h.app().RegistrySettings().LastKey(), answer ? id : QString());
         }
         // The next start: the window where it was, on the saved setting or on a new one.
-        mMain::ReleaseApplication();
         WindowHarness h;
         fTolvaneMan& w = h.open();
         QCOMPARE(w.pos(), QPoint(120, 90));

@@ -8,7 +8,6 @@
 #include <QSqlQuery>
 
 using namespace guitest;
-using mMain::Application;
 
 namespace {
 
@@ -76,7 +75,7 @@ private slots:
             w.ActiveSetting()->setsName(QStringLiteral("Field day"));
             activeId = w.ActiveSetting()->ID();
             for (int n = 1; n <= 4; ++n) {
-                auto r = Application().colSetsTemplate().Add();
+                auto r = h.app().colSetsTemplate().Add();
                 r->setsName(QStringLiteral("Setting %1").arg(n));
                 r->colUserVar().Item(3)->setsValue(QStringLiteral("%1 C").arg(20 + n));
             }
@@ -116,7 +115,7 @@ private slots:
                 // Every ID is kept, so the next start must not forget the last active setting.
                 QVERIFY(stored(QStringLiteral("DBChanged")) != QLatin1String("True"));
             }
-            QVERIFY(!Application().AnythingNeedSave());
+            QVERIFY(!h.app().AnythingNeedSave());
             if (!onExit) {
                 // Nothing is left to save: closing asks nothing.
                 QVERIFY(w.close());
@@ -124,12 +123,11 @@ private slots:
             }
         }
         // The next start: every template, and the one last active is active again.
-        mMain::ReleaseApplication();
         mDatabase::DisconnectDB();
         WindowHarness h;
         fTolvaneMan& w = h.open();
         GUITEST_NO_ERRORS(h.ui.script);
-        QCOMPARE(Application().colSetsTemplate().Count(), rows.first);
+        QCOMPARE(h.app().colSetsTemplate().Count(), rows.first);
         QVERIFY(w.ActiveSetting());
         QCOMPARE(w.ActiveSetting()->ID(), activeId);
         QCOMPARE(text(&w, QStringLiteral("txtTimingLT")), changed ? QStringLiteral("44") : QStringLiteral("33"));

@@ -14,7 +14,6 @@
 #include <QTemporaryDir>
 
 using namespace guitest;
-using mMain::Application;
 using mSerialDevices::PortEntry;
 
 namespace {
@@ -78,7 +77,7 @@ private slots:
     void loadsThePreferences()
     {
         ScriptedLibrary library;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = library.prefs();
         prefs.setShowSplash(false);
         prefs.setShowConfirmComm(true);
         prefs.setCommLogToFile(true);
@@ -86,7 +85,7 @@ private slots:
         prefs.setCommPort(3);
         prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
         prefs.setCommDevice(QStringLiteral("sim"));
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         QCOMPARE(text(&dialog, QStringLiteral("txtDBPath")), prefs.DBName());
         QStringList shown;
         for (const char* name : {"chkShowSplash", "chkConfirm", "chkLogCommToFile", "chkLogCommToConsole"})
@@ -124,7 +123,7 @@ private slots:
         const auto& [path, button, answer, applied, open, message] = row;
         ScriptedLibrary library;
         QTemporaryDir folder;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = library.prefs();
         const QString library0 = prefs.DBName();
         QString target = library0;
         if (path == QLatin1String("other")) {
@@ -145,7 +144,7 @@ private slots:
         prefs.setCommPort(1);
         prefs.setCommSettings(QStringLiteral("9600,N,8,1"));
         prefs.setDBChanged(false);
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         dialog.show();
         control<QCheckBox>(&dialog, QStringLiteral("chkConfirm"))->setChecked(false);
         // The baud, parity, bits and stop-bit lists only show the stored settings: never written.
@@ -197,10 +196,10 @@ private slots:
     {
         QFETCH(bool, showLogToFile);
         ScriptedLibrary library;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = library.prefs();
         prefs.setShowLogToFile(showLogToFile);
         prefs.setBackwardCompatibleUpload(true);
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkBackwardCompatibleUpload"));
         QCOMPARE(box->isHidden(), !showLogToFile);
         // The box shows what the preference answers (from the grip), not the stored value.
@@ -225,9 +224,9 @@ private slots:
         QFETCH(QString, button);
         QFETCH(bool, after);
         ScriptedLibrary library;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = library.prefs();
         prefs.setFirmwareBackup(on);
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, prefs);
         auto* box = control<QCheckBox>(&dialog, QStringLiteral("chkFirmwareBackup"));
         QCOMPARE(box->text(), QStringLiteral("Back up the grip's firmware before writing new firmware"));
         QCOMPARE(box->isChecked(), on);
@@ -252,7 +251,7 @@ private slots:
         QFETCH(TabKey, row);
         const auto [start, key, modifiers, tab] = row;
         ScriptedLibrary library;
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         auto* tabs = control<QTabBar>(&dialog, QStringLiteral("tbsOptions"));
@@ -270,7 +269,7 @@ private slots:
     void browseFillsThePath()
     {
         ScriptedLibrary library;
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         auto* path = control<QLineEdit>(&dialog, QStringLiteral("txtDBPath"));
         const QString before = path->text();
         library.ui.script.fileAnswers.enqueue(std::nullopt);
@@ -282,7 +281,7 @@ private slots:
         QCOMPARE(library.ui.script.fileRequests.size(), 2);
         QCOMPARE(library.ui.script.fileRequests[1].filter, QStringLiteral("All (*.*)|*.*|MS Access (*.mdb)|*.mdb"));
         // Nothing is applied by browsing.
-        QCOMPARE(Application().RegistrySettings().DBName(), before);
+        QCOMPARE(library.prefs().DBName(), before);
     }
     void devices_data()
     {
@@ -299,10 +298,10 @@ private slots:
         QFETCH(Device, row);
         const auto& [item, typed, device, checked, problem] = row;
         ScriptedLibrary library;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = library.prefs();
         prefs.setCommDevice(QStringLiteral("/dev/old"));
         prefs.setCommPort(2);
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         int listed = 0;
         dialog.setPortLister([&] {
             ++listed;
@@ -345,7 +344,7 @@ private slots:
     void aMissingDeviceIsNamedOnThePage()
     {
         ScriptedLibrary library;
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/marlo-no-such-port"));
         // The page asks the port doctor of this machine.
         QCOMPARE(dialog.DeviceProblem(), QStringLiteral("The serial port /dev/marlo-no-such-port does not exist. Check the device "
@@ -384,7 +383,7 @@ private slots:
         const cPortDoctor doctor(facts);
 
         ScriptedLibrary library;
-        fOptions dialog(kGrip);
+        fOptions dialog(kGrip, library.prefs());
         dialog.setDeviceChecker([&](const QString& path) { return doctor.Sentences(path).join(QLatin1Char('\n')); });
         dialog.resize(dialog.minimumSizeHint());
         dialog.show();

@@ -12,7 +12,6 @@
 #include <QTabBar>
 
 using namespace guitest;
-using mMain::Application;
 
 namespace {
 
@@ -56,7 +55,7 @@ private slots:
     void pagesAndCaption()
     {
         ScriptedLibrary library;
-        const auto record = Application().colSetsTemplate().Add();
+        const auto record = library.app().colSetsTemplate().Add();
         fSetsTemplate editor;
         editor.Open(record, QStringLiteral("3"));
         QCOMPARE(editor.windowTitle(), QStringLiteral("Settings #3"));
@@ -79,7 +78,7 @@ private slots:
     void basicPageShowsTheRecord()
     {
         ScriptedLibrary library;
-        const auto record = Application().colSetsTemplate().Add();
+        const auto record = library.app().colSetsTemplate().Add();
         record->setsName(QStringLiteral("Cold morning"));
         record->setdtDate(QDateTime(QDate(2023, 11, 4), QTime(9, 30)));
         record->setlShotTime(4);
@@ -111,12 +110,12 @@ private slots:
     {
         QFETCH(QString, button);
         ScriptedLibrary library;
-        const auto record = Application().colSetsTemplate().Add();
+        const auto record = library.app().colSetsTemplate().Add();
         record->setsName(QStringLiteral("Before"));
         record->setdtDate(QDateTime(QDate(2020, 5, 5), QTime(0, 0)));
         for (int save = 0; save < 2; ++save) { // made, then written again as changed after it was made
             QSqlDatabase connection;
-            Application().colSetsTemplate().Save(connection);
+            library.app().colSetsTemplate().Save(connection);
         }
         QVERIFY(!record->IsDirty());
         fSetsTemplate editor;
@@ -130,7 +129,7 @@ private slots:
         QCOMPARE(record->sName(), QStringLiteral("After"));
         QCOMPARE(record->dtDate().date(), QDate(2021, 6, 30));
         QVERIFY(record->IsDirty());
-        QVERIFY(Application().AnythingNeedSave());
+        QVERIFY(library.app().AnythingNeedSave());
     }
     void userVariableCommands_data()
     {
@@ -163,7 +162,7 @@ private slots:
         QFETCH(VariableCommand, variableCommand);
         const auto& [how, row, ok, prefilled, rows, selected] = variableCommand;
         ScriptedLibrary library;
-        const auto record = Application().colSetsTemplate().Add();
+        const auto record = library.app().colSetsTemplate().Add();
         record->colUserVar().Item(6)->setsValue(QStringLiteral("12\""));
         ucUserVariables page;
         page.setSetting(record);
@@ -199,10 +198,10 @@ private slots:
         QCOMPARE(record->colUserVar().Item(record->colUserVar().Count())->ParentID(), record->ID());
         QCOMPARE(record->colUserVar().Count(), rows.size() > 7 ? 8 : 7);
         QSqlDatabase connection;
-        Application().colSetsTemplate().Save(connection);
-        mMain::ReleaseApplication();
+        library.app().colSetsTemplate().Save(connection);
+        library.program.restart();
         ucUserVariables reloaded;
-        reloaded.setSetting(Application().colSetsTemplate().Find(record->ID()));
+        reloaded.setSetting(library.app().colSetsTemplate().Find(record->ID()));
         QStringList saved = rowsOf(reloaded), expected = rows;
         saved.sort();
         expected.sort();

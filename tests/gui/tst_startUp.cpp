@@ -51,7 +51,7 @@ private slots:
         QFETCH(bool, splash);
         QFETCH(QString, library);
         WindowHarness h;
-        cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+        cRegistrySettings& prefs = h.app().RegistrySettings();
         prefs.setShowSplash(splash);
         prefs.setLastKey(QStringLiteral("{00000000-0000-0000-0000-000000000001}"));
         prefs.setDBChanged(true);
@@ -65,7 +65,7 @@ private slots:
             h.ui.script.inputAnswers.enqueue(elsewhere);
         }
         ShownWindows shown;
-        const auto window = mMain::StartUp(h.grip.session);
+        const auto window = mMain::StartUp(h.grip.session, h.app());
         QCOMPARE(shown.names.contains(QStringLiteral("fSplash")), splash);
         // A changed library file makes the program forget the last setting.
         QVERIFY(prefs.LastKey().isEmpty());
@@ -121,7 +121,7 @@ private slots:
             ini.setValue(key, text);
         }
         WindowHarness h;
-        const auto window = mMain::StartUp(h.grip.session);
+        const auto window = mMain::StartUp(h.grip.session, h.app());
         QVERIFY(window);
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.ui.script.messages.size(), 1);

@@ -15,7 +15,6 @@ using namespace guitest;
 
 namespace {
 
-cRegistrySettings& prefs() { return mMain::Application().RegistrySettings(); }
 
 QString logText(fTolvaneMan& w)
 {
@@ -77,14 +76,14 @@ private slots:
     {
         QFETCH(bool, atStart);
         QFETCH(QString, how);
-        prefs().setCommLogToConsole(atStart);
         WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        h.prefs().setCommLogToConsole(atStart);
         fTolvaneMan& w = h.open();
         auto* item = control<QAction>(&w, QStringLiteral("mnuCommLog"));
         if (!atStart) {
             QVERIFY(!item->isChecked());
             item->trigger();
-            QVERIFY(prefs().CommLogToConsole());
+            QVERIFY(h.prefs().CommLogToConsole());
         }
         QTRY_VERIFY(w.findChild<fCommConsole*>() && w.findChild<fCommConsole*>()->isVisible());
         QVERIFY(item->isChecked());
@@ -97,13 +96,13 @@ private slots:
         QVERIFY(!w.CommLogWindow()->isVisible());
         QVERIFY(!item->isChecked());
         // Logging to the window ends with it: nothing more is collected.
-        QVERIFY(!prefs().CommLogToConsole());
+        QVERIFY(!h.prefs().CommLogToConsole());
         run(&w, QStringLiteral("mnuDLGunInfo"));
         QTest::qWait(fCommConsole::kBatchMs + 50);
         QCOMPARE(logText(w), QString());
         QVERIFY(!w.CommLogWindow()->isVisible());
         // Turned on again elsewhere (the options): the next entry shows the window.
-        prefs().setCommLogToConsole(true);
+        h.prefs().setCommLogToConsole(true);
         run(&w, QStringLiteral("mnuDLGunInfo"));
         QTRY_VERIFY(logText(w).contains(QStringLiteral("Sending data")));
         QVERIFY(w.CommLogWindow()->isVisible() && item->isChecked());

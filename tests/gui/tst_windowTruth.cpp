@@ -15,7 +15,6 @@
 #include <QSlider>
 
 using namespace guitest;
-using mMain::Application;
 
 namespace {
 
@@ -310,7 +309,7 @@ private slots:
         WindowHarness h;
         fTolvaneMan& w = h.open();
         // A template from the library holds the value (as an older library may).
-        const auto stored = Application().colSetsTemplate().Add();
+        const auto stored = h.app().colSetsTemplate().Add();
         stored->setsName(QStringLiteral("odd"));
         const QHash<QString, void (cSetsTemplate::*)(qint32)> setters = {
             {QStringLiteral("lLoadTime"), &cSetsTemplate::setlLoadTime}, {QStringLiteral("lShotTime"), &cSetsTemplate::setlShotTime},

@@ -1,10 +1,9 @@
 #pragma once
-// Shared by the library's tests: a fresh library file made from the built template, a scripted
-// user, a second connection that looks at the file past the record classes, and record helpers.
-#include "ScriptedUi.h"
+// Shared by the library's tests: a fresh library file made from the built template, the program's
+// objects with a scripted user, a second connection that looks at the file past the record classes, and record helpers.
+#include "TestLink.h"
 #include "library/mDatabase.h"
 #include "shell/cApplication.h"
-#include "shell/mMain.h"
 
 #include <QDir>
 #include <QFile>
@@ -66,36 +65,31 @@ QStringList liveNames(const Collection& members)
     return names;
 }
 
-// Forgets the shared connection and the application object, so the next use starts afresh.
-inline void resetLibraryState()
-{
-    if (QSqlDatabase::contains(QStringLiteral("inspect")))
-        QSqlDatabase::removeDatabase(QStringLiteral("inspect"));
-    mDatabase::DisconnectDB();
-    mMain::ReleaseApplication();
-}
-
-// A library file of its own for one test and the scripted user.
+// A library file of its own for one test, the scripted user and the program's application
+// object (TestLink's, over its preferences).
 class Fixture {
 public:
     Fixture()
     {
-        resetLibraryState();
-        mMain::SetUserInterface(&ui);
         ok = QFile::copy(builtTemplate(), path);
         QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner);
         mDatabase::SetPathOverride(path);
     }
     ~Fixture()
     {
-        resetLibraryState();
+        forgetInspector();
+        program.restart();
         mDatabase::SetPathOverride(QString());
-        mMain::SetUserInterface(nullptr);
     }
 
     // Reopens the library as the program would at its next start.
-    void restart() { resetLibraryState(); }
-    cColSetsTemplate& library() { return mMain::Application().colSetsTemplate(); }
+    void restart()
+    {
+        forgetInspector();
+        program.restart();
+    }
+    cApplication& app() { return program.app(); }
+    cColSetsTemplate& library() { return app().colSetsTemplate(); }
     void save()
     {
         QSqlDatabase connection;
@@ -121,10 +115,18 @@ public:
     qint64 count(const QString& sql) { const QVariant v = row(sql).value(0); return v.isValid() ? v.toLongLong() : -1; }
     QString firstError() const { return ui.errors.isEmpty() ? QString() : ui.errors.first().Description(); }
 
+    TestLink program;
+    ScriptedUi& ui = program.ui;
     QTemporaryDir dir;
     QString path = dir.filePath(QStringLiteral("Marlo.mdb"));
     bool ok = false;
-    ScriptedUi ui;
+
+private:
+    static void forgetInspector()
+    {
+        if (QSqlDatabase::contains(QStringLiteral("inspect")))
+            QSqlDatabase::removeDatabase(QStringLiteral("inspect"));
+    }
 };
 
 } // namespace LibraryTest

@@ -14,7 +14,7 @@ private slots:
     void activeSetting()
     {
         LIBRARY_FIXTURE(f);
-        cApplication& app = mMain::Application();
+        cApplication& app = f.app();
         auto member = app.colSetsTemplate().Add();
         app.setActiveSetting(member);
         QCOMPARE(app.ActiveSetting(), member);
@@ -55,11 +55,11 @@ private slots:
         QFETCH(bool, needSave);
         LIBRARY_FIXTURE(f);
         // Nothing to save, and nothing opened by asking, before the library was ever used.
-        QVERIFY(!mMain::Application().AnythingNeedSave() && !mMain::Application().LibraryMade());
+        QVERIFY(!f.app().AnythingNeedSave() && !f.app().LibraryMade());
         f.library().Add()->setsName(QStringLiteral("kept"));
         f.save();
         f.restart();
-        cApplication& app = mMain::Application();
+        cApplication& app = f.app();
         auto record = app.colSetsTemplate().Item(1);
         change(app, *record);
         QCOMPARE(app.AnythingNeedSave(), needSave);
@@ -82,7 +82,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QString, promoted);
         LIBRARY_FIXTURE(f);
-        cApplication& app = mMain::Application();
+        cApplication& app = f.app();
         auto statistic = promoted.isNull() ? app.colSetsTemplate().Add() : std::make_shared<cSetsTemplate>();
         statistic->setParentID(QStringLiteral("{SOMEWHERE}"));
         statistic->setsName(name);

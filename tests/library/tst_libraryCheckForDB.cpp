@@ -24,18 +24,21 @@ class StartUp {
 public:
     StartUp()
     {
-        LibraryTest::resetLibraryState();
         mDatabase::SetPathOverride(QString());
         QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
         QDir(mMain::ProgramFolder()).removeRecursively();
         QDir().mkpath(mMain::ProgramFolder());
-        mMain::SetUserInterface(&ui);
     }
     ~StartUp()
     {
-        LibraryTest::resetLibraryState();
+        program.restart();
         mDatabase::SetPathOverride(QString());
-        mMain::SetUserInterface(nullptr);
+    }
+    // The check of a program started now, with the preferences as they are stored.
+    bool check()
+    {
+        program.restart();
+        return mMain::CheckForDB(program.prefs);
     }
     // "<default>", "<name>" a file of the test, or as it is.
     QString path(const QString& token) const
@@ -45,8 +48,9 @@ public:
         return token.startsWith(QLatin1Char('<')) ? dir.filePath(token.mid(1, token.size() - 2)) : token;
     }
 
+    TestLink program;
+    ScriptedUi& ui = program.ui;
     QTemporaryDir dir;
-    ScriptedUi ui;
 };
 
 // One start of the program: what is there before, and what CheckForDB does.
@@ -120,7 +124,7 @@ private slots:
                 s.ui.inputAnswers.enqueue(s.path(answer));
         }
 
-        QCOMPARE(mMain::CheckForDB(), result);
+        QCOMPARE(s.check(), result);
         // Every Yes brings an input box.
         QVERIFY(s.ui.yesNoAnswers.isEmpty() && s.ui.inputAnswers.isEmpty());
         QCOMPARE(s.ui.questions.size(), answers.size() * 2 - answers.count(QStringLiteral("No")));
@@ -171,7 +175,7 @@ private slots:
     {
         StartUp s;
         mDatabase::SetPathOverride(s.dir.path());
-        QVERIFY(!mMain::CheckForDB());
+        QVERIFY(!s.check());
         QCOMPARE(s.ui.errors.size(), 1);
         QVERIFY2(s.ui.errors[0].Description().contains(QLatin1String("is a folder")), qPrintable(s.ui.errors[0].Description()));
         QVERIFY(s.ui.questions.isEmpty() && QDir(s.dir.path()).isEmpty());
@@ -197,16 +201,16 @@ private slots:
         const QFileDevice::Permissions permissionsBefore = QFile::permissions(path);
         mDatabase::SetPathOverride(path);
 
-        QVERIFY(mMain::CheckForDB());  // a file is there: the check is about presence only
+        QVERIFY(s.check());  // a file is there: the check is about presence only
         QVERIFY(!mMain::ConnectDB().isOpen());
         QCOMPARE(s.ui.errors.size(), 1);
         const MarloError& error = s.ui.errors[0];
         QVERIFY2(error.Number() == 3000 && error.Description().contains(path) && error.Description().contains(kind), qPrintable(error.Description()));
         // No retry, and no second report: loading the library that could not be opened leaves
         // it empty, the reason having been shown once.
-        QCOMPARE(mMain::Application().colSetsTemplate().Count(), 0);
+        QCOMPARE(s.program.app().colSetsTemplate().Count(), 0);
         QCOMPARE(s.ui.errors.size(), 1);
-        LibraryTest::resetLibraryState();
+        s.program.restart();
 
         // Left exactly as it was, and nothing made beside it.
         QCOMPARE(fileBytes(path), before);

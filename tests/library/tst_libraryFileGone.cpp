@@ -121,7 +121,7 @@ void makeLibrary(Fixture& f)
     library.Item(3)->colUserVar().Item(1)->setsValue(QStringLiteral("changed"));
     library.Item(4)->setIsDeleted(true);
     library.Item(5)->colUserVar().Item(2)->setIsDeleted(true);
-    QVERIFY(mMain::Application().AnythingNeedSave());
+    QVERIFY(f.app().AnythingNeedSave());
 }
 
 const QStringList kStatementWords = {QStringLiteral("INSERT"), QStringLiteral("SELECT"), QStringLiteral("UPDATE"),
@@ -199,7 +199,7 @@ private slots:
             QCOMPARE(file.write(stranger), stranger.size());
         }
 
-        mMain::Application().SaveLibrary(mode);
+        f.app().SaveLibrary(mode);
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
         QCOMPARE(rowsInFile(written), expected);
         QCOMPARE(f.ui.messages.size(), 1);
@@ -220,12 +220,12 @@ private slots:
             QVERIFY(!QFile::exists(f.path + QStringLiteral("-wal")) && !QFile::exists(f.path + QStringLiteral("-shm")));
             QCOMPARE(mDatabase::PathOverride(), written);
         }
-        QVERIFY(!mMain::Application().AnythingNeedSave());
+        QVERIFY(!f.app().AnythingNeedSave());
 
         // From then on saves are the usual ones, into the new file, without a word.
         f.library().Item(1)->setsName(QStringLiteral("renamed later"));
         f.library().Item(1)->colUserVar().Item(1)->setsValue(QStringLiteral("later"));
-        mMain::Application().SaveLibrary(mode);
+        f.app().SaveLibrary(mode);
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
         QCOMPARE(f.ui.messages.size(), 1);
         const QStringList later = rowsInMemory(f.library());
@@ -302,13 +302,13 @@ private slots:
             QVERIFY(QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::ExeOwner));
         }
 
-        mMain::Application().SaveLibrary();
+        f.app().SaveLibrary();
         QCOMPARE(f.ui.errors.size(), 1);
         checkErrorsNameFileNotStatement(f.ui, written);
         QVERIFY2(f.ui.errors.first().Description().contains(cause), qPrintable(f.ui.errors.first().Description()));
         QVERIFY(f.ui.messages.isEmpty());
         // Nothing of the library is lost: it is all still in memory and still to be saved.
-        QVERIFY(mMain::Application().AnythingNeedSave());
+        QVERIFY(f.app().AnythingNeedSave());
         QCOMPARE(rowsInMemory(f.library()), expected);
         if (problem == QLatin1String("read-only file"))
             QCOMPARE(rowsInFile(f.path, true), before);
@@ -323,7 +323,7 @@ private slots:
         // Once it is mended, the next save writes it all.
         mend();
         f.ui.errors.clear();
-        mMain::Application().SaveLibrary();
+        f.app().SaveLibrary();
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
         QCOMPARE(rowsInFile(written, true), expected);
         QCOMPARE(f.ui.messages.size(), problem == QLatin1String("read-only file") ? 0 : 1);
@@ -331,7 +331,7 @@ private slots:
             QVERIFY2(f.ui.messages.first().text.contains(native(written)), qPrintable(f.ui.messages.first().text));
         // A library written anew is all written; a usual save leaves a new setting that was
         // edited to be updated once more at the next save, as it always has.
-        QCOMPARE(mMain::Application().AnythingNeedSave(), problem == QLatin1String("read-only file"));
+        QCOMPARE(f.app().AnythingNeedSave(), problem == QLatin1String("read-only file"));
     }
 
     void damagedLibraryIsReportedByCauseAndPath_data()
@@ -375,7 +375,7 @@ private slots:
         f.library().Add()->setsName(QStringLiteral("new"));
         if (!atOpen)
             harm();
-        mMain::Application().SaveLibrary();
+        f.app().SaveLibrary();
         QVERIFY(!f.ui.errors.isEmpty());
         checkErrorsNameFileNotStatement(f.ui, f.path);
         bool named = false;
@@ -383,7 +383,7 @@ private slots:
             named = named || e.Description().contains(cause);
         QVERIFY2(named, qPrintable(f.firstError()));
         QVERIFY(f.ui.messages.isEmpty());
-        QVERIFY(mMain::Application().AnythingNeedSave());
+        QVERIFY(f.app().AnythingNeedSave());
         if (atOpen)
             QCOMPARE(fileBytes(f.path), damaged);
     }

@@ -17,7 +17,7 @@ private slots:
         f.save();
         // Named and valued after they were made: the insert leaves that edit pending, so the next
         // save writes it once more, and only then is the record clean.
-        QVERIFY(r->IsDirtySelf() && mMain::Application().AnythingNeedSave());
+        QVERIFY(r->IsDirtySelf() && f.app().AnythingNeedSave());
         f.save();
         QVERIFY(!r->IsDirty());
         r->colUserVar().Item(3)->setsValue(QStringLiteral("21 C"));

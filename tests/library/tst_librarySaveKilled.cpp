@@ -20,7 +20,9 @@ QString valueOf(int n, int v) { return QStringLiteral("value %1/%2 \"quoted\"").
 int saveChild(const QString& path)
 {
     mDatabase::SetPathOverride(path);
-    cColSetsTemplate& library = mMain::Application().colSetsTemplate();
+    cRegistrySettings prefs;
+    cApplication app(prefs);
+    cColSetsTemplate& library = app.colSetsTemplate();
     for (int n = 0; n < kRecords; ++n) {
         auto r = library.Add();
         LibraryTest::fill(*r, {n % 20 + 1, 10, 30, n, 28, n * 3, 0, 1, 1}, QString::number(n),

@@ -518,7 +518,7 @@ private slots:
             " {\"ID\": \"%2\", \"sName\": \"'; DROP TABLE ta_SetsTemplate; --\", \"UserVariables\": [{\"sName\": \"n\", \"sValue\": \"\\uffff\"}]},"
             " {\"sName\": \"no key\", \"lGameTime\": 0}]}").arg(kT1, kT5).toUtf8();
         mLibraryExchange::ImportDocument(f.library(), document);
-        mMain::Application().SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
+        f.app().SaveLibraryOrThrow(cApplication::SaveMode::OneTransaction);
         step(QStringLiteral("imported"));
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
 

@@ -13,7 +13,7 @@
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
 #include "link/mLinkHelp.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 
 #include <QElapsedTimer>
@@ -103,10 +103,11 @@ private slots:
         if (grip.path.isEmpty())
             QSKIP("no pseudo-terminal");
         cSerialPort port;
-        const cPreferencesLinkSettings settings;
+        cRegistrySettings prefs;
+        const cPreferencesLinkSettings settings(prefs);
         cLink link(&port, settings);
         cGripSession session(link);
-        mMain::Application().RegistrySettings().overrideCommDevice(grip.path);
+        prefs.overrideCommDevice(grip.path);
 
         // A grip command over the link (the gun information is asked first): the record's own
         // error for the empty report, as always.

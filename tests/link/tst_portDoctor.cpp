@@ -295,29 +295,6 @@ private slots:
         }
     }
 
-    void chips_data()
-    {
-        QTest::addColumn<int>("vendor");
-        QTest::addColumn<int>("product");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("driver");
-        QTest::newRow("CH340") << 0x1a86 << 0x7523 << "QinHeng CH340" << "ch341";
-        QTest::newRow("FT232R") << 0x0403 << 0x6001 << "FTDI FT232R" << "ftdi_sio";
-        QTest::newRow("PL2303") << 0x067b << 0x2303 << "Prolific PL2303" << "pl2303";
-        QTest::newRow("CP210x") << 0x10c4 << 0xea60 << "Silicon Labs CP210x" << "cp210x";
-        QTest::newRow("known vendor, unknown product") << 0x1a86 << 0x0001 << "" << "";
-        QTest::newRow("a mouse") << 0x046d << 0xc52b << "" << "";
-    }
-    void chips()
-    {
-        QFETCH(int, vendor);
-        QFETCH(int, product);
-        QFETCH(QString, name);
-        QFETCH(QString, driver);
-        QCOMPARE(cPortDoctor::ChipName(quint16(vendor), quint16(product)), name);
-        QCOMPARE(cPortDoctor::ChipDriver(quint16(vendor), quint16(product)), driver);
-    }
-
     // The user as /proc/self/status gives it: the effective ids decide, and the session's groups
     // are the effective group and the supplementary ones.
     void identity_data()

@@ -57,8 +57,8 @@ void tst_trafficLog::init()
 
 void tst_trafficLog::cleanup()
 {
-    mMain::Application().RegistrySettings().setCommLogToFile(false);
-    mMain::Application().RegistrySettings().setCommLogToConsole(false);
+    link->prefs.setCommLogToFile(false);
+    link->prefs.setCommLogToConsole(false);
     link.reset();
 }
 
@@ -97,7 +97,7 @@ void tst_trafficLog::nothingLoggedWhenOff()
 
 void tst_trafficLog::fileGetsEveryWriteAndRead()
 {
-    mMain::Application().RegistrySettings().setCommLogToFile(true);
+    link->prefs.setCommLogToFile(true);
     link->port.queueInput(QByteArray::fromHex("99")); // stale: flushed and logged as received data
     QCOMPARE(link->link.CommHexData(kBootModeQuery, true), QByteArray::fromHex("4100BF"));
     QFile file(logPath());
@@ -114,7 +114,7 @@ void tst_trafficLog::fileGetsEveryWriteAndRead()
 void tst_trafficLog::unwritableLogNeverDisturbs()
 {
     QVERIFY(QDir().mkpath(logPath())); // a folder where the file should be
-    mMain::Application().RegistrySettings().setCommLogToFile(true);
+    link->prefs.setCommLogToFile(true);
     QCOMPARE(link->link.CommHexData(kBootModeQuery, true), QByteArray::fromHex("4100BF"));
     QVERIFY(QFileInfo(logPath()).isDir());
 }
@@ -124,7 +124,7 @@ void tst_trafficLog::consoleGetsEntries()
     RecordingConsole::starts = 0;
     RecordingConsole::entries.clear();
     link->link.SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
-    mMain::Application().RegistrySettings().setCommLogToConsole(true);
+    link->prefs.setCommLogToConsole(true);
     link->link.CommHexData(kBootModeQuery, true);
     link->link.CommHexData(kBootModeQuery, true);
     QCOMPARE(RecordingConsole::starts, 1); // made once, kept for the run
@@ -154,11 +154,11 @@ void tst_trafficLog::aChangedSwitchAppliesToTheNextEntry()
         if (reread) {
             QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"))
                 .setValue(QStringLiteral("Initialize/") + key, on ? QStringLiteral("True") : QStringLiteral("False"));
-            mMain::ReleaseRegistrySettings();
+            link->prefs = cRegistrySettings(); // read again, as the next start does
         } else if (file) {
-            mMain::Application().RegistrySettings().setCommLogToFile(on);
+            link->prefs.setCommLogToFile(on);
         } else {
-            mMain::Application().RegistrySettings().setCommLogToConsole(on);
+            link->prefs.setCommLogToConsole(on);
         }
     };
     const auto entries = [&]() -> qsizetype {

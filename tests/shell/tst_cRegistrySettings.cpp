@@ -366,8 +366,7 @@ void tst_cRegistrySettings::unreadableValues()
     }
     const QByteArray file = fileWith(replaced);
     writeIni(file);
-    mMain::ReleaseApplication();
-    cRegistrySettings& prefs = mMain::Application().RegistrySettings();
+    cRegistrySettings prefs;
 
     // Every other value is read as stored, and nothing is shown as an error.
     const Values read = readValues(prefs);
@@ -377,7 +376,7 @@ void tst_cRegistrySettings::unreadableValues()
     QVERIFY(ui.errors.isEmpty());
 
     // One report, naming the file, then each bad value with its section.
-    const QStringList report = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences());
+    const QStringList report = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences(prefs));
     if (lines.isEmpty()) {
         QCOMPARE(report, QStringList{});
     } else {
@@ -387,7 +386,6 @@ void tst_cRegistrySettings::unreadableValues()
     }
     // Reading changes nothing in the file: the text stays until the preference is set.
     QCOMPARE(readIni(), file);
-    mMain::ReleaseApplication();
 }
 
 void tst_cRegistrySettings::unreadableValueIsReplacedWhenSet()

@@ -9,7 +9,7 @@
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 #include "sim/Fault.h"
 #include "sim/PtyServer.h"
@@ -33,7 +33,8 @@ private:
     ScriptedUi ui;
     std::unique_ptr<gripsim::PtyServer> server;
     std::unique_ptr<cSerialPort> port;
-    cPreferencesLinkSettings settings;
+    cRegistrySettings prefs;
+    cPreferencesLinkSettings settings{prefs};
     std::unique_ptr<cLink> link;
     std::unique_ptr<cGripSession> session;
 };
@@ -52,7 +53,7 @@ void tst_link_pty::init()
     link = std::make_unique<cLink>(port.get(), settings);
     session = std::make_unique<cGripSession>(*link);
     mMain::SetUserInterface(&ui);
-    mMain::Application().RegistrySettings().overrideCommDevice(server->devicePath());
+    prefs.overrideCommDevice(server->devicePath());
 }
 
 void tst_link_pty::cleanup()
@@ -146,7 +147,7 @@ void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
 
 void tst_link_pty::missingDevice()
 {
-    mMain::Application().RegistrySettings().overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
+    prefs.overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
     QCOMPARE(link->CommHexData(kBootModeQuery, true), QByteArray());
     QCOMPARE(int(link->LastOutcome()), int(Outcome::PortFailed));
     QVERIFY2(link->LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(link->LastOpenError()));

@@ -1,5 +1,6 @@
 #include "TestLink.h"
 
+#include "library/mDatabase.h"
 #include "shell/mMain.h"
 
 TestLink::TestLink(bool realSleep)
@@ -11,5 +12,14 @@ TestLink::TestLink(bool realSleep)
 
 TestLink::~TestLink()
 {
+    m_app.reset();
     mMain::SetUserInterface(nullptr);
+}
+
+void TestLink::restart()
+{
+    m_app.reset();
+    mDatabase::DisconnectDB();
+    prefs = cRegistrySettings();
+    m_app = std::make_unique<cApplication>(prefs);
 }

@@ -1,6 +1,5 @@
 #include "gui/shell/Main.h"
 
-#include "grip/mModes.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
 #include "library/mDatabase.h"
@@ -32,9 +31,9 @@ QString reasonText(const tUnreadablePreference& problem)
 
 // Values of the preferences that cannot be read stand at their defaults: said once, naming the
 // file and each value.
-void ReportUnreadablePreferences()
+void ReportUnreadablePreferences(const cRegistrySettings& prefs)
 {
-    const tUnreadablePreferences problems = UnreadablePreferences();
+    const tUnreadablePreferences problems = UnreadablePreferences(prefs);
     if (problems.isEmpty())
         return;
     QStringList lines{tr("The preferences file %1 has values that cannot be read; their defaults are used:")
@@ -46,14 +45,14 @@ void ReportUnreadablePreferences()
 
 } // namespace
 
-std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session)
+std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& application)
 {
     std::unique_ptr<fTolvaneMan> window;
     ShowErrors(kModule, kRevision, QStringLiteral("Main"), [&] {
         ResetMousePointer();
         SetProgramVersion(kProgramVersion);
         CheckErrorComponent();
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = application.RegistrySettings();
 
         std::unique_ptr<fSplash> splash;
         if (prefs.ShowSplash()) {
@@ -66,16 +65,16 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session)
             prefs.setDBChanged(false);
             prefs.setLastKey(QString());
         }
-        if (CheckForDB()) {
-            mModes::FiringModesGlobalArraySet(session.Supports());
-            mModes::HyperModesGlobalArraySet(session.Supports());
-            window = std::make_unique<fTolvaneMan>(session);
+        if (CheckForDB(prefs)) {
+            session.Modes().FiringModesGlobalArraySet();
+            session.Modes().HyperModesGlobalArraySet();
+            window = std::make_unique<fTolvaneMan>(session, application);
             window->show();
             if (splash)
                 splash->finish(window.get());
-            ReportUnreadablePreferences();
+            ReportUnreadablePreferences(prefs);
         } else {
-            ReportUnreadablePreferences();
+            ReportUnreadablePreferences(prefs);
             UI().showMessage(mDatabase::kCannotContinueText, mDatabase::kCannotContinueTitle, MsgIcon::Critical);
         }
     });
@@ -84,13 +83,15 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session)
 
 int Main()
 {
-    // The program's way to the grip: the serial control, the link over it and the session with
-    // the grip, for as long as the window lives.
+    // The program's preferences, its way to the grip (the serial control, the link over it and the
+    // session with the grip) and the application object, for as long as the window lives.
+    cRegistrySettings prefs;
+    const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
-    const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     cGripSession session(link);
-    const std::unique_ptr<fTolvaneMan> window = StartUp(session);
+    cApplication application(prefs);
+    const std::unique_ptr<fTolvaneMan> window = StartUp(session, application);
     if (!window)
         return 1;
     return QApplication::exec();

@@ -2,19 +2,21 @@
 // The desktop program's entry procedure.
 #include <memory>
 
+class cApplication;
 class cGripSession;
 class fTolvaneMan;
 
 namespace mMain {
 
-// Starts the program: the version, the error reporter, the preferences, the splash screen, the
-// library file (asking for one when it is missing), the mode tables and the main window over the
-// session (which the caller keeps while the window lives), which is answered shown. Without a library it says that the program cannot continue and answers
-// nothing. Errors are shown.
-std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session);
+// Starts the program: the version, the error reporter, the splash screen, the library file
+// (asking for one when it is missing), the mode tables and the main window over the session and
+// the application object (which the caller keeps while the window lives), which is answered
+// shown. Without a library it says that the program cannot continue and answers nothing. Errors
+// are shown.
+std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& application);
 
-// Builds the serial control, the link and the session with the grip, then StartUp and the
-// window's event loop until it closes. The exit status: 0, or 1 when the
+// Builds the preferences, the serial control, the link, the session with the grip and the
+// application object, then StartUp and the window's event loop until it closes. The exit status: 0, or 1 when the
 // program could not start.
 int Main();
 

@@ -29,7 +29,6 @@
 
 using mGUISupport::MakeControl;
 using mGUISupport::TwipsToPixels;
-using mMain::Application;
 
 namespace {
 
@@ -94,7 +93,8 @@ QString fLibSets::RowKey(const QTreeWidgetItem* row)
 
 // ---- building the window -----------------------------------------------------------------------
 
-fLibSets::fLibSets(fTolvaneMan* owner) : QDialog(owner), m_owner(owner)
+fLibSets::fLibSets(cApplication& application, fTolvaneMan* owner)
+    : QDialog(owner), m_application(application), m_owner(owner)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Tolvane Library - Settings"));
@@ -203,7 +203,7 @@ void fLibSets::Form_Load()
         if (m_owner)
             move(m_owner->geometry().center() - rect().center());
         PlacedWidget placement(*this);
-        Application().RegistrySettings().WindowState(placement, true, true);
+        m_application.RegistrySettings().WindowState(placement, true, true);
 
         QStringList headers;
         for (const ColumnSpec& column : kColumns)
@@ -234,7 +234,7 @@ void fLibSets::Form_Load()
         InitListitem(first, *factory);
         rows << first;
         int running = 0;
-        for (const auto& record : Application().colSetsTemplate()) {
+        for (const auto& record : m_application.colSetsTemplate()) {
             if (record->IsDeleted())
                 continue;
             QTreeWidgetItem* row = newRow(record->ID(), QString::number(++running));
@@ -319,7 +319,7 @@ void fLibSets::Form_Unload()
     m_unloaded = true;
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Unload"), [&] {
         PlacedWidget placement(*this);
-        Application().RegistrySettings().SaveWindowState(placement, true, true);
+        m_application.RegistrySettings().SaveWindowState(placement, true, true);
     });
 }
 
@@ -360,7 +360,7 @@ QTreeWidgetItem* fLibSets::SelectedRow() const
 
 std::shared_ptr<cSetsTemplate> fLibSets::recordOf(const QTreeWidgetItem* row) const
 {
-    const auto record = Application().colSetsTemplate().Find(RowKey(row));
+    const auto record = m_application.colSetsTemplate().Find(RowKey(row));
     if (!record)
         RaiseRuntimeError(mErrCodes::RT_INVALID_CALL); // a key that is not in the library
     return record;
@@ -372,7 +372,7 @@ void fLibSets::OpenSetting(QTreeWidgetItem* row)
         if (!row)
             return;
         // Using the factory default makes a new template with its values, each time.
-        const auto record = IsFactoryDefault(row) ? Application().colSetsTemplate().AddOrThrow() : recordOf(row);
+        const auto record = IsFactoryDefault(row) ? m_application.colSetsTemplate().AddOrThrow() : recordOf(row);
         if (m_owner)
             m_owner->ChangeTemplate(record, true);
         accept();

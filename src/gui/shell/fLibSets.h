@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <memory>
 
+class cApplication;
 class cSetsTemplate;
 class fTolvaneMan;
 class QAction;
@@ -34,9 +35,10 @@ public:
         bool rightAligned;
     };
 
-    // Builds the window and loads it (Form_Load): owner receives the setting the user chooses
-    // (none: using a setting only closes the browser).
-    explicit fLibSets(fTolvaneMan* owner = nullptr);
+    // Builds the window and loads it (Form_Load) from the application's library: owner receives
+    // the setting the user chooses (none: using a setting only closes the browser). The caller
+    // keeps the application object.
+    explicit fLibSets(cApplication& application, fTolvaneMan* owner = nullptr);
 
     // The built-in setting: defaults, named "Factory Default", dated 1 August 2001; made afresh
     // each time and never part of the library.
@@ -88,6 +90,7 @@ private:
     QTreeWidgetItem* newRow(const QString& key, const QString& number);
     void fitFixedColumns();
 
+    cApplication& m_application;
     QPointer<fTolvaneMan> m_owner;
     QTreeWidget* lvwLib = nullptr;
     QPushButton* cmdUse = nullptr;

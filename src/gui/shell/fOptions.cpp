@@ -6,7 +6,7 @@
 #include "gui/common/KeyPreview.h"
 #include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
-#include "shell/cApplication.h"
+#include "base/cRegistrySettings.h"
 #include "shell/mMain.h"
 
 #include <QCheckBox>
@@ -25,7 +25,6 @@
 #include <QTabBar>
 #include <QVBoxLayout>
 
-using mMain::Application;
 
 using mGUISupport::MakeCheckBox;
 using mGUISupport::MakeControl;
@@ -95,8 +94,8 @@ QString lines(const QStringList& parts)
 
 // ---- building the dialog -----------------------------------------------------------------------
 
-fOptions::fOptions(const cGunInfo& gunInfo, QWidget* parent)
-    : QDialog(parent), m_gunInfo(gunInfo), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::Diagnosis)
+fOptions::fOptions(const cGunInfo& gunInfo, cRegistrySettings& preferences, QWidget* parent)
+    : QDialog(parent), m_gunInfo(gunInfo), m_preferences(preferences), m_portLister(&mSerialDevices::AvailablePorts), m_deviceChecker(&mSerialDevices::Diagnosis)
 {
     setObjectName(kForm);
     setWindowTitle(tr("Options"));
@@ -288,7 +287,7 @@ void fOptions::setDeviceChecker(DeviceChecker checker)
 void fOptions::Form_Load()
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = m_preferences;
         txtDBPath->setText(prefs.DBName());
         chkShowSplash->setChecked(prefs.ShowSplash());
         chkConfirm->setChecked(prefs.ShowConfirmComm());
@@ -375,7 +374,7 @@ void fOptions::CheckDevice()
     if (!lblDeviceProblem)
         return;
     const int port = cboPort->currentIndex() >= 0 ? cboPort->currentData().toInt()
-                                                  : Application().RegistrySettings().CommPort();
+                                                  : m_preferences.CommPort();
     const QString path = mSerialDevices::EffectivePath(ChosenDevice(), port);
     const QString problem = m_deviceChecker ? m_deviceChecker(path) : QString();
     lblDeviceProblem->setText(problem);
@@ -412,7 +411,7 @@ bool fOptions::ApplyChanges()
     return PassErrors(kForm, kRevision, QStringLiteral("ApplyChanges"), [&] {
         if (!ValidateChanges())
             return false;
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = m_preferences;
         if (cboPort->currentIndex() >= 0)
             prefs.setCommPort(cboPort->currentData().toInt());
         prefs.setCommDevice(ChosenDevice());

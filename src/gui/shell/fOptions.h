@@ -11,6 +11,7 @@
 
 class QCheckBox;
 class cGunInfo;
+class cRegistrySettings;
 class QComboBox;
 class QGroupBox;
 class QLabel;
@@ -30,9 +31,10 @@ public:
     using PortLister = std::function<QList<mSerialDevices::PortEntry>()>;
     using DeviceChecker = std::function<QString(const QString& path)>;
 
-    // Builds the dialog and loads the preferences into it (Form_Load). BackwardCompatibleUpload
-    // shows the answer of the grip the gun information describes (the caller keeps it).
-    explicit fOptions(const cGunInfo& gunInfo, QWidget* parent = nullptr);
+    // Builds the dialog and loads the preferences into it (Form_Load); OK writes them back.
+    // BackwardCompatibleUpload shows the answer of the grip the gun information describes. The
+    // caller keeps both.
+    fOptions(const cGunInfo& gunInfo, cRegistrySettings& preferences, QWidget* parent = nullptr);
 
     void setPortLister(PortLister lister);
     void setDeviceChecker(DeviceChecker checker);
@@ -60,6 +62,7 @@ public slots:
 
 private:
     const cGunInfo& m_gunInfo;
+    cRegistrySettings& m_preferences;
     void createGeneralPage(QWidget* page);
     void createCommunicationPage(QWidget* page);
     void connectHandlers();

@@ -36,7 +36,6 @@ using mGUISupport::MakeControl;
 using mGUISupport::MakeLabel;
 using mGUISupport::SetControlState;
 using mGUISupport::TwipsToPixels;
-using mMain::Application;
 
 namespace {
 
@@ -172,7 +171,8 @@ void nameAfter(QWidget* control, const QString& caption)
 
 // ---- building the form -------------------------------------------------------------------
 
-fTolvaneMan::fTolvaneMan(cGripSession& session, QWidget* parent) : QMainWindow(parent), m_session(session)
+fTolvaneMan::fTolvaneMan(cGripSession& session, cApplication& application, QWidget* parent)
+    : QMainWindow(parent), m_session(session), m_application(application)
 {
     setObjectName(kForm);
     setWindowTitle(kDesignCaption);
@@ -580,7 +580,6 @@ void fTolvaneMan::Form_Load()
     Handle(QStringLiteral("Form_Load"), [&] {
         m_progressPanel->setVisible(false);
         pgbProgress->setVisible(false);
-        Application().RegistrySettings();
         for (QLineEdit* counter : txtCounters)
             counter->setText(QStringLiteral("0"));
         ucIProgress1->setMax(580);
@@ -600,7 +599,7 @@ void fTolvaneMan::Form_Load()
             if (b.toolTip)
                 cmdTools[b.index]->setToolTip(tr(b.toolTip));
         }
-        SetPanelText(kPanelDatabase, Application().RegistrySettings().DBName());
+        SetPanelText(kPanelDatabase, m_application.RegistrySettings().DBName());
         adjustSize();
     });
 }
@@ -674,7 +673,7 @@ void fTolvaneMan::closeEvent(QCloseEvent* event)
 void fTolvaneMan::Form_Unload(bool& cancel)
 {
     Handle(QStringLiteral("Form_Unload"), [&] {
-        if (Application().AnythingNeedSave()) {
+        if (m_application.AnythingNeedSave()) {
             const bool save = mMain::UI().askYesNo(
                 tr("Some data have changed without being saved.") + QStringLiteral("\r\n") +
                     tr("Do you wish to save before exiting?"),
@@ -683,7 +682,7 @@ void fTolvaneMan::Form_Unload(bool& cancel)
                 // A save that fails is shown, and the window stays open so that nothing is lost.
                 cancel = !ShowErrors(kForm, kRevision, QStringLiteral("Form_Unload"), [&] {
                     WaitPointerScope wait;
-                    Application().SaveLibraryOrThrow();
+                    m_application.SaveLibraryOrThrow();
                 });
             }
         }
@@ -710,7 +709,7 @@ void fTolvaneMan::setIsTemplate(bool value)
 void fTolvaneMan::ChangeTemplate(const std::shared_ptr<cSetsTemplate>& setting, bool isTemplate)
 {
     PassErrors(kForm, kRevision, QStringLiteral("ChangeTemplate"), [&] {
-        Application().setActiveSetting(setting);
+        m_application.setActiveSetting(setting);
         mIFSettings->setSetsTemplate(setting);
         setIsTemplate(isTemplate);
         SetCaption();
@@ -720,7 +719,7 @@ void fTolvaneMan::ChangeTemplate(const std::shared_ptr<cSetsTemplate>& setting, 
 void fTolvaneMan::NewTemplate()
 {
     PassErrors(kForm, kRevision, QStringLiteral("NewTemplate"), [&] {
-        ChangeTemplate(Application().colSetsTemplate().Add(), true);
+        ChangeTemplate(m_application.colSetsTemplate().Add(), true);
     });
 }
 
@@ -782,9 +781,9 @@ void fTolvaneMan::LoadProgramSettings()
 {
     PassErrors(kForm, kRevision, QStringLiteral("LoadProgramSettings"), [&] {
         PlacedWidget placement(*this);
-        Application().RegistrySettings().WindowState(placement, true, false);
-        const QString key = Application().RegistrySettings().LastKey();
-        const auto setting = key.isEmpty() ? nullptr : Application().colSetsTemplate().Find(key);
+        m_application.RegistrySettings().WindowState(placement, true, false);
+        const QString key = m_application.RegistrySettings().LastKey();
+        const auto setting = key.isEmpty() ? nullptr : m_application.colSetsTemplate().Find(key);
         if (setting)
             ChangeTemplate(setting, true);
         else
@@ -795,10 +794,10 @@ void fTolvaneMan::LoadProgramSettings()
 void fTolvaneMan::SaveProgramSettings()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SaveProgramSettings"), [&] {
-        cRegistrySettings& prefs = Application().RegistrySettings();
+        cRegistrySettings& prefs = m_application.RegistrySettings();
         PlacedWidget placement(*this);
         prefs.SaveWindowState(placement, true, false);
-        const auto active = Application().ActiveSetting();
+        const auto active = m_application.ActiveSetting();
         const bool stored = active && !active->IsNew() && !active->IsDeleted();
         prefs.setLastKey(stored ? active->ID() : QString());
     });

@@ -18,6 +18,7 @@
 #include <functional>
 #include <memory>
 
+class cApplication;
 class cifSetsTemplate;
 class fBuildInfo;
 class fCommConsole;
@@ -46,8 +47,9 @@ public:
     static inline const QString kDesignCaption = QStringLiteral("Tolvane Interface Programme");
 
     // Builds the form and loads it (Form_Load). The window talks to the grip through the session
-    // (and its link), which the caller keeps for the window's lifetime.
-    explicit fTolvaneMan(cGripSession& session, QWidget* parent = nullptr);
+    // (and its link) and keeps its library and preferences in the application object; the caller
+    // keeps both for the window's lifetime.
+    fTolvaneMan(cGripSession& session, cApplication& application, QWidget* parent = nullptr);
     ~fTolvaneMan() override;
 
     // The words of the command line read at the first activation (default: the program's
@@ -252,9 +254,12 @@ public:
     // The session with the grip the window was given, and its link.
     cGripSession& Session() { return m_session; }
     cLink& Link() { return m_session.Link(); }
+    // The application object the window was given (library, preferences, active setting).
+    cApplication& App() { return m_application; }
 
 private:
     cGripSession& m_session;
+    cApplication& m_application;
     cifSetsTemplate* mIFSettings = nullptr;
     bool m_isTemplate = false;
     bool m_activated = false;

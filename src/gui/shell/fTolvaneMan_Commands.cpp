@@ -28,7 +28,6 @@
 using mGripCommands::Direction;
 using mGripCommands::GripRecord;
 using mGripCommands::Outcome;
-using mMain::Application;
 
 namespace {
 
@@ -125,7 +124,7 @@ void fTolvaneMan::RunGripCommand(const QString& confirmation, const std::functio
 {
     // Unlike the classic program, a command the grip refused is not confirmed: a player must not
     // be told that settings were put when they were not. The status bar says it was refused.
-    if (RunGripCommand(command) && Application().RegistrySettings().ShowConfirmComm())
+    if (RunGripCommand(command) && m_application.RegistrySettings().ShowConfirmComm())
         mMain::ShowConfirm(confirmation);
 }
 
@@ -238,7 +237,7 @@ void fTolvaneMan::mnuSave_Click()
 {
     Handle(QStringLiteral("mnuSave_Click"), [&] {
         WaitPointerScope wait;
-        Application().SaveLibrary();
+        m_application.SaveLibrary();
     });
 }
 
@@ -362,7 +361,7 @@ void fTolvaneMan::cmdReset_Click(int index)
             txtCounters[index]->setText(shown); // refused: the counter was not reset
             return;
         }
-        if (Application().RegistrySettings().ShowConfirmComm())
+        if (m_application.RegistrySettings().ShowConfirmComm())
             mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
     });
 }

@@ -20,7 +20,6 @@
 #include <QTimer>
 #include <exception>
 
-using mMain::Application;
 
 namespace {
 
@@ -35,7 +34,7 @@ public:
     {
         if (watched == m_window && event->type() == QEvent::Show && !m_shown) {
             m_shown = true;
-            if (Application().RegistrySettings().CommLogToConsole())
+            if (m_window->App().RegistrySettings().CommLogToConsole())
                 QTimer::singleShot(0, m_window, [w = m_window] { w->ShowCommLog(true); });
         } else if (watched == m_window && event->type() == QEvent::Close && m_window->GripCommandRunning()) {
             // Closing would end the program inside an exchange (during a firmware transfer, with
@@ -111,7 +110,7 @@ void fTolvaneMan::WriteFirmware(const std::function<void(const mFirmwareWorkflow
     FirmwareTransferScope transfer(*this);
     QString backup;
     mFirmwareWorkflows::tUploadOptions options;
-    if (Application().RegistrySettings().FirmwareBackup())
+    if (m_application.RegistrySettings().FirmwareBackup())
         options.backupFolder = mFirmwareBackup::DefaultFolder();
     options.backedUp = [&backup](const QString& path) { backup = path; };
     write(options);
@@ -130,7 +129,7 @@ void fTolvaneMan::mnuULFirmware_Click()
 {
     Handle(QStringLiteral("mnuULFirmware_Click"), [&] {
         WriteFirmware([&](const mFirmwareWorkflows::tUploadOptions& options) {
-            mFirmwareWorkflows::PutFirmwareProgram(m_session, kUploadFirmware, options);
+            mFirmwareWorkflows::PutFirmwareProgram(m_session, m_application.RegistrySettings(), kUploadFirmware, options);
         });
     });
 }
@@ -139,7 +138,7 @@ void fTolvaneMan::mnuDLFirmware_Click()
 {
     Handle(QStringLiteral("mnuDLFirmware_Click"), [&] {
         FirmwareTransferScope transfer(*this);
-        mFirmwareWorkflows::DownloadFirmware(m_session, QString(), kDownloadFirmware);
+        mFirmwareWorkflows::DownloadFirmware(m_session, m_application.RegistrySettings(), QString(), kDownloadFirmware);
     });
 }
 
@@ -175,9 +174,9 @@ fCommConsole* fTolvaneMan::CommLogWindow()
         m_commLog = new fCommConsole(this);
         m_commLog->setTransferRunning(m_transferRunning);
         // Closing the window ends logging to it; the next start then opens without it.
-        connect(m_commLog, &fCommConsole::closedByUser, this, [] {
+        connect(m_commLog, &fCommConsole::closedByUser, this, [this] {
             ShowErrors(kForm, kRevision, QStringLiteral("fCommConsole_Close"),
-                       [] { Application().RegistrySettings().setCommLogToConsole(false); });
+                       [this] { m_application.RegistrySettings().setCommLogToConsole(false); });
         });
         connect(m_commLog, &fCommConsole::visibilityChanged, this, [this](bool visible) {
             if (auto* item = findChild<QAction*>(QStringLiteral("mnuCommLog")))
@@ -190,7 +189,7 @@ fCommConsole* fTolvaneMan::CommLogWindow()
 void fTolvaneMan::ShowCommLog(bool show)
 {
     PassErrors(kForm, kRevision, QStringLiteral("ShowCommLog"), [&] {
-        Application().RegistrySettings().setCommLogToConsole(show);
+        m_application.RegistrySettings().setCommLogToConsole(show);
         if (show) {
             fCommConsole* window = CommLogWindow();
             window->show();

@@ -9,12 +9,11 @@
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
-using mMain::Application;
 
 void fTolvaneMan::ShowLibraryBrowser()
 {
     PassErrors(kForm, kRevision, QStringLiteral("ShowLibraryBrowser"), [&] {
-        fLibSets browser(this);
+        fLibSets browser(m_application, this);
         const auto active = ActiveSetting();
         browser.ActivateItem(active ? active->ID() : QString());
         browser.exec();
@@ -32,7 +31,7 @@ void fTolvaneMan::ShowPropertyEditor()
         // The number the browser shows for the setting: its place among the library's settings.
         QString number;
         int running = 0;
-        for (const auto& record : Application().colSetsTemplate()) {
+        for (const auto& record : m_application.colSetsTemplate()) {
             if (record->IsDeleted())
                 continue;
             ++running;
@@ -51,7 +50,7 @@ void fTolvaneMan::ShowPropertyEditor()
 void fTolvaneMan::mnuOptions_Click()
 {
     Handle(QStringLiteral("mnuOptions_Click"), [&] {
-        fOptions options(m_session.GunInfo(), this);
+        fOptions options(m_session.GunInfo(), m_application.RegistrySettings(), this);
         options.exec();
     });
 }

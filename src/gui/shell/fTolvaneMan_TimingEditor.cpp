@@ -183,7 +183,7 @@ void fTolvaneMan::SetOptionsState()
 
 void fTolvaneMan::FillModeList(QComboBox* list, bool firing, qint32 code)
 {
-    const QList<mModes::tModeEntry>& table = firing ? mModes::FiringModes() : mModes::HyperModes();
+    const QList<mModes::tModeEntry>& table = firing ? m_session.Modes().FiringModes() : m_session.Modes().HyperModes();
     list->clear();
     for (const mModes::tModeEntry& entry : table) {
         if (entry.visible)
@@ -196,7 +196,7 @@ void fTolvaneMan::FillModeList(QComboBox* list, bool firing, qint32 code)
 void fTolvaneMan::SetupFiringMode()
 {
     PassErrors(kForm, kRevision, QStringLiteral("SetupFiringMode"), [&] {
-        mModes::FiringModesGlobalArraySet(m_session.Supports());
+        m_session.Modes().FiringModesGlobalArraySet();
         const auto setting = ActiveSetting();
         FillModeList(cboFiringModes, true, setting ? setting->lFiringMode() : -1);
     });
@@ -210,7 +210,7 @@ void fTolvaneMan::SetupHyperMode()
         updShots->setValue(ramping.Shots());
         txtHyperTime->setText(QString::number(ramping.HyperTime()));
         updHyperTime->setValue(ramping.HyperTime());
-        mModes::HyperModesGlobalArraySet(m_session.Supports());
+        m_session.Modes().HyperModesGlobalArraySet();
         const auto setting = ActiveSetting();
         const qint32 mode = setting ? setting->lHyperMode() : -1;
         // A setting without a ramping mode shows "Unlimited Ramping" (code 1).

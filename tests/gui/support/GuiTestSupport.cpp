@@ -114,8 +114,8 @@ WindowHarness::~WindowHarness()
 
 fTolvaneMan& WindowHarness::open(bool show, const QStringList& commandLine)
 {
-    mMain::CheckForDB();
-    window = std::make_unique<fTolvaneMan>(grip.session);
+    mMain::CheckForDB(grip.link.prefs);
+    window = std::make_unique<fTolvaneMan>(grip.session, grip.link.app());
     window->setCommandLine(commandLine);
     if (show) {
         window->show();
@@ -134,8 +134,9 @@ QList<int> WindowHarness::takeCodes()
 ScriptedLibrary::ScriptedLibrary()
 {
     FreshStart();
+    program.restart(); // the preferences as the fresh start left them
     mMain::SetUserInterface(&ui);
-    mMain::CheckForDB();
+    mMain::CheckForDB(program.prefs);
 }
 
 ScriptedLibrary::~ScriptedLibrary()
@@ -165,7 +166,6 @@ QString stored(const QString& key)
 
 void FreshStart()
 {
-    mMain::ReleaseApplication();
     mDatabase::DisconnectDB();
     QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo")).clear();
     const QString folder = mMain::ProgramFolder();

@@ -67,6 +67,10 @@ public:
     explicit WindowHarness(const QString& gripOptions = QString());
     ~WindowHarness();
 
+    // The application object the window is given, and its preferences.
+    cApplication& app() { return grip.link.app(); }
+    cRegistrySettings& prefs() { return grip.link.prefs; }
+
     // Makes (and shows) the main window with the given command line, over the harness's session
     // (its link talks to the harness's port). Showing runs the first activation.
     fTolvaneMan& open(bool show = true, const QStringList& commandLine = {});
@@ -86,6 +90,10 @@ public:
     ScriptedLibrary(const ScriptedLibrary&) = delete;
     ScriptedLibrary& operator=(const ScriptedLibrary&) = delete;
 
+    cApplication& app() { return program.app(); }
+    cRegistrySettings& prefs() { return program.prefs; }
+
+    TestLink program;
     ScriptedQtUi ui;
 };
 
@@ -95,8 +103,8 @@ QString firstError(const ScriptedUi& script);
 // A preference of section Initialize as the store on disk holds it.
 QString stored(const QString& key);
 
-// Forgets the library, the application object and the preferences, and puts the template
-// library in place, so that each test starts as a first run.
+// Forgets the library and the stored preferences, and puts the template library in place, so
+// that the program made next starts as a first run.
 void FreshStart();
 
 } // namespace guitest
