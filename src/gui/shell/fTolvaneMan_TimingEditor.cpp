@@ -148,6 +148,19 @@ void fTolvaneMan::MoveControlsToOptions()
     });
 }
 
+void fTolvaneMan::ControlsIntoRecords(cOptions& options, cHyper& ramping) const
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ControlsIntoRecords"), [&] {
+        for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
+            (options.*row.set)((this->*row.box)->isChecked());
+        for (const OptionTime& row : fTolvaneManOptionTables::times())
+            (options.*row.set)(mConvert::ValLong((this->*row.text)->text()));
+        // As MoveControlsToHyper: the mode is the record's, not the list's.
+        ramping.setShots(mConvert::ValLong(txtShots->text()));
+        ramping.setHyperTime(mConvert::ValLong(txtHyperTime->text()));
+    });
+}
+
 void fTolvaneMan::MoveControlsToHyper()
 {
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToHyper"), [&] {
