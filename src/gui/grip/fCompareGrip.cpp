@@ -127,7 +127,7 @@ fCompareGrip::fCompareGrip(const mGripComparison::tComparison& comparison, QWidg
 void fCompareGrip::Form_Load(const mGripComparison::tComparison& comparison)
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
-        resize(TwipsToPixels(8600, this), TwipsToPixels(6400, this));
+        resize(TwipsToPixels(8600, this), TwipsToPixels(7200, this));
         if (parentWidget())
             move(parentWidget()->geometry().center() - rect().center());
         PlacedWidget placement(*this);
