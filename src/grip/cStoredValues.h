@@ -23,8 +23,6 @@ public:
     cStoredValues(const QString& recordClass, const QString& revision, const QString& section,
                   tKeeping keeping = tKeeping::Preferences);
 
-    tKeeping Keeping() const { return m_keeping; }
-
     // A switch, kept under a key of its own (the program's keys differ from the property names
     // in places); false when nothing is stored.
     // Reads answer the default for a stored text that cannot be read (not True or False, not a

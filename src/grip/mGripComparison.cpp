@@ -4,8 +4,8 @@
 #include "grip/cGripSession.h"
 
 #include <QCoreApplication>
-#include <functional>
 #include <algorithm>
+#include <functional>
 
 namespace mGripComparison {
 
@@ -28,7 +28,8 @@ QVariant readValue(cGripSession& session)
 }
 
 using S = cGripSession;
-// Each record's values in the order get shows them.
+// Each record's values in the order get shows them, under the names marlo-cli's get and put give
+// them in their own field table (its diff test checks that the two agree).
 const tField kFields[] = {
     {GripRecord::Timing, "ShotTime", readValue<&S::Timing, &cSettings::ShotTime>},
     {GripRecord::Timing, "Dwelltime", readValue<&S::Timing, &cSettings::Dwelltime>},

@@ -218,9 +218,10 @@ private:
     // records of a scratch session, then read the grip beside it and show the two.
     void PutValuesInto(cGripSession& put);
     void CompareWithGrip();
-    // The option and ramping boxes into records the caller gives, as a put takes them; the boxes
-    // stay as they are (fTolvaneMan_TimingEditor.cpp).
-    void ControlsIntoRecords(cOptions& options, cHyper& ramping) const;
+    // The option and ramping boxes into the records given, as a put takes them; the boxes stay as
+    // they are (fTolvaneMan_TimingEditor.cpp; the callers' frames name them in an error).
+    void ControlsIntoOptions(cOptions& options) const;
+    void ControlsIntoHyper(cHyper& ramping) const;
     // The library browser and the property editor of the active setting
     // (fTolvaneMan_Library.cpp).
     void ShowLibraryBrowser();

@@ -55,7 +55,8 @@ void fTolvaneMan::PutValuesInto(cGripSession& put)
         put.Timing() = m_session.Timing();
         put.CountdownTimer() = m_session.CountdownTimer();
         put.Hyper().setHyperMode(m_session.Hyper().HyperMode());
-        ControlsIntoRecords(put.Options(), put.Hyper());
+        ControlsIntoOptions(put.Options());
+        ControlsIntoHyper(put.Hyper());
         // A value a put would refuse is refused here too, before the grip is asked.
         mGripCommands::CheckPut(put, mGripComparison::PutRecords());
     });
