@@ -3,7 +3,7 @@
 // session with the grip and the application object (library and preferences).
 // Commands throw MarloError for failures (exit 1) and CliUsageError for wrong usage (exit 2);
 // a grip that refused (negative answer recorded in the session's cError) makes the command return
-// ExitRefused.
+// ExitRefused; diff returns ExitDiffers when the grip holds other values than the template.
 #include <QJsonObject>
 #include <QList>
 #include <QPair>
@@ -11,12 +11,14 @@
 #include <QStringList>
 #include <QTextStream>
 #include <QVariant>
+#include <memory>
 #include <stdexcept>
 
 class cApplication;
 class cGripSession;
+class cSetsTemplate;
 
-enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3 };
+enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3, ExitDiffers = 4 };
 
 class CliUsageError : public std::runtime_error {
 public:
@@ -64,4 +66,8 @@ int RunRecordCommand(CliContext& ctx, const QString& command);    // info, get, 
 QString RecordCommandsUsage();
 int RunFirmwareCommand(CliContext& ctx);                          // firmware read|write FILE
 int RunLibraryCommand(CliContext& ctx);                           // library list|show|export|import|delete
+int RunDiffCommand(CliContext& ctx);                              // diff ID
+// The template of the library (of --db) that an ID or a number of "library list" names; raises
+// when there is none, answers nothing when the library cannot be read (the reason is shown).
+std::shared_ptr<cSetsTemplate> FindLibraryTemplate(CliContext& ctx, const QString& which);
 int RunPortsCommand(CliContext& ctx);                             // ports [DEVICE...]

@@ -217,6 +217,15 @@ void checkArguments(const CliContext& ctx, const QString& command, const QString
 
 } // namespace
 
+std::shared_ptr<cSetsTemplate> FindLibraryTemplate(CliContext& ctx, const QString& which)
+{
+    LibraryRun run(ctx);
+    cColSetsTemplate* library = run.open();
+    if (!library)
+        return nullptr;
+    return findTemplate(*library, which);
+}
+
 int RunLibraryCommand(CliContext& ctx)
 {
     if (ctx.words.isEmpty())

@@ -29,9 +29,10 @@ QString usage()
                           "  firmware read FILE | firmware write [--backup] FILE\n"
                           "                                    --backup: first save the grip's program in the Backups folder\n"
                           "  library list | show ID | export FILE | import FILE | delete ID\n"
+                          "  diff ID                           compare library template ID with the grip\n"
                           "  ports [DEVICE...]                 the serial ports and what stands in the way of each\n"
                           "\n"
-                          "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.\n"
+                          "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused, 4 the grip differs (diff).\n"
                           "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
                           "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
                           "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n");
@@ -49,6 +50,8 @@ int dispatch(CliContext& ctx, const QString& command)
         return RunFirmwareCommand(ctx);
     if (command == QLatin1String("library"))
         return RunLibraryCommand(ctx);
+    if (command == QLatin1String("diff"))
+        return RunDiffCommand(ctx);
     if (command == QLatin1String("ports"))
         return RunPortsCommand(ctx);
     throw CliUsageError(QStringLiteral("unknown command '%1'").arg(CliText(command)));

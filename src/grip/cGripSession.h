@@ -4,6 +4,9 @@
 // from them and its last refusal).
 // The program makes one for its link and hands it to whatever talks to the grip; a test makes a
 // fresh one. Made fresh, every record holds its defaults and the gun information says 4.0.0.
+// The options and ramping records keep their values in the preferences, shared by every session,
+// except in a scratch session, whose records keep their own: what a scratch session reads from a
+// grip (to compare it, say) reaches no other session's records.
 #include "grip/cBattery.h"
 #include "grip/cCountdownTimer.h"
 #include "grip/cCounters.h"
@@ -19,8 +22,13 @@ class cLink;
 
 class cGripSession {
 public:
+    enum class tKind { Program, Scratch };
+
     // The caller keeps the link, which must outlive the session.
-    explicit cGripSession(cLink& link) : m_link(link) {}
+    explicit cGripSession(cLink& link, tKind kind = tKind::Program)
+        : m_link(link), m_keeping(kind == tKind::Scratch ? cStoredValues::tKeeping::Own : cStoredValues::tKeeping::Preferences)
+    {
+    }
     cGripSession(const cGripSession&) = delete;
     cGripSession& operator=(const cGripSession&) = delete;
 
@@ -43,16 +51,17 @@ public:
     cError& GripError() { return m_gripError; }
 
     // A fresh ramping record in place of the one held ("Default settings" of the window).
-    void ResetHyper() { m_hyper = cHyper(); }
+    void ResetHyper() { m_hyper = cHyper(m_keeping); }
 
 private:
     cLink& m_link;
+    cStoredValues::tKeeping m_keeping;
     cSettings m_timing;
     cCounters m_counters;
     cCountdownTimer m_countdownTimer;
     cBattery m_battery;
-    cOptions m_options;
-    cHyper m_hyper;
+    cOptions m_options{m_keeping};
+    cHyper m_hyper{m_keeping};
     cGunInfo m_gunInfo;
     cSupports m_supports{m_gunInfo};
     cModeTables m_modes{m_supports};

@@ -14,12 +14,6 @@ using namespace mAppFunc;
 
 namespace {
 
-const cStoredValues& store()
-{
-    static const cStoredValues values(cHyper::kClass, cHyper::kRevision, cHyper::kSection);
-    return values;
-}
-
 constexpr cStoredValues::tRange kShotsRange{cHyper::ShotsMin, cHyper::ShotsMax, cHyper::ShotsDefault};
 constexpr cStoredValues::tRange kHyperTimeRange{cHyper::HyperTimeMin, cHyper::HyperTimeMax, cHyper::HyperTimeDefault};
 // The mode is not checked: every number stands.
@@ -35,19 +29,19 @@ enum tNumber { nbShots, nbHyperTime, nbHyperMode };
 constexpr tNumberKey kNumbers[] = {{"Shots", kShotsRange}, {"HyperTime", kHyperTimeRange}, {"HyperMode", kHyperModeRange}};
 static_assert(std::size(kNumbers) == nbHyperMode + 1);
 
-qint32 readNumber(tNumber which, tUnreadablePreferences* problems = nullptr)
+qint32 readNumber(const cStoredValues& store, tNumber which, tUnreadablePreferences* problems = nullptr)
 {
-    return store().Number(QLatin1String(kNumbers[which].property), kNumbers[which].range, problems);
+    return store.Number(QLatin1String(kNumbers[which].property), kNumbers[which].range, problems);
 }
 
-qint32 writeNumber(tNumber which, qint32 value)
+qint32 writeNumber(cStoredValues& store, tNumber which, qint32 value)
 {
-    return store().setNumber(QLatin1String(kNumbers[which].property), value, kNumbers[which].range);
+    return store.setNumber(QLatin1String(kNumbers[which].property), value, kNumbers[which].range);
 }
 
 } // namespace
 
-cHyper::cHyper()
+cHyper::cHyper(cStoredValues::tKeeping keeping) : m_store(kClass, kRevision, kSection, keeping)
 {
     Load();
 }
@@ -76,17 +70,18 @@ void cHyper::AssignDefaults()
 tUnreadablePreferences cHyper::UnreadableValues()
 {
     tUnreadablePreferences problems;
+    const cStoredValues stored(kClass, kRevision, kSection);
     for (int which = 0; which < int(std::size(kNumbers)); ++which)
-        readNumber(static_cast<tNumber>(which), &problems);
+        readNumber(stored, static_cast<tNumber>(which), &problems);
     return problems;
 }
 
-qint32 cHyper::Shots() const { return readNumber(nbShots); }
-qint32 cHyper::setShots(qint32 value) { return writeNumber(nbShots, value); }
-qint32 cHyper::HyperTime() const { return readNumber(nbHyperTime); }
-qint32 cHyper::setHyperTime(qint32 value) { return writeNumber(nbHyperTime, value); }
-qint32 cHyper::HyperMode() const { return readNumber(nbHyperMode); }
-qint32 cHyper::setHyperMode(qint32 value) { return writeNumber(nbHyperMode, value); }
+qint32 cHyper::Shots() const { return readNumber(m_store, nbShots); }
+qint32 cHyper::setShots(qint32 value) { return writeNumber(m_store, nbShots, value); }
+qint32 cHyper::HyperTime() const { return readNumber(m_store, nbHyperTime); }
+qint32 cHyper::setHyperTime(qint32 value) { return writeNumber(m_store, nbHyperTime, value); }
+qint32 cHyper::HyperMode() const { return readNumber(m_store, nbHyperMode); }
+qint32 cHyper::setHyperMode(qint32 value) { return writeNumber(m_store, nbHyperMode, value); }
 
 QByteArray cHyper::Obj2Comm() const
 {

@@ -1,8 +1,9 @@
 #pragma once
 // The grip's ramping values: shots and time before ramping starts, and the ramping mode.
 // Kept in the preferences, section "Hyper", like the options: shared by all objects and kept
-// between runs.
+// between runs; only a scratch record keeps its own.
 #include "base/cRegistrySettings.h"
+#include "grip/cStoredValues.h"
 #include <QByteArray>
 #include <QString>
 
@@ -14,7 +15,7 @@ public:
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
     static inline const QString kSection = QStringLiteral("Hyper");
 
-    cHyper();
+    explicit cHyper(cStoredValues::tKeeping keeping = cStoredValues::tKeeping::Preferences);
 
     // Puts the ramping values to the grip (command 0x29); nothing happens without ramping support.
     void Upload(cGripSession& session);
@@ -53,4 +54,6 @@ public:
 
 private:
     void Comm2Obj(const QByteArray& report);
+
+    cStoredValues m_store;
 };

@@ -23,12 +23,6 @@ constexpr quint8 kEyeCheckOKTimeOn = 0x20;
 constexpr quint8 kUseEye = 0x40;
 constexpr quint8 kCTOAdjust = 0x80;
 
-const cStoredValues& store()
-{
-    static const cStoredValues values(cOptions::kClass, cOptions::kRevision, cOptions::kSection);
-    return values;
-}
-
 constexpr cStoredValues::tRange kEyeCheckMaxTimeRange{cOptions::EyeCheckMaxTimeMin, cOptions::EyeCheckMaxTimeMax,
                                                       cOptions::EyeCheckMaxTimeDefault};
 constexpr cStoredValues::tRange kDefaultLoadTimeRange{cOptions::DefaultLoadTimeMin, cOptions::DefaultLoadTimeMax,
@@ -59,31 +53,31 @@ constexpr tTimeKey kTimes[] = {
 };
 static_assert(std::size(kTimes) == tmEyeCheckOKTime + 1);
 
-bool readSwitch(tSwitch which, tUnreadablePreferences* problems = nullptr)
+bool readSwitch(const cStoredValues& store, tSwitch which, tUnreadablePreferences* problems = nullptr)
 {
     const tSwitchKey& row = kSwitches[which];
-    return store().Switch(QLatin1String(row.property), QLatin1String(row.key), problems);
+    return store.Switch(QLatin1String(row.property), QLatin1String(row.key), problems);
 }
 
-void writeSwitch(tSwitch which, bool value)
+void writeSwitch(cStoredValues& store, tSwitch which, bool value)
 {
     const tSwitchKey& row = kSwitches[which];
-    store().setSwitch(QLatin1String(row.property), QLatin1String(row.key), value);
+    store.setSwitch(QLatin1String(row.property), QLatin1String(row.key), value);
 }
 
-qint32 readTime(tTime which, tUnreadablePreferences* problems = nullptr)
+qint32 readTime(const cStoredValues& store, tTime which, tUnreadablePreferences* problems = nullptr)
 {
-    return store().Number(QLatin1String(kTimes[which].property), kTimes[which].range, problems);
+    return store.Number(QLatin1String(kTimes[which].property), kTimes[which].range, problems);
 }
 
-qint32 writeTime(tTime which, qint32 value)
+qint32 writeTime(cStoredValues& store, tTime which, qint32 value)
 {
-    return store().setNumber(QLatin1String(kTimes[which].property), value, kTimes[which].range);
+    return store.setNumber(QLatin1String(kTimes[which].property), value, kTimes[which].range);
 }
 
 } // namespace
 
-cOptions::cOptions()
+cOptions::cOptions(cStoredValues::tKeeping keeping) : m_store(kClass, kRevision, kSection, keeping)
 {
     Load();
 }
@@ -112,35 +106,36 @@ void cOptions::AssignDefaults()
 tUnreadablePreferences cOptions::UnreadableValues()
 {
     tUnreadablePreferences problems;
+    const cStoredValues stored(kClass, kRevision, kSection);
     for (int which = 0; which < int(std::size(kSwitches)); ++which)
-        readSwitch(static_cast<tSwitch>(which), &problems);
+        readSwitch(stored, static_cast<tSwitch>(which), &problems);
     for (int which = 0; which < int(std::size(kTimes)); ++which)
-        readTime(static_cast<tTime>(which), &problems);
+        readTime(stored, static_cast<tTime>(which), &problems);
     return problems;
 }
 
-bool cOptions::EyeMounted() const { return readSwitch(swEyeMounted); }
-void cOptions::setEyeMounted(bool value) { writeSwitch(swEyeMounted, value); }
-bool cOptions::TriggerFilterOn() const { return readSwitch(swTriggerFilterOn); }
-void cOptions::setTriggerFilterOn(bool value) { writeSwitch(swTriggerFilterOn, value); }
-bool cOptions::EyeCheckMaxTimeOn() const { return readSwitch(swEyeCheckMaxTimeOn); }
-void cOptions::setEyeCheckMaxTimeOn(bool value) { writeSwitch(swEyeCheckMaxTimeOn, value); }
-bool cOptions::UseEye() const { return readSwitch(swUseEye); }
-void cOptions::setUseEye(bool value) { writeSwitch(swUseEye, value); }
-qint32 cOptions::EyeCheckMaxTime() const { return readTime(tmEyeCheckMaxTime); }
-qint32 cOptions::setEyeCheckMaxTime(qint32 value) { return writeTime(tmEyeCheckMaxTime, value); }
-qint32 cOptions::DefaultLoadTime() const { return readTime(tmDefaultLoadTime); }
-qint32 cOptions::setDefaultLoadTime(qint32 value) { return writeTime(tmDefaultLoadTime, value); }
-bool cOptions::LoaderOn() const { return readSwitch(swLoaderOn); }
-void cOptions::setLoaderOn(bool value) { writeSwitch(swLoaderOn, value); }
-bool cOptions::LedOn() const { return readSwitch(swLedOn); }
-void cOptions::setLedOn(bool value) { writeSwitch(swLedOn, value); }
-bool cOptions::EyeCheckOKTimeOn() const { return readSwitch(swEyeCheckOKTimeOn); }
-void cOptions::setEyeCheckOKTimeOn(bool value) { writeSwitch(swEyeCheckOKTimeOn, value); }
-qint32 cOptions::EyeCheckOKTime() const { return readTime(tmEyeCheckOKTime); }
-qint32 cOptions::setEyeCheckOKTime(qint32 value) { return writeTime(tmEyeCheckOKTime, value); }
-bool cOptions::CTOAdjust() const { return readSwitch(swCTOAdjust); }
-void cOptions::setCTOAdjust(bool value) { writeSwitch(swCTOAdjust, value); }
+bool cOptions::EyeMounted() const { return readSwitch(m_store, swEyeMounted); }
+void cOptions::setEyeMounted(bool value) { writeSwitch(m_store, swEyeMounted, value); }
+bool cOptions::TriggerFilterOn() const { return readSwitch(m_store, swTriggerFilterOn); }
+void cOptions::setTriggerFilterOn(bool value) { writeSwitch(m_store, swTriggerFilterOn, value); }
+bool cOptions::EyeCheckMaxTimeOn() const { return readSwitch(m_store, swEyeCheckMaxTimeOn); }
+void cOptions::setEyeCheckMaxTimeOn(bool value) { writeSwitch(m_store, swEyeCheckMaxTimeOn, value); }
+bool cOptions::UseEye() const { return readSwitch(m_store, swUseEye); }
+void cOptions::setUseEye(bool value) { writeSwitch(m_store, swUseEye, value); }
+qint32 cOptions::EyeCheckMaxTime() const { return readTime(m_store, tmEyeCheckMaxTime); }
+qint32 cOptions::setEyeCheckMaxTime(qint32 value) { return writeTime(m_store, tmEyeCheckMaxTime, value); }
+qint32 cOptions::DefaultLoadTime() const { return readTime(m_store, tmDefaultLoadTime); }
+qint32 cOptions::setDefaultLoadTime(qint32 value) { return writeTime(m_store, tmDefaultLoadTime, value); }
+bool cOptions::LoaderOn() const { return readSwitch(m_store, swLoaderOn); }
+void cOptions::setLoaderOn(bool value) { writeSwitch(m_store, swLoaderOn, value); }
+bool cOptions::LedOn() const { return readSwitch(m_store, swLedOn); }
+void cOptions::setLedOn(bool value) { writeSwitch(m_store, swLedOn, value); }
+bool cOptions::EyeCheckOKTimeOn() const { return readSwitch(m_store, swEyeCheckOKTimeOn); }
+void cOptions::setEyeCheckOKTimeOn(bool value) { writeSwitch(m_store, swEyeCheckOKTimeOn, value); }
+qint32 cOptions::EyeCheckOKTime() const { return readTime(m_store, tmEyeCheckOKTime); }
+qint32 cOptions::setEyeCheckOKTime(qint32 value) { return writeTime(m_store, tmEyeCheckOKTime, value); }
+bool cOptions::CTOAdjust() const { return readSwitch(m_store, swCTOAdjust); }
+void cOptions::setCTOAdjust(bool value) { writeSwitch(m_store, swCTOAdjust, value); }
 
 quint8 cOptions::OptionsByte() const
 {

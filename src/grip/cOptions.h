@@ -1,8 +1,9 @@
 #pragma once
 // The grip's option switches and option times. The record keeps no values of its own: every
 // read and write goes to the preferences, section "Options", so all objects share them and
-// they survive between runs.
+// they survive between runs; only a scratch record keeps its own.
 #include "base/cRegistrySettings.h"
+#include "grip/cStoredValues.h"
 #include <QByteArray>
 #include <QString>
 
@@ -14,7 +15,7 @@ public:
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
     static inline const QString kSection = QStringLiteral("Options");
 
-    cOptions();
+    explicit cOptions(cStoredValues::tKeeping keeping = cStoredValues::tKeeping::Preferences);
 
     // Puts the options to the grip (command 0x28); nothing happens when the firmware lacks them.
     void Upload(cGripSession& session);
@@ -76,4 +77,6 @@ private:
     // The options byte: the eight switches packed, bit 0 first.
     quint8 OptionsByte() const;
     void Comm2Obj(const QByteArray& report);
+
+    cStoredValues m_store;
 };

@@ -5,6 +5,7 @@
 #include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
 
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -229,6 +230,17 @@ CommandResult PutAll(cGripSession& session, cTransferObserver* observer)
 CommandResult GetRecord(cGripSession& session, GripRecord record, cTransferObserver* observer)
 {
     return runCommand(session, QStringLiteral("GetRecord(%1)").arg(RecordName(record)), {{record, Direction::Get}}, observer);
+}
+
+CommandResult GetRecords(cGripSession& session, const QList<GripRecord>& records, cTransferObserver* observer)
+{
+    QList<QPair<GripRecord, Direction>> steps;
+    QStringList names;
+    for (const GripRecord record : records) {
+        steps.append({record, Direction::Get});
+        names.append(RecordName(record));
+    }
+    return runCommand(session, QStringLiteral("GetRecords(%1)").arg(names.join(QLatin1Char(' '))), steps, observer);
 }
 
 CommandResult PutRecord(cGripSession& session, GripRecord record, cTransferObserver* observer)

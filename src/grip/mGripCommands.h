@@ -80,6 +80,8 @@ CommandResult GetAll(cGripSession& session, cTransferObserver* observer = nullpt
 // Put all: timing, game timer, options, ramping.
 CommandResult PutAll(cGripSession& session, cTransferObserver* observer = nullptr);
 CommandResult GetRecord(cGripSession& session, GripRecord record, cTransferObserver* observer = nullptr);
+// Gets the records given, in that order, in one command (one boot-mode check).
+CommandResult GetRecords(cGripSession& session, const QList<GripRecord>& records, cTransferObserver* observer = nullptr);
 CommandResult PutRecord(cGripSession& session, GripRecord record, cTransferObserver* observer = nullptr);
 // Counter reset: selector 1, 2 or 3 (both).
 CommandResult ResetCounter(cGripSession& session, quint8 selector);

@@ -21,6 +21,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
@@ -106,6 +107,7 @@ const MenuItem kMenus[] = {
     {"mnuULFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Firmware program"), "mnuUpload", &fTolvaneMan::mnuULFirmware_Click, true},
     {"-", nullptr, "mnuUpload", nullptr, false},
     {"mnuULAll", QT_TRANSLATE_NOOP("fTolvaneMan", "&All"), "mnuUpload", &fTolvaneMan::mnuULAll_Click, true},
+    {"mnuCompare", QT_TRANSLATE_NOOP("fTolvaneMan", "Co&mpare with grip..."), "mnuFunction", &fTolvaneMan::mnuCompare_Click, true},
     {"mnuDefaultSettings", QT_TRANSLATE_NOOP("fTolvaneMan", "Default Settings"), "mnuFunction", &fTolvaneMan::mnuDefaultSettings_Click, true},
     {"mnuLibTemplates", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &templates..."), "mnuFunction", &fTolvaneMan::mnuLibTemplates_Click, true},
     {"mnuLibStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &statistics..."), "mnuFunction", &fTolvaneMan::mnuLibStatistics_Click, false},
@@ -122,6 +124,16 @@ const MenuItem kMenus[] = {
     {"mnuIndex", QT_TRANSLATE_NOOP("fTolvaneMan", "&Index"), "mnuHelp", nullptr, false},
     {"-", nullptr, "mnuHelp", nullptr, false},
     {"mnuAbout", QT_TRANSLATE_NOOP("fTolvaneMan", "&About Tolvane Manager"), "mnuHelp", &fTolvaneMan::mnuAbout_Click, true},
+};
+
+// Tool tips of the menu items that have one: the items beyond the classic form.
+struct MenuToolTip {
+    const char* name;
+    const char* toolTip;
+};
+
+const MenuToolTip kMenuToolTips[] = {
+    {"mnuCompare", QT_TRANSLATE_NOOP("fTolvaneMan", "Show the settings on the grip beside those Put would send; nothing is written.")},
 };
 
 struct TimingRow {
@@ -500,6 +512,13 @@ void fTolvaneMan::createMenus()
             action->setEnabled(false); // present, with nothing behind it
         if (item.held)
             m_heldCommands.append(action);
+    }
+    for (const MenuToolTip& tip : kMenuToolTips) {
+        auto* action = findChild<QAction*>(QLatin1String(tip.name));
+        action->setToolTip(tr(tip.toolTip));
+        for (QObject* owner : action->associatedObjects())
+            if (auto* menu = qobject_cast<QMenu*>(owner))
+                menu->setToolTipsVisible(true);
     }
     mnuProperties = findChild<QAction*>(QStringLiteral("mnuProperties"));
     mnuPromote = findChild<QAction*>(QStringLiteral("mnuPromote"));

@@ -4,8 +4,8 @@
 // kept in step with one flag, whether the active setting is an editable template or a setting
 // read from a grip. Its implementation is split by concern: the form and its state
 // (fTolvaneMan.cpp), the grip commands (fTolvaneMan_Commands.cpp), the timing editor
-// (fTolvaneMan_TimingEditor.cpp) and the firmware commands with the traffic window and the build
-// information (fTolvaneMan_Firmware.cpp).
+// (fTolvaneMan_TimingEditor.cpp), the firmware commands with the traffic window and the build
+// information (fTolvaneMan_Firmware.cpp) and the comparison with the grip (fTolvaneMan_Compare.cpp).
 #include "firmware/mFirmwareWorkflows.h"
 #include "grip/mGripCommands.h"
 #include "grip/cGripSession.h"
@@ -124,6 +124,7 @@ public slots:
     void mnuCut_Click();
     void mnuCopy_Click();
     void mnuPaste_Click();
+    void mnuCompare_Click();
 
     // ---- firmware, the traffic window, the build information (fTolvaneMan_Firmware.cpp) ------
 public slots:
@@ -218,6 +219,14 @@ private:
     QString m_stepBeforeRefusal;
     // Before a put: every value fits what its record carries, or nothing is sent.
     void CheckPut(const QList<mGripCommands::GripRecord>& records);
+    // The comparison with the grip (fTolvaneMan_Compare.cpp): what Put all would send, into the
+    // records of a scratch session, then read the grip beside it and show the two.
+    void PutValuesInto(cGripSession& put);
+    void CompareWithGrip();
+    // The option and ramping boxes into the records given, as a put takes them; the boxes stay as
+    // they are (fTolvaneMan_TimingEditor.cpp; the callers' frames name them in an error).
+    void ControlsIntoOptions(cOptions& options) const;
+    void ControlsIntoHyper(cHyper& ramping) const;
     // The library browser and the property editor of the active setting
     // (fTolvaneMan_Library.cpp).
     void ShowLibraryBrowser();

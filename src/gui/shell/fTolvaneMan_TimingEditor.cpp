@@ -137,24 +137,39 @@ void fTolvaneMan::SetupOptionsData()
     });
 }
 
+void fTolvaneMan::ControlsIntoOptions(cOptions& options) const
+{
+    for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
+        (options.*row.set)((this->*row.box)->isChecked());
+    for (const OptionTime& row : fTolvaneManOptionTables::times())
+        (options.*row.set)(mConvert::ValLong((this->*row.text)->text()));
+}
+
+void fTolvaneMan::ControlsIntoHyper(cHyper& ramping) const
+{
+    // The ramping mode is not taken from the list: the record uploads the mode it holds, and the
+    // list edits only the active setting. Deliberate, and kept.
+    ramping.setShots(mConvert::ValLong(txtShots->text()));
+    ramping.setHyperTime(mConvert::ValLong(txtHyperTime->text()));
+}
+
 void fTolvaneMan::MoveControlsToOptions()
 {
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToOptions"), [&] {
         cOptions& options = m_session.Options();
-        for (const OptionSwitch& row : fTolvaneManOptionTables::switches())
-            (options.*row.set)((this->*row.box)->isChecked());
+        ControlsIntoOptions(options);
         for (const OptionTime& row : fTolvaneManOptionTables::times())
-            fTolvaneManOptionTables::move(*this, row);
+            showStored(this->*row.text, this->*row.upDown, (options.*row.get)());
     });
 }
 
 void fTolvaneMan::MoveControlsToHyper()
 {
     PassErrors(kForm, kRevision, QStringLiteral("MoveControlsToHyper"), [&] {
-        // The ramping mode is not taken from the list: the record uploads the mode it holds, and
-        // the list edits only the active setting. Deliberate, and kept.
-        showStored(txtShots, updShots, m_session.Hyper().setShots(mConvert::ValLong(txtShots->text())));
-        showStored(txtHyperTime, updHyperTime, m_session.Hyper().setHyperTime(mConvert::ValLong(txtHyperTime->text())));
+        cHyper& ramping = m_session.Hyper();
+        ControlsIntoHyper(ramping);
+        showStored(txtShots, updShots, ramping.Shots());
+        showStored(txtHyperTime, updHyperTime, ramping.HyperTime());
     });
 }
 

@@ -1,0 +1,192 @@
+// Function > "Compare with grip..." against the virtual grip behind the in-memory port: the table
+// it shows, a grip that refuses, says nothing or vanishes part-way, what the window does while it
+// reads (commands held, progress, step text), that nothing reaches the grip, the window's records
+// or the library, that the next put sends what it would have sent, and the window's own manners.
+#include "GuiTestSupport.h"
+
+#include "gui/grip/fCompareGrip.h"
+
+#include <QHeaderView>
+#include <QProgressBar>
+
+using namespace guitest;
+using griptest::GripRecord;
+
+namespace {
+
+// What the comparison showed: the summary, then "value: grip / put" for each row marked as
+// differing; or "no window".
+struct Shown {
+    QString summary;
+    QStringList differing;
+    int rows = 0;
+};
+
+Shown compare(fTolvaneMan& w)
+{
+    Shown shown{QStringLiteral("no window"), {}, 0};
+    answerNextModal([&](QDialog* dialog) {
+        auto* list = control<QTreeWidget>(dialog, QStringLiteral("lvwCompare"));
+        shown.summary = control<QLabel>(dialog, QStringLiteral("lblSummary"))->text();
+        shown.rows = list->topLevelItemCount();
+        for (int i = 0; i < list->topLevelItemCount(); ++i) {
+            const QTreeWidgetItem* row = list->topLevelItem(i);
+            if (!row->text(fCompareGrip::ColDiffers).isEmpty())
+                shown.differing << row->text(fCompareGrip::ColValue) + QStringLiteral(": ") + row->text(fCompareGrip::ColGrip) +
+                                       QStringLiteral(" / ") + row->text(fCompareGrip::ColPut);
+        }
+    });
+    run(&w, QStringLiteral("mnuCompare"));
+    return shown;
+}
+
+// The window's records and the library as they stand, to see that a comparison changed neither.
+QString heldByTheProgram(fTolvaneMan& w)
+{
+    QStringList held;
+    for (const GripRecord record : {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Options, GripRecord::Ramping})
+        held << griptest::fields(w.Session(), record);
+    held << QString::number(w.App().colSetsTemplate().Count()) << QString::number(w.App().AnythingNeedSave());
+    return held.join(QStringLiteral(" | "));
+}
+
+// The virtual grip's options byte with the LED switch on, its load time and ramping mode changed
+// (a fresh window's timing record, which Put sends, holds 0 for every time).
+void changeGrip(gripsim::VirtualGrip& grip)
+{
+    grip.updateState([](gripsim::GripState& s) {
+        s.timing.loadTime = 40;
+        s.options.flags |= 0x08;
+        s.ramping.hyperMode = 3;
+    });
+}
+
+enum Trouble { None, Refuses, Silent, Vanishes };
+
+} // namespace
+
+class tst_compareWithGrip : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { FreshStart(); }
+
+    void comparison_data()
+    {
+        QTest::addColumn<bool>("gripChanged");
+        QTest::addColumn<int>("trouble"); // on the game timer, after the timing was read
+        QTest::addColumn<QString>("summary");
+        QTest::addColumn<QStringList>("differing");
+        QTest::addColumn<QString>("said"); // the status bar's step panel afterwards, or the error's number
+
+        QTest::newRow("same") << false << int(None) << "The grip holds these settings" << QStringList() << "N/A";
+        QTest::newRow("three values differ") << true << int(None) << "3 values differ"
+                                             << QStringList{"Load (ms): 40 / 0", "Use LED: On / Off", "Ramping mode: 3 / 1"} << "N/A";
+        QTest::newRow("grip refusing") << true << int(Refuses) << "no window" << QStringList()
+                                       << "The grip refused the command (error byte 0x01).";
+        QTest::newRow("grip silent") << true << int(Silent) << "no window" << QStringList()
+                                     << QString::number(mErrCodes::ERR_DL_COUNTDOWN);
+        QTest::newRow("port vanishing part-way") << true << int(Vanishes) << "no window" << QStringList()
+                                                 << QString::number(mErrCodes::ERR_DL_COUNTDOWN);
+    }
+    void comparison()
+    {
+        QFETCH(bool, gripChanged);
+        QFETCH(int, trouble);
+        QFETCH(QString, summary);
+        QFETCH(QStringList, differing);
+        QFETCH(QString, said);
+        WindowHarness h(QStringLiteral("firmware=4.0.5"));
+        fTolvaneMan& w = h.open();
+        // The grip holds what the window would put, then perhaps something else.
+        run(&w, QStringLiteral("mnuULAll"));
+        GUITEST_NO_ERRORS(h.ui.script);
+        if (gripChanged)
+            changeGrip(h.grip.grip);
+        h.takeCodes();
+        const QString before = heldByTheProgram(w);
+        const gripsim::GripState gripBefore = h.grip.grip.state();
+
+        // While the grip is read: the commands held, the progress bar and the step on show.
+        QStringList during;
+        h.grip.link.port.setResponder([&](const QByteArray& frame) -> QByteArray {
+            const quint8 code = static_cast<quint8>(frame.at(0));
+            if (code == 0x14)
+                during << QString::number(w.findChild<QAction*>(QStringLiteral("mnuCompare"))->isEnabled())
+                       << QString::number(w.findChild<QAction*>(QStringLiteral("mnuULAll"))->isEnabled())
+                       << QString::number(w.findChild<QProgressBar*>(QStringLiteral("pgbProgress"))->isVisible())
+                       << w.PanelText(fTolvaneMan::kPanelStep);
+            if (code == 0x16 && trouble == Refuses)
+                return griptest::refusal(code);
+            if (code == 0x16 && trouble == Silent)
+                return QByteArray();
+            if (code == 0x16 && trouble == Vanishes) {
+                h.grip.link.port.setVanishesAs(QStringLiteral("/dev/ttyUSB0"));
+                return QByteArray();
+            }
+            return h.grip.grip.handleFrame(frame).value_or(QByteArray());
+        });
+        const Shown shown = compare(w);
+        h.grip.link.port.setVanishesAs(QString());
+
+        QCOMPARE(during, (QStringList{"0", "0", "1", "Reading the grip to compare..."}));
+        QCOMPARE(shown.summary, summary);
+        QCOMPARE(shown.differing, differing);
+        if (shown.summary != QLatin1String("no window"))
+            QCOMPARE(shown.rows, 25);
+        QCOMPARE(h.ui.script.errors.isEmpty() ? w.PanelText(fTolvaneMan::kPanelStep) : QString::number(h.ui.script.errors.first().Number()), said);
+        // Read only: nothing was sent but gets, and nothing the program holds changed.
+        for (const int code : h.takeCodes())
+            QVERIFY2(code < 0x20, qPrintable(QString::number(code, 16)));
+        QCOMPARE(h.grip.grip.state(), gripBefore);
+        QCOMPARE(heldByTheProgram(w), before);
+        // And the window is usable again.
+        QVERIFY(w.findChild<QAction*>(QStringLiteral("mnuCompare"))->isEnabled());
+        QVERIFY(w.findChild<QAction*>(QStringLiteral("mnuULAll"))->isEnabled());
+        QVERIFY(!w.findChild<QProgressBar*>(QStringLiteral("pgbProgress"))->isVisible());
+        QCOMPARE(mMain::MousePointerDepth(), 0);
+    }
+
+    // The put after a comparison sends the bytes a put sends without one, although the grip holds
+    // other options and ramping values (which a comparison must not take into the window's records).
+    void nextPutSendsTheSameBytes()
+    {
+        QList<QByteArray> sent[2];
+        for (const bool compareFirst : {false, true}) {
+            FreshStart();
+            WindowHarness h(QStringLiteral("firmware=4.0.5"));
+            fTolvaneMan& w = h.open();
+            changeGrip(h.grip.grip);
+            if (compareFirst)
+                QVERIFY(compare(w).summary.endsWith(QLatin1String("differ")));
+            h.takeCodes();
+            run(&w, QStringLiteral("mnuULAll"));
+            GUITEST_NO_ERRORS(h.ui.script);
+            sent[compareFirst] = h.grip.link.port.frames;
+        }
+        QCOMPARE(sent[1], sent[0]);
+    }
+
+    void theWindowKeepsItsSizeAndSortsByValue()
+    {
+        ScriptedLibrary library;
+        mGripComparison::tComparison comparison;
+        for (const int shots : {30, 4, 100})
+            comparison.values.append({GripRecord::Ramping, QStringLiteral("Shots"), shots, 5});
+        {
+            fCompareGrip first(comparison, library.prefs());
+            first.resize(700, 333);
+            first.done(QDialog::Accepted);
+        }
+        fCompareGrip second(comparison, library.prefs());
+        QCOMPARE(second.size(), QSize(700, 333));
+        auto* list = control<QTreeWidget>(&second, QStringLiteral("lvwCompare"));
+        QCOMPARE(columnTexts(list, fCompareGrip::ColGrip), (QStringList{"30", "4", "100"}));
+        list->header()->setSortIndicator(fCompareGrip::ColGrip, Qt::AscendingOrder);
+        QCOMPARE(columnTexts(list, fCompareGrip::ColGrip), (QStringList{"4", "30", "100"}));
+        QCOMPARE(unnamedControls(&second), QStringList());
+        GUITEST_NO_ERRORS(library.ui.script);
+    }
+};
+
+QTEST_MAIN(tst_compareWithGrip)
+#include "tst_compareWithGrip.moc"
