@@ -63,3 +63,4 @@ QString RecordCommandsUsage();
 int RunFirmwareCommand(CliContext& ctx);                          // firmware read|write FILE
 int RunLibraryCommand(CliContext& ctx);                           // library list|show|export|import|delete
 int RunPortsCommand(CliContext& ctx);                             // ports [DEVICE...]
+int RunHistoryCommand(CliContext& ctx);                           // history [--serial S]

@@ -4,6 +4,7 @@
 #include "cli/StderrConsole.h"
 
 #include "base/MarloError.h"
+#include "grip/cGripHistory.h"
 #include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
@@ -29,6 +30,7 @@ QString usage()
                           "  firmware read FILE | firmware write FILE\n"
                           "  library list | show ID | export FILE | import FILE | delete ID\n"
                           "  ports [DEVICE...]                 the serial ports and what stands in the way of each\n"
+                          "  history [--serial S]              the settings each grip held after every get and put\n"
                           "\n"
                           "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.\n"
                           "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
@@ -50,6 +52,8 @@ int dispatch(CliContext& ctx, const QString& command)
         return RunLibraryCommand(ctx);
     if (command == QLatin1String("ports"))
         return RunPortsCommand(ctx);
+    if (command == QLatin1String("history"))
+        return RunHistoryCommand(ctx);
     throw CliUsageError(QStringLiteral("unknown command '%1'").arg(CliText(command)));
 }
 
@@ -118,6 +122,8 @@ int main(int argc, char* argv[])
     cLink link(&port, linkSettings);
     link.SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
     cGripSession session(link);
+    cGripHistory history(cGripHistory::DefaultFolder());
+    session.SetHistory(&history);
     ui.setLink(&link);
 
     if (parser.isSet(deviceOption)) {

@@ -1,6 +1,7 @@
 #pragma once
 // One conversation with one grip: the link it talks over, and what the program holds of that grip
-// (its six records, its gun information, the feature flags that follow it and its last refusal).
+// (its six records, its gun information, the feature flags that follow it and its last refusal),
+// and the history its settings are recorded in.
 // The program makes one for its link and hands it to whatever talks to the grip; a test makes a
 // fresh one. Made fresh, every record holds its defaults and the gun information says 4.0.0.
 #include "grip/cBattery.h"
@@ -13,6 +14,7 @@
 #include "grip/cSupports.h"
 #include "link/cError.h"
 
+class cGripHistory;
 class cLink;
 
 class cGripSession {
@@ -41,6 +43,10 @@ public:
     // A fresh ramping record in place of the one held ("Default settings" of the window).
     void ResetHyper() { m_hyper = cHyper(); }
 
+    // Where the gets and puts of settings are recorded (none: not recorded). The caller keeps it.
+    cGripHistory* History() const { return m_history; }
+    void SetHistory(cGripHistory* history) { m_history = history; }
+
 private:
     cLink& m_link;
     cSettings m_timing;
@@ -52,4 +58,5 @@ private:
     cGunInfo m_gunInfo;
     cSupports m_supports{m_gunInfo};
     cError m_gripError;
+    cGripHistory* m_history = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "gui/shell/Main.h"
 
+#include "grip/cGripHistory.h"
 #include "grip/mModes.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
@@ -85,11 +86,13 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session)
 int Main()
 {
     // The program's way to the grip: the serial control, the link over it and the session with
-    // the grip, for as long as the window lives.
+    // the grip with the history of its settings, for as long as the window lives.
     cSerialPort port;
     const cPreferencesLinkSettings linkSettings;
     cLink link(&port, linkSettings);
     cGripSession session(link);
+    cGripHistory history(cGripHistory::DefaultFolder());
+    session.SetHistory(&history);
     const std::unique_ptr<fTolvaneMan> window = StartUp(session);
     if (!window)
         return 1;

@@ -110,6 +110,7 @@ const MenuItem kMenus[] = {
     {"mnuDefaultSettings", QT_TRANSLATE_NOOP("fTolvaneMan", "Default Settings"), "mnuFunction", &fTolvaneMan::mnuDefaultSettings_Click, true},
     {"mnuLibTemplates", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &templates..."), "mnuFunction", &fTolvaneMan::mnuLibTemplates_Click, true},
     {"mnuLibStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &statistics..."), "mnuFunction", &fTolvaneMan::mnuLibStatistics_Click, false},
+    {"mnuGripHistory", QT_TRANSLATE_NOOP("fTolvaneMan", "Grip &history..."), "mnuFunction", &fTolvaneMan::mnuGripHistory_Click, true},
     {"mnuProperties", QT_TRANSLATE_NOOP("fTolvaneMan", "P&roperties"), "mnuFunction", &fTolvaneMan::mnuProperties_Click, true},
     {"mnuPromote", QT_TRANSLATE_NOOP("fTolvaneMan", "&Promote"), "mnuFunction", &fTolvaneMan::mnuPromote_Click, false},
     {"mnuBurnFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Burn firmware"), "mnuFunction", &fTolvaneMan::mnuBurnFirmware_Click, false},
@@ -501,6 +502,10 @@ void fTolvaneMan::createMenus()
         if (item.held)
             m_heldCommands.append(action);
     }
+    // The grip history is new to the menu: its item says what it does.
+    auto* history = findChild<QAction*>(QStringLiteral("mnuGripHistory"));
+    history->setToolTip(tr("List the settings each grip held after every get and put, and make a template of one"));
+    menus.value(QStringLiteral("mnuFunction"))->setToolTipsVisible(true);
     mnuProperties = findChild<QAction*>(QStringLiteral("mnuProperties"));
     mnuPromote = findChild<QAction*>(QStringLiteral("mnuPromote"));
     mnuUpload = menus.value(QStringLiteral("mnuUpload"));
