@@ -1,6 +1,7 @@
 // marlo-cli history: what the grips held after every get and put of their settings, newest first.
 #include "cli/CliContext.h"
 
+#include "base/mServices.h"
 #include "grip/cGripHistory.h"
 #include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
@@ -57,9 +58,9 @@ int RunHistoryCommand(CliContext& ctx)
     const QString serial = serialArgument(ctx.words);
     cGripHistory* history = ctx.session->History();
     const QList<cGripHistory::tEntry> entries = history ? history->Entries(serial) : QList<cGripHistory::tEntry>();
-    // A damaged file was set aside: said, and the rest is listed.
+    // A damaged file was set aside: said as a get or put says it, and the rest is listed.
     if (const QString problem = history ? history->TakeProblem() : QString(); !problem.isEmpty())
-        *ctx.err << "warning: " << CliLines(problem) << '\n';
+        mMain::UI().showMessage(problem, mGripCommands::kHistoryTitle, MsgIcon::Exclamation);
     if (ctx.json) {
         QJsonArray array;
         for (const cGripHistory::tEntry& entry : entries)

@@ -60,6 +60,8 @@ QJsonObject recordOf(const cGripHistory::tEntry& entry, GripRecord record)
 
 QString valueText(const QJsonValue& value)
 {
+    if (value.isUndefined())
+        return QStringLiteral("?");
     if (value.isBool())
         return value.toBool() ? tr("Yes") : tr("No");
     return value.isDouble() ? QString::number(value.toDouble()) : value.toVariant().toString();
