@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -125,7 +126,7 @@ void fGripHistory::createControls()
 
     lvwValues = MakeControl<QTreeWidget>(this, QStringLiteral("lvwValues"));
     lvwValues->setAccessibleName(tr("Values of the selected entry"));
-    lvwValues->setHeaderLabels({tr("Value"), tr("Setting")});
+    lvwValues->setHeaderLabels({tr("Setting"), tr("Value")});
     lvwValues->setUniformRowHeights(true);
     lvwValues->setEditTriggers(QAbstractItemView::NoEditTriggers);
 
@@ -153,8 +154,9 @@ void fGripHistory::createControls()
     auto* splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(lvwHistory);
     splitter->addWidget(lvwValues);
-    splitter->setStretchFactor(0, 3);
-    splitter->setStretchFactor(1, 2);
+    splitter->setStretchFactor(0, 2);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({2000, 1000});
     splitter->setChildrenCollapsible(false);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdUse);
@@ -186,9 +188,14 @@ void fGripHistory::Form_Load()
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
         // Over the owner, unless the preferences know better.
-        resize(TwipsToPixels(10500, this), TwipsToPixels(5400, this));
-        if (parentWidget())
-            move(parentWidget()->geometry().center() - rect().center());
+        resize(TwipsToPixels(13500, this), TwipsToPixels(5400, this));
+        if (parentWidget()) {
+            // Wider than the main window: centred over it, but never off the screen.
+            const QRect room = parentWidget()->screen()->availableGeometry();
+            const QPoint centred = parentWidget()->geometry().center() - rect().center();
+            move(qBound(room.left(), centred.x(), qMax(room.left(), room.right() - width())),
+                 qBound(room.top(), centred.y(), qMax(room.top(), room.bottom() - height())));
+        }
         PlacedWidget placement(*this);
         Application().RegistrySettings().WindowState(placement, true, true);
 
@@ -197,6 +204,7 @@ void fGripHistory::Form_Load()
         cboShow->addItem(tr("All grips"));
         cboShow->setCurrentIndex(serial.isEmpty() ? ShowAllGrips : ShowThisGrip);
         ListEntries();
+        lvwHistory->setFocus();
     });
 }
 
@@ -243,6 +251,7 @@ void fGripHistory::ListEntries()
         row->setText(ColSerial, entry.serial);
         row->setText(ColFirmware, entry.firmware);
         row->setText(ColSummary, Summary(entry));
+        row->setToolTip(ColSummary, row->text(ColSummary)); // read in full where the column cuts it
         row->setData(ColTime, kEntryRole, qlonglong(i));
         rows << row;
     }
