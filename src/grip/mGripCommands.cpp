@@ -153,11 +153,10 @@ void RecordHistory(cGripSession& session, const QList<GripRecord>& records)
     if (!history)
         return;
     cGripHistory::tEntry entry;
-    for (const GripRecord record : records) {
-        if (record == GripRecord::Timing || record == GripRecord::GameTimer || record == GripRecord::Options ||
-            record == GripRecord::Ramping)
+    // The settings are the records that can be put; counters and battery are not kept.
+    for (const GripRecord record : records)
+        if (CanPut(record))
             entry.values.insert(RecordName(record), mRecordFields::ToJson(mRecordFields::Values(session, record)));
-    }
     if (entry.values.isEmpty())
         return;
     entry.time = QDateTime::currentDateTime();

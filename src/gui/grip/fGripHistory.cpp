@@ -68,9 +68,8 @@ QString valueText(const QJsonValue& value)
     return value.isDouble() ? QString::number(value.toDouble()) : value.toVariant().toString();
 }
 
-} // namespace
-
-QString fGripHistory::Summary(const cGripHistory::tEntry& entry)
+// A line that sums an entry up: its five times, the game time and the other records in it.
+QString summary(const cGripHistory::tEntry& entry)
 {
     QStringList parts;
     const QJsonObject timing = recordOf(entry, GripRecord::Timing);
@@ -89,6 +88,8 @@ QString fGripHistory::Summary(const cGripHistory::tEntry& entry)
         parts << tr("ramping");
     return parts.join(QStringLiteral(", "));
 }
+
+} // namespace
 
 // ---- building the window -----------------------------------------------------------------------
 
@@ -250,7 +251,7 @@ void fGripHistory::ListEntries()
         row->setText(ColTime, entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
         row->setText(ColSerial, entry.serial);
         row->setText(ColFirmware, entry.firmware);
-        row->setText(ColSummary, Summary(entry));
+        row->setText(ColSummary, summary(entry));
         row->setToolTip(ColSummary, row->text(ColSummary)); // read in full where the column cuts it
         row->setData(ColTime, kEntryRole, qlonglong(i));
         rows << row;

@@ -34,8 +34,6 @@ public:
     const std::optional<cGripHistory::tEntry>& ChosenEntry() const { return m_chosen; }
     // The selected entry, or none.
     const cGripHistory::tEntry* SelectedEntry() const;
-    // A line that sums an entry up: its five times, the game time and the other records in it.
-    static QString Summary(const cGripHistory::tEntry& entry);
 
 public slots:
     void cboShow_Click();
