@@ -71,3 +71,4 @@ int RunDiffCommand(CliContext& ctx);                              // diff ID
 // when there is none, answers nothing when the library cannot be read (the reason is shown).
 std::shared_ptr<cSetsTemplate> FindLibraryTemplate(CliContext& ctx, const QString& which);
 int RunPortsCommand(CliContext& ctx);                             // ports [DEVICE...]
+int RunHistoryCommand(CliContext& ctx);                           // history [--serial S]

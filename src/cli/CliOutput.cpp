@@ -1,6 +1,7 @@
 #include "cli/CliContext.h"
 
 #include "grip/cGripSession.h"
+#include "grip/mRecordFields.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -53,10 +54,7 @@ QString CliLines(const QString& text)
 
 QJsonObject FieldsToJson(const CliFields& fields)
 {
-    QJsonObject object;
-    for (const CliField& field : fields)
-        object.insert(field.first, QJsonValue::fromVariant(field.second));
-    return object;
+    return mRecordFields::ToJson(fields);
 }
 
 void PrintJson(CliContext& ctx, const QJsonValue& value)

@@ -3,12 +3,10 @@
 
 #include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
+#include "grip/mRecordFields.h"
 #include "shell/mMain.h"
 
 #include <QJsonObject>
-#include <functional>
-#include <optional>
-#include <type_traits>
 
 using mGripCommands::Direction;
 using mGripCommands::GripRecord;
@@ -16,127 +14,13 @@ using mGripCommands::Outcome;
 
 namespace {
 
-// Floats as the shortest decimal that reads back the same, so JSON shows 9.71, not 9.7100000381.
-double displayNumber(float value)
-{
-    return QString::number(static_cast<double>(value), 'g', 6).toDouble();
-}
-
-// Reads and writes one property of a record of the session, for the field tables below.
-template <auto record>
-struct Of {
-    template <auto getter>
-    static QVariant read(cGripSession& session)
-    {
-        const auto value = std::invoke(getter, std::invoke(record, session));
-        if constexpr (std::is_floating_point_v<decltype(value)>)
-            return displayNumber(value);
-        else
-            return QVariant::fromValue(value);
-    }
-    // Answers the value the record kept (a setter that keeps its value in range says which).
-    template <auto setter>
-    static qint32 write(cGripSession& session, qint32 value)
-    {
-        auto& target = std::invoke(record, session);
-        if constexpr (std::is_void_v<decltype(std::invoke(setter, target, value))>) {
-            std::invoke(setter, target, value);
-            return value;
-        } else {
-            return std::invoke(setter, target, value);
-        }
-    }
-};
-
-// One field of a record as marlo-cli shows and takes it. Its name is the record's property
-// name: the "Name:" of the text, the JSON key and the put option (--Name).
-struct RecordField {
-    enum Kind {
-        Byte,     // a whole number the grip carries in a byte (0..255)
-        Word,     // a whole number the grip carries in 16 bits (0..65535)
-        Switch,   // 0 or 1
-        ReadOnly, // shown by get, never put
-    };
-    QString name;
-    Kind kind;
-    QVariant (*get)(cGripSession&);
-    qint32 (*set)(cGripSession&, qint32) = nullptr;
-    // The editor's usual range: a value outside it is sent as given, with a note.
-    std::optional<QPair<qint32, qint32>> usual = std::nullopt;
-};
-
-struct RecordTable {
-    GripRecord record;
-    QList<RecordField> fields; // in the order get shows them
-};
-
-// Every record marlo-cli knows, in the order its usage and messages list them.
-const QList<RecordTable>& recordTables()
-{
-    using F = RecordField;
-    using T = Of<&cGripSession::Timing>;
-    using O = Of<&cGripSession::Options>;
-    using H = Of<&cGripSession::Hyper>;
-    using G = Of<&cGripSession::CountdownTimer>;
-    using C = Of<&cGripSession::Counters>;
-    using B = Of<&cGripSession::Battery>;
-    using S = cSettings;
-    static const QList<RecordTable> tables = {
-        {GripRecord::Timing,
-         {{QStringLiteral("ShotTime"), F::Byte, T::read<&S::ShotTime>, T::write<&S::setShotTime>, {{S::ShotTimeMin(), S::ShotTimeMax()}}},
-          {QStringLiteral("Dwelltime"), F::Byte, T::read<&S::Dwelltime>, T::write<&S::setDwelltime>, {{S::DwelltimeMin(), S::DwelltimeMax()}}},
-          {QStringLiteral("CycleTimeOpen"), F::Byte, T::read<&S::CycleTimeOpen>, T::write<&S::setCycleTimeOpen>,
-           {{S::CycleTimeOpenMin(), S::CycleTimeOpenMax()}}},
-          {QStringLiteral("LoadTime"), F::Byte, T::read<&S::LoadTime>, T::write<&S::setLoadTime>, {{S::LoadTimeMin(), S::LoadTimeMax()}}},
-          {QStringLiteral("CycleTimeClose"), F::Byte, T::read<&S::CycleTimeClose>, T::write<&S::setCycleTimeClose>,
-           {{S::CycleTimeCloseMin(), S::CycleTimeCloseMax()}}},
-          {QStringLiteral("FiringMode"), F::Byte, T::read<&S::FiringMode>, T::write<&S::setFiringMode>},
-          {QStringLiteral("ROF"), F::ReadOnly, T::read<&S::ROF>}}},
-        {GripRecord::Options,
-         {{QStringLiteral("EyeMounted"), F::Switch, O::read<&cOptions::EyeMounted>, O::write<&cOptions::setEyeMounted>},
-          {QStringLiteral("TriggerFilterOn"), F::Switch, O::read<&cOptions::TriggerFilterOn>, O::write<&cOptions::setTriggerFilterOn>},
-          {QStringLiteral("EyeCheckMaxTimeOn"), F::Switch, O::read<&cOptions::EyeCheckMaxTimeOn>, O::write<&cOptions::setEyeCheckMaxTimeOn>},
-          {QStringLiteral("UseEye"), F::Switch, O::read<&cOptions::UseEye>, O::write<&cOptions::setUseEye>},
-          {QStringLiteral("EyeCheckMaxTime"), F::Byte, O::read<&cOptions::EyeCheckMaxTime>, O::write<&cOptions::setEyeCheckMaxTime>},
-          {QStringLiteral("DefaultLoadTime"), F::Byte, O::read<&cOptions::DefaultLoadTime>, O::write<&cOptions::setDefaultLoadTime>},
-          {QStringLiteral("LoaderOn"), F::Switch, O::read<&cOptions::LoaderOn>, O::write<&cOptions::setLoaderOn>},
-          {QStringLiteral("LedOn"), F::Switch, O::read<&cOptions::LedOn>, O::write<&cOptions::setLedOn>},
-          {QStringLiteral("EyeCheckOKTimeOn"), F::Switch, O::read<&cOptions::EyeCheckOKTimeOn>, O::write<&cOptions::setEyeCheckOKTimeOn>},
-          {QStringLiteral("EyeCheckOKTime"), F::Byte, O::read<&cOptions::EyeCheckOKTime>, O::write<&cOptions::setEyeCheckOKTime>},
-          {QStringLiteral("CTOAdjust"), F::Switch, O::read<&cOptions::CTOAdjust>, O::write<&cOptions::setCTOAdjust>}}},
-        {GripRecord::Ramping,
-         {{QStringLiteral("Shots"), F::Byte, H::read<&cHyper::Shots>, H::write<&cHyper::setShots>},
-          {QStringLiteral("HyperTime"), F::Byte, H::read<&cHyper::HyperTime>, H::write<&cHyper::setHyperTime>},
-          {QStringLiteral("HyperMode"), F::Byte, H::read<&cHyper::HyperMode>, H::write<&cHyper::setHyperMode>}}},
-        {GripRecord::GameTimer,
-         {{QStringLiteral("CountDownTimer"), F::Byte, G::read<&cCountdownTimer::CountDownTimer>, G::write<&cCountdownTimer::setCountDownTimer>},
-          {QStringLiteral("PreAlert1On"), F::Switch, G::read<&cCountdownTimer::PreAlert1On>, G::write<&cCountdownTimer::setPreAlert1On>},
-          {QStringLiteral("PreAlert1Time"), F::Word, G::read<&cCountdownTimer::PreAlert1Time>, G::write<&cCountdownTimer::setPreAlert1Time>},
-          {QStringLiteral("PreAlert2On"), F::Switch, G::read<&cCountdownTimer::PreAlert2On>, G::write<&cCountdownTimer::setPreAlert2On>},
-          {QStringLiteral("PreAlert2Time"), F::Word, G::read<&cCountdownTimer::PreAlert2Time>, G::write<&cCountdownTimer::setPreAlert2Time>}}},
-        {GripRecord::Counters,
-         {{QStringLiteral("Counter1"), F::ReadOnly, C::read<&cCounters::Counter1>},
-          {QStringLiteral("Counter2"), F::ReadOnly, C::read<&cCounters::Counter2>},
-          {QStringLiteral("Total"), F::ReadOnly, C::read<&cCounters::Total>}}},
-        {GripRecord::Battery, {{QStringLiteral("VoltageLevel"), F::ReadOnly, B::read<&cBattery::VoltageLevel>}}},
-    };
-    return tables;
-}
-
-const QList<RecordField>& fieldsOf(GripRecord record)
-{
-    for (const RecordTable& table : recordTables())
-        if (table.record == record)
-            return table.fields;
-    static const QList<RecordField> none;
-    return none;
-}
+using RecordField = mRecordFields::tField;
 
 // The fields a put takes: every one that is not read-only.
 QList<RecordField> putFields(GripRecord record)
 {
     QList<RecordField> fields;
-    for (const RecordField& field : fieldsOf(record))
+    for (const RecordField& field : mRecordFields::FieldsOf(record))
         if (field.kind != RecordField::ReadOnly)
             fields.append(field);
     return fields;
@@ -146,7 +30,7 @@ QList<RecordField> putFields(GripRecord record)
 QString recordNames(bool puttable)
 {
     QStringList names;
-    for (const RecordTable& table : recordTables())
+    for (const mRecordFields::tTable& table : mRecordFields::Tables())
         if (!puttable || mGripCommands::CanPut(table.record))
             names.append(mGripCommands::RecordName(table.record));
     return names.join(QLatin1Char('|'));
@@ -154,10 +38,7 @@ QString recordNames(bool puttable)
 
 CliFields recordFields(cGripSession& session, GripRecord record)
 {
-    CliFields fields;
-    for (const RecordField& field : fieldsOf(record))
-        fields.append({field.name, field.get(session)});
-    return fields;
+    return mRecordFields::Values(session, record);
 }
 
 void noteUnsupported(CliContext& ctx, GripRecord record)
@@ -343,8 +224,11 @@ int runPut(CliContext& ctx)
     }
     if (mGripCommands::TransferRecord(session, record, Direction::Put) == Outcome::Refused)
         return RefusalStatus(ctx);
-    // Read back, so that what is printed is what the grip now holds.
-    printRecord(ctx, record, mGripCommands::TransferRecord(session, record, Direction::Get));
+    // Read back, so that what is printed (and kept in the history) is what the grip now holds.
+    const Outcome back = mGripCommands::TransferRecord(session, record, Direction::Get);
+    if (back == Outcome::Done)
+        mGripCommands::RecordHistory(session, {record});
+    printRecord(ctx, record, back);
     return RefusalStatus(ctx);
 }
 
@@ -386,7 +270,7 @@ QString RecordCommandsUsage()
     // The put lines wrap before an option that would take them past this many columns.
     constexpr qsizetype kWidth = 135;
     QString usage = QStringLiteral("  get %1|all\n").arg(recordNames(false));
-    for (const RecordTable& table : recordTables()) {
+    for (const mRecordFields::tTable& table : mRecordFields::Tables()) {
         if (!mGripCommands::CanPut(table.record))
             continue;
         QString line = QStringLiteral("  ") + (QStringLiteral("put ") + mGripCommands::RecordName(table.record)).leftJustified(14);

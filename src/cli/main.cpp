@@ -4,6 +4,7 @@
 #include "cli/StderrConsole.h"
 
 #include "base/MarloError.h"
+#include "grip/cGripHistory.h"
 #include "grip/cGripSession.h"
 #include "link/cLink.h"
 #include "link/cPreferencesLinkSettings.h"
@@ -31,6 +32,7 @@ QString usage()
                           "  library list | show ID | export FILE | import FILE | delete ID\n"
                           "  diff ID                           compare library template ID with the grip\n"
                           "  ports [DEVICE...]                 the serial ports and what stands in the way of each\n"
+                          "  history [--serial S]              the settings each grip held after every get and put\n"
                           "\n"
                           "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused, 4 the grip differs (diff).\n"
                           "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
@@ -54,6 +56,8 @@ int dispatch(CliContext& ctx, const QString& command)
         return RunDiffCommand(ctx);
     if (command == QLatin1String("ports"))
         return RunPortsCommand(ctx);
+    if (command == QLatin1String("history"))
+        return RunHistoryCommand(ctx);
     throw CliUsageError(QStringLiteral("unknown command '%1'").arg(CliText(command)));
 }
 
@@ -124,6 +128,8 @@ int main(int argc, char* argv[])
     link.SetConsoleFactory([] { return std::make_unique<StderrConsole>(); });
     cGripSession session(link);
     cApplication application(prefs);
+    cGripHistory history(cGripHistory::DefaultFolder());
+    session.SetHistory(&history);
     ui.setLink(&link);
 
     if (parser.isSet(deviceOption)) {

@@ -133,6 +133,7 @@ QList<cGripHistory::tEntry> cGripHistory::Entries(const QString& serial)
 QString cGripHistory::TakeProblem()
 {
     const QString text = m_problems.join(QLatin1Char('\n'));
+    m_told += m_problems;
     m_problems.clear();
     return text;
 }
@@ -190,6 +191,6 @@ bool cGripHistory::Compact(const QString& path, const QByteArray& held, qsizetyp
 
 void cGripHistory::AddProblem(const QString& text)
 {
-    if (!m_problems.contains(text))
+    if (!m_problems.contains(text) && !m_told.contains(text))
         m_problems.append(text);
 }

@@ -42,7 +42,8 @@ public:
     // The entries, newest first: of one grip, or of all when serial is empty.
     QList<tEntry> Entries(const QString& serial = QString());
     // What went wrong since the last call (a damaged file set aside, a write that failed), each
-    // told once; empty when nothing did.
+    // told once for the life of this object (a full disk is not told at every get); empty when
+    // nothing new did.
     QString TakeProblem();
 
 private:
@@ -57,4 +58,5 @@ private:
 
     QString m_folder;
     QStringList m_problems;
+    QStringList m_told;
 };

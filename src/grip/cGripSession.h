@@ -1,7 +1,7 @@
 #pragma once
 // One conversation with one grip: the link it talks over, and what the program holds of that grip
 // (its six records, its gun information, the feature flags that follow it, the mode tables filled
-// from them and its last refusal).
+// from them and its last refusal), and the history its settings are recorded in.
 // The program makes one for its link and hands it to whatever talks to the grip; a test makes a
 // fresh one. Made fresh, every record holds its defaults and the gun information says 4.0.0.
 // The options and ramping records keep their values in the preferences, shared by every session,
@@ -18,6 +18,7 @@
 #include "grip/cSupports.h"
 #include "link/cError.h"
 
+class cGripHistory;
 class cLink;
 
 class cGripSession {
@@ -53,6 +54,10 @@ public:
     // A fresh ramping record in place of the one held ("Default settings" of the window).
     void ResetHyper() { m_hyper = cHyper(m_keeping); }
 
+    // Where the gets and puts of settings are recorded (none: not recorded). The caller keeps it.
+    cGripHistory* History() const { return m_history; }
+    void SetHistory(cGripHistory* history) { m_history = history; }
+
 private:
     cLink& m_link;
     cStoredValues::tKeeping m_keeping;
@@ -66,4 +71,5 @@ private:
     cSupports m_supports{m_gunInfo};
     cModeTables m_modes{m_supports};
     cError m_gripError;
+    cGripHistory* m_history = nullptr;
 };

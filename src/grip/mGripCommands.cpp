@@ -2,8 +2,11 @@
 
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
+#include "base/mServices.h"
+#include "grip/cGripHistory.h"
 #include "grip/cGripSession.h"
 #include "grip/mCommSupportHex.h"
+#include "grip/mRecordFields.h"
 
 #include <QStringList>
 #include <functional>
@@ -62,8 +65,13 @@ CommandResult runCommand(cGripSession& session, const QString& procedure, const 
         CommandResult result;
         result.programStarted = StartProgramIfInBootMode(session);
         result.bootCheckRefused = session.GripError().ErrorCode() != cError::NoError;
-        for (const auto& step : steps)
+        QList<GripRecord> exchanged;
+        for (const auto& step : steps) {
             result.transfers.append({step.first, step.second, observedTransfer(session, step.first, step.second, observer)});
+            if (result.transfers.last().outcome == Outcome::Done)
+                exchanged.append(step.first);
+        }
+        RecordHistory(session, exchanged);
         return result;
     });
 }
@@ -138,6 +146,27 @@ bool RecordFromName(const QString& name, GripRecord& record)
 bool CanPut(GripRecord record)
 {
     return record != GripRecord::Counters && record != GripRecord::Battery;
+}
+
+void RecordHistory(cGripSession& session, const QList<GripRecord>& records)
+{
+    cGripHistory* history = session.History();
+    if (!history)
+        return;
+    cGripHistory::tEntry entry;
+    // The settings are the records that can be put; counters and battery are not kept.
+    for (const GripRecord record : records)
+        if (CanPut(record))
+            entry.values.insert(RecordName(record), mRecordFields::ToJson(mRecordFields::Values(session, record)));
+    if (entry.values.isEmpty())
+        return;
+    entry.time = QDateTime::currentDateTime();
+    entry.serial = session.GunInfo().Serial();
+    entry.firmware = session.GunInfo().FirmwareBuild();
+    history->Record(entry);
+    const QString problem = history->TakeProblem();
+    if (!problem.isEmpty())
+        mMain::UI().showMessage(problem, kHistoryTitle, MsgIcon::Exclamation);
 }
 
 bool StartProgramIfInBootMode(cGripSession& session)

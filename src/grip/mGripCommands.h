@@ -92,6 +92,14 @@ CommandResult ResetCounter(cGripSession& session, quint8 selector);
 // later one. PutAll and PutRecord run it first.
 void CheckPut(cGripSession& session, const QList<GripRecord>& records);
 
+// Records in the session's history (when it has one) what the grip holds of the settings among
+// these records (timing, game timer, options, ramping) after a command exchanged them, with the
+// grip's serial number and firmware version as the session knows them: one entry, no exchange.
+// The commands above record by themselves. A history that cannot be written or read never stops
+// a command: the problem is told once through the user-interface services.
+void RecordHistory(cGripSession& session, const QList<GripRecord>& records);
+inline const QString kHistoryTitle = QStringLiteral("Grip history");
+
 // The pieces, for front ends that run several steps in one command (e.g. get, change, put):
 // the boot-mode check (true when the program had to be started) and one transfer without it.
 bool StartProgramIfInBootMode(cGripSession& session);

@@ -1,6 +1,7 @@
 #include "library/mTemplateRecords.h"
 
 #include "grip/cGripSession.h"
+#include "grip/mRecordFields.h"
 #include "library/cSetsTemplate.h"
 
 #include <cstddef>
@@ -100,6 +101,20 @@ void FieldToGripRecord(const cSetsTemplate& setting, tField field, cGripSession&
     if (!fieldToRecord(kTiming, session.Timing(), setting, field) &&
         !fieldToRecord(kGameTimer, session.CountdownTimer(), setting, field))
         fieldToRecord(kRamping, session.Hyper(), setting, field);
+}
+
+void HistoryToTemplate(const QJsonObject& values, cGripSession& session, cSetsTemplate& setting)
+{
+    using mGripCommands::GripRecord;
+    const auto recorded = [&](GripRecord record) { return values.value(mGripCommands::RecordName(record)).toObject(); };
+    if (const QJsonObject timing = recorded(GripRecord::Timing); !timing.isEmpty()) {
+        mRecordFields::FromJson(session, GripRecord::Timing, timing);
+        TimingToTemplate(session.Timing(), setting);
+    }
+    if (const QJsonObject timer = recorded(GripRecord::GameTimer); !timer.isEmpty()) {
+        mRecordFields::FromJson(session, GripRecord::GameTimer, timer);
+        GameTimerToTemplate(session.CountdownTimer(), setting);
+    }
 }
 
 } // namespace mTemplateRecords

@@ -4,6 +4,8 @@
 // game-timer record its game time and both alerts (on or off, and their times), the ramping
 // record its shots, ramping time and ramping mode. Whoever copies between a setting and these
 // records copies through here, a whole record at a time or one field as it is edited.
+#include <QJsonObject>
+
 class cCountdownTimer;
 class cGripSession;
 class cHyper;
@@ -50,5 +52,11 @@ void TemplateToRamping(const cSetsTemplate& setting, cHyper& ramping);
 // One field of the setting into the session's record that carries it (its timing, game-timer
 // or ramping record); no other record is touched.
 void FieldToGripRecord(const cSetsTemplate& setting, tField field, cGripSession& session);
+
+// The timing and game-timer values of a grip-history entry (under the history's record and field
+// names) into the setting, through the session's timing and game-timer records, which then hold
+// them as they would once the setting is shown. A record the entry lacks leaves the setting's
+// fields as they are.
+void HistoryToTemplate(const QJsonObject& values, cGripSession& session, cSetsTemplate& setting);
 
 } // namespace mTemplateRecords

@@ -1,5 +1,6 @@
 #include "gui/shell/Main.h"
 
+#include "grip/cGripHistory.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
 #include "library/mDatabase.h"
@@ -84,13 +85,15 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& applic
 int Main()
 {
     // The program's preferences, its way to the grip (the serial control, the link over it and the
-    // session with the grip) and the application object, for as long as the window lives.
+    // session with the grip, with the history of its settings) and the application object, for as long as the window lives.
     cRegistrySettings prefs;
     const cPreferencesLinkSettings linkSettings(prefs);
     cSerialPort port;
     cLink link(&port, linkSettings);
     cGripSession session(link);
     cApplication application(prefs);
+    cGripHistory history(cGripHistory::DefaultFolder());
+    session.SetHistory(&history);
     const std::unique_ptr<fTolvaneMan> window = StartUp(session, application);
     if (!window)
         return 1;

@@ -111,6 +111,7 @@ const MenuItem kMenus[] = {
     {"mnuDefaultSettings", QT_TRANSLATE_NOOP("fTolvaneMan", "Default Settings"), "mnuFunction", &fTolvaneMan::mnuDefaultSettings_Click, true},
     {"mnuLibTemplates", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &templates..."), "mnuFunction", &fTolvaneMan::mnuLibTemplates_Click, true},
     {"mnuLibStatistics", QT_TRANSLATE_NOOP("fTolvaneMan", "Library &statistics..."), "mnuFunction", &fTolvaneMan::mnuLibStatistics_Click, false},
+    {"mnuGripHistory", QT_TRANSLATE_NOOP("fTolvaneMan", "Grip &history..."), "mnuFunction", &fTolvaneMan::mnuGripHistory_Click, true},
     {"mnuProperties", QT_TRANSLATE_NOOP("fTolvaneMan", "P&roperties"), "mnuFunction", &fTolvaneMan::mnuProperties_Click, true},
     {"mnuPromote", QT_TRANSLATE_NOOP("fTolvaneMan", "&Promote"), "mnuFunction", &fTolvaneMan::mnuPromote_Click, false},
     {"mnuBurnFirmware", QT_TRANSLATE_NOOP("fTolvaneMan", "&Burn firmware"), "mnuFunction", &fTolvaneMan::mnuBurnFirmware_Click, false},
@@ -134,6 +135,7 @@ struct MenuToolTip {
 
 const MenuToolTip kMenuToolTips[] = {
     {"mnuCompare", QT_TRANSLATE_NOOP("fTolvaneMan", "Show the settings on the grip beside those Put would send; nothing is written.")},
+    {"mnuGripHistory", QT_TRANSLATE_NOOP("fTolvaneMan", "List the settings each grip held after every get and put, and make a template of one")},
 };
 
 struct TimingRow {

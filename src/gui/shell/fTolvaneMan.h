@@ -101,6 +101,7 @@ public slots:
     void cmdReset_Click(int index);
     void mnuLibTemplates_Click();
     void mnuLibStatistics_Click();
+    void mnuGripHistory_Click();
     void mnuProperties_Click();
     void mnuPromote_Click();
     void mnuBurnFirmware_Click();
@@ -231,6 +232,8 @@ private:
     // (fTolvaneMan_Library.cpp).
     void ShowLibraryBrowser();
     void ShowPropertyEditor();
+    // The grip history; a chosen entry becomes a new template, the active setting.
+    void ShowGripHistory();
     // Runs a handler's body with its error trap.
     void Handle(const QString& procedure, const std::function<void()>& body);
 

@@ -1,11 +1,13 @@
 // The main window's way into the settings library: the library browser, the property editor of
-// the active setting and the options dialog.
+// the active setting, the grip history and the options dialog.
 #include "gui/shell/fTolvaneMan.h"
 
+#include "gui/grip/fGripHistory.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/shell/fLibSets.h"
 #include "gui/shell/fOptions.h"
 #include "library/cSetsTemplate.h"
+#include "library/mTemplateRecords.h"
 #include "shell/cApplication.h"
 #include "shell/mMain.h"
 
@@ -44,6 +46,26 @@ void fTolvaneMan::ShowPropertyEditor()
         editor.Open(active, number);
         editor.exec();
         SetCaption();
+    });
+}
+
+void fTolvaneMan::mnuGripHistory_Click()
+{
+    Handle(QStringLiteral("mnuGripHistory_Click"), [&] { ShowGripHistory(); });
+}
+
+void fTolvaneMan::ShowGripHistory()
+{
+    PassErrors(kForm, kRevision, QStringLiteral("ShowGripHistory"), [&] {
+        fGripHistory history(m_session, m_application.RegistrySettings(), this);
+        if (history.exec() != QDialog::Accepted || !history.ChosenEntry())
+            return;
+        const cGripHistory::tEntry& entry = *history.ChosenEntry();
+        // A new template each time, as the factory default of the library browser makes one.
+        const auto setting = m_application.colSetsTemplate().AddOrThrow();
+        setting->setsName(tr("Grip %1 on %2").arg(entry.serial, entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm"))));
+        mTemplateRecords::HistoryToTemplate(entry.values, m_session, *setting);
+        ChangeTemplate(setting, true);
     });
 }
 
