@@ -1,6 +1,7 @@
 #include "gui/shell/ErrorWindow.h"
 
 #include "base/MarloError.h"
+#include "gui/common/ValueLabel.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -21,9 +22,11 @@ QString plain(const QString& text)
     return QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
 }
 
-QLabel* textLabel(const QString& text, const QString& name, QWidget* parent)
+// A text of the window, read as it stands; a caption, when given, is read beside it.
+QLabel* textLabel(const QString& text, const QString& name, QWidget* parent, const QString& caption = QString())
 {
-    auto* label = new QLabel(text, parent);
+    auto* label = new ValueLabel(caption, parent);
+    label->setText(text);
     label->setObjectName(name);
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
@@ -65,8 +68,7 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     text->addWidget(message);
     text->addWidget(number);
     if (!whatToDo.isEmpty()) {
-        auto* help = textLabel(whatToDo.join(QLatin1Char('\n')), QStringLiteral("lblWhatToDo"), this);
-        help->setAccessibleName(tr("What to do"));
+        auto* help = textLabel(whatToDo.join(QLatin1Char('\n')), QStringLiteral("lblWhatToDo"), this, tr("What to do"));
         text->addSpacing(6);
         text->addWidget(help);
     }

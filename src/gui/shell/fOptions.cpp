@@ -3,6 +3,7 @@
 
 #include "grip/cGunInfo.h"
 #include "gui/common/KeyPreview.h"
+#include "gui/common/ValueLabel.h"
 #include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
 #include "shell/cApplication.h"
@@ -238,11 +239,10 @@ void fOptions::createCommunicationPage(QWidget* page)
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     lblDeviceProblemIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(iconSize, iconSize));
     lblDeviceProblemIcon->setAlignment(Qt::AlignRight | Qt::AlignTop);
-    lblDeviceProblem = MakeControl<QLabel>(fraComm, QStringLiteral("lblDeviceProblem"));
+    lblDeviceProblem = mGUISupport::MakeValueLabel(fraComm, QStringLiteral("lblDeviceProblem"), tr("Device problem"));
     lblDeviceProblem->setWordWrap(true);
     lblDeviceProblem->setTextFormat(Qt::PlainText);
     lblDeviceProblem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    lblDeviceProblem->setAccessibleName(tr("Device problem"));
     grid->addWidget(lblDeviceProblemIcon, row, 0);
     grid->addWidget(lblDeviceProblem, row, 1);
     grid->setColumnStretch(1, 1);

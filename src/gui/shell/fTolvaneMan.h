@@ -184,6 +184,7 @@ private:
     void Form_Activate();
     void Form_Unload(bool& cancel);
     void LayoutToolButtons();
+    void FitToScreen();
     void ReadCommandLine();
     void UploadFirmware(const QString& file);
     // The names the firmware workflows run under in this window.
