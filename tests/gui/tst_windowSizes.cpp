@@ -99,6 +99,22 @@ private slots:
         QVERIFY(!scroll->horizontalScrollBar()->isVisible() && !scroll->verticalScrollBar()->isVisible());
         GUITEST_NO_ERRORS(h.ui.script);
     }
+    void iconIsSharpAtEveryScale_data()
+    {
+        QTest::addColumn<int>("size"); // as the desktop asks, in device pixels
+        for (int size : {16, 32, 48, 64, 96, 128, 256})
+            QTest::newRow(qPrintable(QString::number(size))) << size;
+    }
+    void iconIsSharpAtEveryScale()
+    {
+        QFETCH(int, size);
+        mMain::SetUpWindows();
+        // Drawn from a picture at least as large, never blown up from a smaller one.
+        const QList<QSize> sizes = QApplication::windowIcon().availableSizes();
+        QVERIFY(!sizes.isEmpty());
+        QVERIFY(std::any_of(sizes.begin(), sizes.end(), [&](const QSize& s) { return s.width() >= size && s.width() <= 2 * size; }));
+        QCOMPARE(QApplication::windowIcon().pixmap(QSize(size, size)).size(), QSize(size, size));
+    }
     void smallerThanFullSizeScrolls()
     {
         WindowHarness h;

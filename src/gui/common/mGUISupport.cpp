@@ -1,4 +1,3 @@
-#include "gui/common/ValueLabel.h"
 #include "gui/common/mGUISupport.h"
 
 #include "base/MarloError.h"
@@ -84,14 +83,6 @@ QLabel* MakeLabel(QWidget* parent, const QString& name, const QString& caption)
 {
     auto* label = MakeControl<QLabel>(parent, name);
     label->setText(caption);
-    return label;
-}
-
-ValueLabel* MakeValueLabel(QWidget* parent, const QString& name, const QString& caption, const QString& value)
-{
-    auto* label = new ValueLabel(caption, parent);
-    label->setObjectName(name);
-    label->setText(value);
     return label;
 }
 

@@ -8,7 +8,6 @@ class QAbstractSlider;
 class QCheckBox;
 class QLabel;
 class QWidget;
-class ValueLabel;
 
 namespace mGUISupport {
 
@@ -39,8 +38,6 @@ W* MakeControl(QWidget* parent, const QString& name)
 }
 // A caption label and a check box with their captions (and the box's tool tip).
 QLabel* MakeLabel(QWidget* parent, const QString& name, const QString& caption);
-// A label that shows a value, read by a screen reader as that value with the caption beside it.
-ValueLabel* MakeValueLabel(QWidget* parent, const QString& name, const QString& caption, const QString& value = QString());
 QCheckBox* MakeCheckBox(QWidget* parent, const QString& name, const QString& caption, const QString& toolTip = QString());
 
 } // namespace mGUISupport

@@ -1,7 +1,5 @@
 #include "gui/library/ucSetsTemplateBasic.h"
 
-#include "gui/common/ValueLabel.h"
-#include "gui/common/mGUISupport.h"
 #include "gui/common/mLabels.h"
 #include "gui/library/cifSetsTemplate.h"
 #include "library/cSetsTemplate.h"
@@ -63,7 +61,7 @@ ucSetsTemplateBasic::ucSetsTemplateBasic(QWidget* parent) : QWidget(parent)
         const QString name = QLatin1String(row.name);
         auto* caption = new QLabel(tr(row.caption), this);
         caption->setObjectName(name + QStringLiteral("txt"));
-        auto* value = mGUISupport::MakeValueLabel(this, name, caption->text());
+        auto* value = mLabels::ValueLabel(this, name, caption->text());
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("00000.0")));
         value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -1,7 +1,7 @@
 #include "gui/shell/ErrorWindow.h"
 
 #include "base/MarloError.h"
-#include "gui/common/ValueLabel.h"
+#include "gui/common/mLabels.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -25,9 +25,7 @@ QString plain(const QString& text)
 // A text of the window, read as it stands; a caption, when given, is read beside it.
 QLabel* textLabel(const QString& text, const QString& name, QWidget* parent, const QString& caption = QString())
 {
-    auto* label = new ValueLabel(caption, parent);
-    label->setText(text);
-    label->setObjectName(name);
+    auto* label = mLabels::ValueLabel(parent, name, caption, text);
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

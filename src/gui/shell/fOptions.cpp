@@ -3,7 +3,6 @@
 
 #include "grip/cGunInfo.h"
 #include "gui/common/KeyPreview.h"
-#include "gui/common/ValueLabel.h"
 #include "gui/common/mLabels.h"
 #include "library/mDatabase.h"
 #include "shell/cApplication.h"
@@ -239,7 +238,7 @@ void fOptions::createCommunicationPage(QWidget* page)
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     lblDeviceProblemIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(iconSize, iconSize));
     lblDeviceProblemIcon->setAlignment(Qt::AlignRight | Qt::AlignTop);
-    lblDeviceProblem = mGUISupport::MakeValueLabel(fraComm, QStringLiteral("lblDeviceProblem"), tr("Device problem"));
+    lblDeviceProblem = mLabels::ValueLabel(fraComm, QStringLiteral("lblDeviceProblem"), tr("Device problem"));
     lblDeviceProblem->setWordWrap(true);
     lblDeviceProblem->setTextFormat(Qt::PlainText);
     lblDeviceProblem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -2,8 +2,8 @@
 
 #include "gui/common/FittingScrollArea.h"
 #include "gui/common/PlacedWidget.h"
-#include "gui/common/ValueLabel.h"
 #include "gui/common/mGUISupport.h"
+#include "gui/common/mLabels.h"
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/shell/GripCommandScope.h"
 #include "gui/shell/QtUserInterface.h"
@@ -37,7 +37,6 @@
 using mGUISupport::MakeCheckBox;
 using mGUISupport::MakeControl;
 using mGUISupport::MakeLabel;
-using mGUISupport::MakeValueLabel;
 using mGUISupport::SetControlState;
 using mGUISupport::TwipsToPixels;
 using mMain::Application;
@@ -303,7 +302,7 @@ QGroupBox* fTolvaneMan::createTimingPane()
     grid->setColumnStretch(3, 1);
 
     lblROFtxt = MakeLabel(pane, QStringLiteral("lblROFtxt"), tr("Rate of Fire"));
-    lblROFbps = MakeValueLabel(pane, QStringLiteral("lblROFbps"), lblROFtxt->text(), tr("10,0"));
+    lblROFbps = mLabels::ValueLabel(pane, QStringLiteral("lblROFbps"), lblROFtxt->text(), tr("10,0"));
     lblROFbps->setToolTip(tr("Balls Per Second"));
     lblROFbps->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblROFbps->setMinimumWidth(lblROFbps->fontMetrics().horizontalAdvance(QStringLiteral("000.0")));
@@ -356,7 +355,7 @@ QGroupBox* fTolvaneMan::createOptionsPane()
         ++row;
     }
     lblBPStxt = MakeLabel(pane, QStringLiteral("lblBPStxt"), tr("Max ROF"));
-    lblMaxROF = MakeValueLabel(pane, QStringLiteral("lblMaxROF"), lblBPStxt->text(), tr("10,0"));
+    lblMaxROF = mLabels::ValueLabel(pane, QStringLiteral("lblMaxROF"), lblBPStxt->text(), tr("10,0"));
     lblMaxROF->setToolTip(tr("Maximum Balls Per Second"));
     lblMaxROF->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(lblBPStxt, row, 0);
@@ -528,8 +527,8 @@ void fTolvaneMan::createStatusBar()
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Firmware version"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Status")};
     for (int panel = 1; panel <= 3; ++panel) {
-        auto* text = MakeValueLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
-                                    panel == kPanelDatabase ? QString() : tr("N/A"));
+        auto* text = mLabels::ValueLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
+                                         panel == kPanelDatabase ? QString() : tr("N/A"));
         text->setFrameShape(QFrame::StyledPanel);
         text->setFrameShadow(QFrame::Sunken);
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
