@@ -2,16 +2,19 @@
 # data folder the program looks in (share/marlo, which src/base/mServices.h names relative to bin),
 # the desktop entry, the icon and the AppStream metainfo in the XDG places, a manual page for each
 # executable, and the copyright file and changelog Debian asks for. `cpack -G DEB` makes a
-# Debian package that depends on Debian's Qt packages. The PNG icon is rendered from the SVG at
-# commit time:
+# Debian package that depends on Debian's Qt packages. The PNG icons are rendered from the SVG at
+# commit time, the smaller ones drawn down from the largest:
 #   rsvg-convert -w 256 -h 256 data/desktop/marlo.svg -o data/desktop/marlo-256.png
+#   convert data/desktop/marlo-256.png -filter Lanczos -resize 64x64 -strip PNG32:data/desktop/marlo-64.png
 include(GNUInstallDirs)
 
 install(TARGETS marlo marlo-cli marlo-gripsim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/desktop/marlo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/desktop/marlo.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/desktop/marlo-256.png DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/256x256/apps
-        RENAME marlo.png)
+foreach(size IN LISTS MARLO_ICON_SIZES)
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/desktop/marlo-${size}.png DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps
+          RENAME marlo.png)
+endforeach()
 install(FILES ${CMAKE_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/marlo)
 
 # ---- the date of this version ------------------------------------------------------------

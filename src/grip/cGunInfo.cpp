@@ -54,6 +54,8 @@ void cGunInfo::Comm2Obj(const QByteArray& report)
         m_hardwareMajor = FrameByte(report, 24);
         m_hardwareMinor = FrameByte(report, 25);
         m_hardwareRevision = word(report, 26);
+        if (m_readHandler)
+            m_readHandler();
     });
 }
 

@@ -3,6 +3,7 @@
 // protocol and hardware. The grip session holds one; every grip exchange refreshes it first.
 #include <QByteArray>
 #include <QString>
+#include <functional>
 
 class cError;
 class cGripSession;
@@ -18,6 +19,9 @@ public:
     // Downloads the record over the link (command 0x13); a negative answer is recorded in
     // refusal, not raised.
     void Download(cLink& link, cError& refusal);
+    // Called after every report read into the record, so that a window showing the builds
+    // follows the grip (empty: no one is told).
+    void setReadHandler(std::function<void()> handler) { m_readHandler = std::move(handler); }
 
     quint8 FirmwareBuildMajor() const { return m_firmwareMajor; }
     quint8 FirmwareBuildMinor() const { return m_firmwareMinor; }
@@ -55,6 +59,7 @@ private:
     quint8 m_hardwareMajor = 1;
     quint8 m_hardwareMinor = 1;
     qint32 m_hardwareRevision = 1;
+    std::function<void()> m_readHandler;
 };
 
 // Downloads the session's gun information when none is held yet or when refresh is set; always

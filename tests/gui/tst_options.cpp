@@ -400,7 +400,7 @@ private slots:
         auto* icon = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblemIcon"));
         QCOMPARE(label->isVisible(), lines > 0);
         QCOMPARE(icon->isVisible(), lines > 0);
-        QCOMPARE(label->accessibleName(), QStringLiteral("Device problem"));
+        QCOMPARE(label->accessibleDescription(), QStringLiteral("Device problem"));
         if (lines == 0)
             return;
         QCOMPARE(dialog.DeviceProblem().split(QLatin1Char('\n')).size(), lines);

@@ -1,6 +1,7 @@
 // The traffic window and the build information in the main window: entries as the link logs
 // them, batched into a view that follows the end, Clear and Save as, View > Communication log
-// with the preference behind it, and "Gun Build Info" from the gun information as it stands.
+// with the preference behind it, and "Gun Build Info" from the gun information as it stands,
+// following every reading of it while the window is open.
 #include "GuiTestSupport.h"
 
 #include "grip/cGunInfo.h"
@@ -15,6 +16,16 @@ using namespace guitest;
 
 namespace {
 
+
+const char* const kBuildBoxes[] = {"txtSerialNo", "txtFirmwareBuild", "txtBootCodeBuild", "txtProtocolBuild", "txtHardwareBuild"};
+
+QStringList buildBoxes(QWidget* dialog)
+{
+    QStringList shown;
+    for (const char* name : kBuildBoxes)
+        shown << text(dialog, QLatin1String(name));
+    return shown;
+}
 
 QString logText(fTolvaneMan& w)
 {
@@ -184,14 +195,40 @@ private slots:
         auto* dialog = w.findChild<fBuildInfo*>();
         QVERIFY(dialog && dialog->isVisible());
         QCOMPARE(h.grip.codes().size(), sent); // no download
-        QStringList shown;
-        for (const char* name : {"txtSerialNo", "txtFirmwareBuild", "txtBootCodeBuild", "txtProtocolBuild", "txtHardwareBuild"}) {
-            shown << text(dialog, QLatin1String(name));
+        for (const char* name : kBuildBoxes)
             QVERIFY(control<QLineEdit>(dialog, QLatin1String(name))->isReadOnly());
-        }
-        QCOMPARE(shown, boxes);
+        QCOMPARE(buildBoxes(dialog), boxes);
         run(dialog, QStringLiteral("cmdOK"));
         QTRY_VERIFY(!w.findChild<fBuildInfo*>());
+    }
+    void buildInfoFollowsTheGrip_data()
+    {
+        QTest::addColumn<QString>("command"); // run while the build information is open
+        QTest::addColumn<bool>("refused");    // the grip refuses the gun information
+        QTest::addColumn<QStringList>("boxes");
+        const QStringList read{"AB12345678", "1.2.1", "1.2.1", "1.1.300", "2.1.5"};
+        const QStringList opened{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
+        QTest::newRow("get") << "cmdTools(0)" << false << read;
+        QTest::newRow("gun information") << "mnuDLGunInfo" << false << read;
+        QTest::newRow("get counters") << "mnuDLCounters" << false << read;
+        QTest::newRow("put timing") << "mnuULTiming" << false << read;
+        QTest::newRow("reset counter") << "cmdReset(0)" << false << read;
+        QTest::newRow("refused") << "mnuDLGunInfo" << true << opened;
+    }
+    void buildInfoFollowsTheGrip()
+    {
+        QFETCH(QString, command);
+        QFETCH(bool, refused);
+        QFETCH(QStringList, boxes);
+        WindowHarness h(QStringLiteral("firmware=1.2.1,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678"));
+        if (refused)
+            h.grip.replies[0x13] = griptest::refusal(0x13);
+        fTolvaneMan& w = h.open();
+        run(&w, QStringLiteral("mnuBuildInfo"));
+        auto* dialog = w.findChild<fBuildInfo*>();
+        QVERIFY(dialog && dialog->isVisible());
+        run(&w, command);
+        QCOMPARE(buildBoxes(dialog), boxes);
     }
 };
 

@@ -4,6 +4,7 @@
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -17,20 +18,22 @@ private slots:
     {
         QTest::addColumn<int>("value");
         QTest::addColumn<int>("band");
-        QTest::addColumn<QString>("description");
-        QTest::newRow("nothing read") << -1 << 0 << "No voltage read";
+        QTest::addColumn<QString>("shown");       // the value a screen reader reads
+        QTest::addColumn<QString>("description"); // and the band it reads with it
+        QTest::newRow("nothing read") << -1 << 0 << "No voltage read" << "";
         // The main window's scale: 4.00 to 5.80 V, low up to 4.25 V, middle up to 4.50 V.
-        QTest::newRow("empty") << 0 << 0 << "0.00 V, low";
-        QTest::newRow("low edge") << 425 << 0 << "4.25 V, low";
-        QTest::newRow("middle") << 426 << 1 << "4.26 V, middle";
-        QTest::newRow("middle edge") << 450 << 1 << "4.50 V, middle";
-        QTest::newRow("high") << 561 << 2 << "5.61 V, high";
-        QTest::newRow("above the scale") << 652 << 2 << "6.52 V, high";
+        QTest::newRow("empty") << 0 << 0 << "0.00 V" << "low charge";
+        QTest::newRow("low edge") << 425 << 0 << "4.25 V" << "low charge";
+        QTest::newRow("middle") << 426 << 1 << "4.26 V" << "middle charge";
+        QTest::newRow("middle edge") << 450 << 1 << "4.50 V" << "middle charge";
+        QTest::newRow("high") << 561 << 2 << "5.61 V" << "high charge";
+        QTest::newRow("above the scale") << 652 << 2 << "6.52 V" << "high charge";
     }
     void batteryBands()
     {
         QFETCH(int, value);
         QFETCH(int, band);
+        QFETCH(QString, shown);
         QFETCH(QString, description);
         ucIProgress bar;
         bar.setMax(580);
@@ -42,7 +45,10 @@ private slots:
             bar.clearValue();
         QCOMPARE(bar.HasValue(), value >= 0);
         QCOMPARE(bar.band(), band);
-        QCOMPARE(bar.accessibleDescription(), description);
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&bar);
+        QCOMPARE(face->text(QAccessible::Value), shown);
+        QCOMPARE(face->text(QAccessible::Description), description);
+        QCOMPARE(bar.toolTip(), shown);
         bar.resize(bar.sizeHint());
         QImage image(bar.size(), QImage::Format_ARGB32);
         bar.render(&image); // paints without trouble, whatever the value

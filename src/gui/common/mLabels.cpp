@@ -4,18 +4,32 @@
 #include <QWidget>
 
 namespace mLabels {
+namespace {
+
+QString readCaption(const QString& caption)
+{
+    QString text = QString(caption).remove(QLatin1Char('&')).trimmed();
+    if (text.endsWith(QLatin1Char(':')))
+        text.chop(1);
+    return text.trimmed();
+}
+
+} // namespace
 
 void LabelFor(QLabel* label, QWidget* control)
 {
     if (!label || !control)
         return;
     label->setBuddy(control);
-    QString name = label->text();
-    name.remove(QLatin1Char('&'));
-    name = name.trimmed();
-    if (name.endsWith(QLatin1Char(':')))
-        name.chop(1);
-    control->setAccessibleName(name.trimmed());
+    control->setAccessibleName(readCaption(label->text()));
+}
+
+QLabel* ValueLabel(QWidget* parent, const QString& name, const QString& caption, const QString& value)
+{
+    auto* label = new QLabel(value, parent);
+    label->setObjectName(name);
+    label->setAccessibleDescription(readCaption(caption));
+    return label;
 }
 
 } // namespace mLabels

@@ -17,7 +17,8 @@ public:
     // Shows the gun information given (the caller keeps it).
     explicit fBuildInfo(const cGunInfo& gunInfo, QWidget* parent = nullptr);
 
-    // Fills the boxes from the gun information (done when the dialog loads).
+    // Fills the boxes from the gun information (done when the dialog loads, and by the main
+    // window whenever the gun information is read while the dialog is open).
     void Form_Load();
 
 public slots:

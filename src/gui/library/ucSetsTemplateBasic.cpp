@@ -61,12 +61,10 @@ ucSetsTemplateBasic::ucSetsTemplateBasic(QWidget* parent) : QWidget(parent)
         const QString name = QLatin1String(row.name);
         auto* caption = new QLabel(tr(row.caption), this);
         caption->setObjectName(name + QStringLiteral("txt"));
-        auto* value = new QLabel(this);
-        value->setObjectName(name);
+        auto* value = mLabels::ValueLabel(this, name, caption->text());
         value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         value->setMinimumWidth(value->fontMetrics().horizontalAdvance(QStringLiteral("00000.0")));
         value->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-        value->setAccessibleName(tr(row.caption).remove(QLatin1Char(':')));
         auto* unit = new QLabel(tr(row.unit), this);
         unit->setObjectName(name + QStringLiteral("unit"));
         grid->addWidget(caption, line, 0);

@@ -1,6 +1,7 @@
 #include "gui/shell/ErrorWindow.h"
 
 #include "base/MarloError.h"
+#include "gui/common/mLabels.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -21,10 +22,10 @@ QString plain(const QString& text)
     return QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n"));
 }
 
-QLabel* textLabel(const QString& text, const QString& name, QWidget* parent)
+// A text of the window, read as it stands; a caption, when given, is read beside it.
+QLabel* textLabel(const QString& text, const QString& name, QWidget* parent, const QString& caption = QString())
 {
-    auto* label = new QLabel(text, parent);
-    label->setObjectName(name);
+    auto* label = mLabels::ValueLabel(parent, name, caption, text);
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -65,8 +66,7 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     text->addWidget(message);
     text->addWidget(number);
     if (!whatToDo.isEmpty()) {
-        auto* help = textLabel(whatToDo.join(QLatin1Char('\n')), QStringLiteral("lblWhatToDo"), this);
-        help->setAccessibleName(tr("What to do"));
+        auto* help = textLabel(whatToDo.join(QLatin1Char('\n')), QStringLiteral("lblWhatToDo"), this, tr("What to do"));
         text->addSpacing(6);
         text->addWidget(help);
     }

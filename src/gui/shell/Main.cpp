@@ -1,6 +1,7 @@
 #include "gui/shell/Main.h"
 
 #include "grip/cGripHistory.h"
+#include "gui/common/FocusStyle.h"
 #include "gui/shell/fTolvaneMan.h"
 #include "gui/widgets/fSplash.h"
 #include "library/mDatabase.h"
@@ -11,6 +12,8 @@
 
 #include <QApplication>
 #include <QCoreApplication>
+#include <QDir>
+#include <QIcon>
 
 namespace mMain {
 namespace {
@@ -46,6 +49,16 @@ void ReportUnreadablePreferences(const cRegistrySettings& prefs)
 
 } // namespace
 
+void SetUpWindows()
+{
+    QIcon icon;
+    for (const QFileInfo& file : QDir(QStringLiteral(":/marlo")).entryInfoList({QStringLiteral("marlo-*.png")}))
+        icon.addFile(file.filePath());
+    QApplication::setWindowIcon(icon);
+    FocusStyle::Install();
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
 std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& application)
 {
     std::unique_ptr<fTolvaneMan> window;
@@ -54,6 +67,7 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& applic
         SetProgramVersion(kProgramVersion);
         CheckErrorComponent();
         cRegistrySettings& prefs = application.RegistrySettings();
+        SetUpWindows();
 
         std::unique_ptr<fSplash> splash;
         if (prefs.ShowSplash()) {

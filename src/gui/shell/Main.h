@@ -8,6 +8,12 @@ class fTolvaneMan;
 
 namespace mMain {
 
+// What every window of the program shares, whatever the desktop: the icon, in every size it comes
+// in (drawn down for the scale of the screen, never up); the focus of a push button in sight; and
+// left to right whatever a locale or translation would choose, for the windows are laid out for
+// texts that read left to right. Done by StartUp.
+void SetUpWindows();
+
 // Starts the program: the version, the error reporter, the splash screen, the library file
 // (asking for one when it is missing), the mode tables and the main window over the session and
 // the application object (which the caller keeps while the window lives), which is answered

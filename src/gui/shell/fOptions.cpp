@@ -243,11 +243,10 @@ void fOptions::createCommunicationPage(QWidget* page)
     const int iconSize = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, this);
     lblDeviceProblemIcon->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this).pixmap(iconSize, iconSize));
     lblDeviceProblemIcon->setAlignment(Qt::AlignRight | Qt::AlignTop);
-    lblDeviceProblem = MakeControl<QLabel>(fraComm, QStringLiteral("lblDeviceProblem"));
+    lblDeviceProblem = mLabels::ValueLabel(fraComm, QStringLiteral("lblDeviceProblem"), tr("Device problem"));
     lblDeviceProblem->setWordWrap(true);
     lblDeviceProblem->setTextFormat(Qt::PlainText);
     lblDeviceProblem->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    lblDeviceProblem->setAccessibleName(tr("Device problem"));
     grid->addWidget(lblDeviceProblemIcon, row, 0);
     grid->addWidget(lblDeviceProblem, row, 1);
     grid->setColumnStretch(1, 1);

@@ -1,7 +1,9 @@
 #include "gui/shell/fTolvaneMan.h"
 
+#include "gui/common/FittingScrollArea.h"
 #include "gui/common/PlacedWidget.h"
 #include "gui/common/mGUISupport.h"
+#include "gui/common/mLabels.h"
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/shell/GripCommandScope.h"
 #include "gui/shell/QtUserInterface.h"
@@ -25,6 +27,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QSlider>
 #include <QStatusBar>
 #include <QTimer>
@@ -164,6 +167,16 @@ QLineEdit* textBox(QWidget* parent, const QString& name, int digits)
     return box;
 }
 
+// A list of modes as wide as its longest mode, which no layout cuts (at a large font the panes
+// share less room than they would like).
+QComboBox* modeList(QWidget* parent, const QString& name)
+{
+    auto* list = MakeControl<QComboBox>(parent, name);
+    list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    list->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    return list;
+}
+
 UpDown* upDown(QWidget* parent, const QString& name, QLineEdit* buddy, const QString& accessibleName)
 {
     auto* control = MakeControl<UpDown>(parent, name);
@@ -247,7 +260,10 @@ void fTolvaneMan::createPanes()
     layout->addLayout(panes);
     // The form ends 240 twips below the game-timer pane.
     layout->addSpacing(TwipsToPixels(240, this));
-    setCentralWidget(central);
+    auto* scroll = new FittingScrollArea(this);
+    scroll->setObjectName(QStringLiteral("picScroll"));
+    scroll->setWidget(central);
+    setCentralWidget(scroll);
 }
 
 QGroupBox* fTolvaneMan::createTimingPane()
@@ -257,8 +273,7 @@ QGroupBox* fTolvaneMan::createTimingPane()
     auto* grid = new QGridLayout(pane);
 
     lblFiringModes = MakeLabel(pane, QStringLiteral("lblFiringModes"), tr("Firing mode:"));
-    cboFiringModes = MakeControl<QComboBox>(pane, QStringLiteral("cboFiringModes"));
-    cboFiringModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    cboFiringModes = modeList(pane, QStringLiteral("cboFiringModes"));
     lblFiringModes->setBuddy(cboFiringModes);
     nameAfter(cboFiringModes, lblFiringModes->text());
     auto* modeRow = new QHBoxLayout;
@@ -301,11 +316,10 @@ QGroupBox* fTolvaneMan::createTimingPane()
     grid->setColumnStretch(3, 1);
 
     lblROFtxt = MakeLabel(pane, QStringLiteral("lblROFtxt"), tr("Rate of Fire"));
-    lblROFbps = MakeLabel(pane, QStringLiteral("lblROFbps"), tr("10,0"));
+    lblROFbps = mLabels::ValueLabel(pane, QStringLiteral("lblROFbps"), lblROFtxt->text(), tr("10,0"));
     lblROFbps->setToolTip(tr("Balls Per Second"));
     lblROFbps->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblROFbps->setMinimumWidth(lblROFbps->fontMetrics().horizontalAdvance(QStringLiteral("000.0")));
-    lblROFbps->setAccessibleName(tr("Rate of Fire"));
     lblROFbpstxt = MakeLabel(pane, QStringLiteral("lblROFbpstxt"), tr("bps."));
     auto* rof = new QHBoxLayout;
     rof->addWidget(lblROFtxt);
@@ -355,9 +369,8 @@ QGroupBox* fTolvaneMan::createOptionsPane()
         ++row;
     }
     lblBPStxt = MakeLabel(pane, QStringLiteral("lblBPStxt"), tr("Max ROF"));
-    lblMaxROF = MakeLabel(pane, QStringLiteral("lblMaxROF"), tr("10,0"));
+    lblMaxROF = mLabels::ValueLabel(pane, QStringLiteral("lblMaxROF"), lblBPStxt->text(), tr("10,0"));
     lblMaxROF->setToolTip(tr("Maximum Balls Per Second"));
-    lblMaxROF->setAccessibleName(tr("Max ROF"));
     lblMaxROF->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(lblBPStxt, row, 0);
     grid->addWidget(lblMaxROF, row, 1);
@@ -373,8 +386,7 @@ QGroupBox* fTolvaneMan::createRampingPane()
     pane->setTitle(tr("Ramping"));
     auto* grid = new QGridLayout(pane);
     lblHyperModes = MakeLabel(pane, QStringLiteral("lblHyperModes"), tr("Ramping Mode :"));
-    cboHyperModes = MakeControl<QComboBox>(pane, QStringLiteral("cboHyperModes"));
-    cboHyperModes->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    cboHyperModes = modeList(pane, QStringLiteral("cboHyperModes"));
     lblHyperModes->setBuddy(cboHyperModes);
     nameAfter(cboHyperModes, lblHyperModes->text());
     grid->addWidget(lblHyperModes, 0, 0);
@@ -536,8 +548,8 @@ void fTolvaneMan::createStatusBar()
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Firmware version"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Status")};
     for (int panel = 1; panel <= 3; ++panel) {
-        auto* text = MakeLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), panel == kPanelDatabase ? QString() : tr("N/A"));
-        text->setAccessibleName(tr(names[panel - 1]));
+        auto* text = mLabels::ValueLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
+                                         panel == kPanelDatabase ? QString() : tr("N/A"));
         text->setFrameShape(QFrame::StyledPanel);
         text->setFrameShadow(QFrame::Sunken);
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -621,7 +633,7 @@ void fTolvaneMan::Form_Load()
                 cmdTools[b.index]->setToolTip(tr(b.toolTip));
         }
         SetPanelText(kPanelDatabase, m_application.RegistrySettings().DBName());
-        adjustSize();
+        FitToScreen();
     });
 }
 
@@ -630,10 +642,21 @@ void fTolvaneMan::showEvent(QShowEvent* event)
     QMainWindow::showEvent(event);
     if (!m_activated) {
         m_activated = true;
+        // Shown, the controls have their final style and font, and so the form its size.
+        FitToScreen();
         // The window is activated once, when it is first on screen: it lays out its tool buttons
         // and reads the command line. Later changes of state enable and disable buttons in place.
         QTimer::singleShot(0, this, &fTolvaneMan::Form_Activate);
     }
+}
+
+void fTolvaneMan::FitToScreen()
+{
+    // The whole form where the screen has room for it; where it has not, the panes scroll. The
+    // panes' layouts catch up with their controls' style and font by requests still waiting in
+    // the event loop (showing lays out the window, but not what is inside its scroll area).
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 void fTolvaneMan::Form_Activate()

@@ -188,6 +188,7 @@ private:
     void Form_Activate();
     void Form_Unload(bool& cancel);
     void LayoutToolButtons();
+    void FitToScreen();
     void ReadCommandLine();
     void UploadFirmware(const QString& file);
     // Runs a firmware write with the grip's firmware backed up first when the preferences say

@@ -160,10 +160,16 @@ void fTolvaneMan::SetupViews()
     Link().SetConsoleFactory([self]() -> std::unique_ptr<cCommConsole> {
         return std::make_unique<cCommConsoleWindow>([self]() -> fCommConsole* { return self ? self->CommLogWindow() : nullptr; });
     });
+    // An open build-information window follows every reading of the gun information.
+    m_session.GunInfo().setReadHandler([this] {
+        if (m_buildInfo)
+            m_buildInfo->Form_Load();
+    });
 }
 
 void fTolvaneMan::ReleaseViews()
 {
+    m_session.GunInfo().setReadHandler(nullptr);
     Link().ResetConsole();
     Link().SetConsoleFactory(nullptr);
 }

@@ -1,5 +1,8 @@
 #include "gui/widgets/ucIProgress.h"
 
+#include "gui/widgets/ucIProgressAccessible.h"
+
+#include <QAccessible>
 #include <QPainter>
 
 namespace {
@@ -10,6 +13,11 @@ const QColor kBandColours[] = {QColor(0xd0, 0x30, 0x30), QColor(0xe8, 0xb0, 0x20
 
 ucIProgress::ucIProgress(QWidget* parent) : QWidget(parent)
 {
+    static const bool kFactoryInstalled = [] {
+        QAccessible::installFactory(&ucIProgressAccessible::Factory);
+        return true;
+    }();
+    Q_UNUSED(kFactoryInstalled)
     setAccessibleName(tr("Battery"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     changed();
@@ -19,8 +27,24 @@ void ucIProgress::setMin(qint32 value) { m_min = value; changed(); }
 void ucIProgress::setMax(qint32 value) { m_max = value; changed(); }
 void ucIProgress::setMaxLow(qint32 value) { m_maxLow = value; changed(); }
 void ucIProgress::setMaxMid(qint32 value) { m_maxMid = value; changed(); }
-void ucIProgress::setValue(qint32 value) { m_value = value; m_hasValue = true; changed(); }
-void ucIProgress::clearValue() { m_hasValue = false; changed(); }
+void ucIProgress::setValue(qint32 value)
+{
+    const bool news = !m_hasValue || value != m_value;
+    m_value = value;
+    m_hasValue = true;
+    changed();
+    if (news)
+        announceValue();
+}
+
+void ucIProgress::clearValue()
+{
+    const bool news = m_hasValue;
+    m_hasValue = false;
+    changed();
+    if (news)
+        announceValue();
+}
 void ucIProgress::setIndicators(bool value) { m_indicators = value; updateGeometry(); changed(); }
 void ucIProgress::setBorder(bool value) { m_border = value; changed(); }
 
@@ -36,13 +60,23 @@ int ucIProgress::band() const
     return m_value <= m_maxMid ? 1 : 2;
 }
 
+QString ucIProgress::ValueText() const
+{
+    return m_hasValue ? VoltText(m_value) : tr("No voltage read");
+}
+
 void ucIProgress::changed()
 {
-    static const char* const kBandNames[] = {QT_TR_NOOP("low"), QT_TR_NOOP("middle"), QT_TR_NOOP("high")};
-    const QString text = m_hasValue ? tr("%1, %2").arg(VoltText(m_value), tr(kBandNames[band()])) : tr("No voltage read");
-    setAccessibleDescription(text);
-    setToolTip(m_hasValue ? VoltText(m_value) : text);
+    static const char* const kBandNames[] = {QT_TR_NOOP("low charge"), QT_TR_NOOP("middle charge"), QT_TR_NOOP("high charge")};
+    setAccessibleDescription(m_hasValue ? tr(kBandNames[band()]) : QString());
+    setToolTip(ValueText());
     update();
+}
+
+void ucIProgress::announceValue()
+{
+    QAccessibleValueChangeEvent event(this, m_hasValue ? QVariant(m_value / 100.0) : QVariant());
+    QAccessible::updateAccessibility(&event);
 }
 
 QSize ucIProgress::sizeHint() const

@@ -2,6 +2,7 @@
 // The battery indicator: a bar over a scale from Min to Max with three bands (low up to MaxLow,
 // middle up to MaxMid, high above), filled up to Value in the colour of its band, with the
 // voltages of the band limits under it when Indicators is on. Values are hundredths of a volt.
+// A screen reader reads it as a progress bar whose value is the voltage, and hears a new one.
 #include <QWidget>
 
 class ucIProgress : public QWidget {
@@ -32,6 +33,8 @@ public:
 
     // "5.60 V" for 560.
     static QString VoltText(qint32 value);
+    // The voltage shown, or "No voltage read".
+    QString ValueText() const;
     // The band the value lies in: 0 low, 1 middle, 2 high.
     int band() const;
 
@@ -43,6 +46,7 @@ protected:
 
 private:
     void changed();
+    void announceValue();
     int xOf(qint32 value, const QRect& bar) const;
 
     qint32 m_min = 0;
