@@ -90,7 +90,7 @@ void ReleaseRegistrySettings() { state().registrySettings.reset(); }
 
 void ShowConfirm(const QString& text)
 {
-    UI().showMessage(text, QStringLiteral("Confirmation"), MsgIcon::Information);
+    UI().showMessage(text, QCoreApplication::translate("mMain", "Confirmation"), MsgIcon::Information);
 }
 
 void WaitMousePointer()

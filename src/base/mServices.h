@@ -49,6 +49,7 @@ cRegistrySettings& RegistrySettings();
 // Drops the preferences object, without saving (the application object's release does).
 void ReleaseRegistrySettings();
 
+// A confirmation of a command that worked; the text is in the user's language already.
 void ShowConfirm(const QString& text);
 
 void WaitMousePointer();

@@ -12,7 +12,6 @@
 
 namespace {
 
-const QString kUsage = QStringLiteral("usage: marlo-cli firmware read FILE | firmware write FILE");
 
 // The names the workflows' errors carry when the command runs them.
 const mFirmwareWorkflows::tCaller kRead{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
@@ -27,20 +26,21 @@ void requireFolder(const QString& file)
     const QDir folder = QFileInfo(file).absoluteDir();
     if (!folder.exists())
         RaiseError(mErrCodes::RT_FILE_ACCESS, QString(),
-                   mErrCodes::RuntimeErrorText(mErrCodes::RT_FILE_ACCESS) + QStringLiteral(": the folder ") +
-                       QDir::toNativeSeparators(folder.path()) + QStringLiteral(" does not exist"));
+                   cText("CliTexts", QT_TRANSLATE_NOOP("CliTexts", "%1: the folder %2 does not exist"),
+                         {mErrCodes::RuntimeError(mErrCodes::RT_FILE_ACCESS), QDir::toNativeSeparators(folder.path())}));
 }
 
 } // namespace
 
 int RunFirmwareCommand(CliContext& ctx)
 {
+    const QString usage = CliTexts::tr("usage: marlo-cli firmware read FILE | firmware write FILE");
     if (ctx.words.size() != 2)
-        throw CliUsageError(kUsage);
+        throw CliUsageError(usage);
     const QString action = ctx.words.at(0);
     const QString file = ctx.words.at(1);
     if (file.isEmpty() || (action != QLatin1String("read") && action != QLatin1String("write")))
-        throw CliUsageError(kUsage);
+        throw CliUsageError(usage);
 
     ctx.session->GripError().Clear();
     FirmwareResult result = FirmwareResult::Cancelled;
@@ -61,7 +61,7 @@ int RunFirmwareCommand(CliContext& ctx)
     case FirmwareResult::Cancelled:
         break;
     }
-    *ctx.err << "firmware " << action << ": nothing was done\n";
+    *ctx.err << "firmware " << action << ": " << CliTexts::tr("nothing was done") << '\n';
     ctx.err->flush();
     return ExitError;
 }

@@ -12,7 +12,11 @@
 namespace mFirmwareWorkflows {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
+// A text of the workflows in the user's language.
+QString shown(const QString& english)
+{
+    return cText::Translated(kContext, english);
+}
 
 // The progress display of one workflow: ended on every way out, errors included.
 class ProgressScope {
@@ -65,8 +69,8 @@ std::optional<QString> firmwareFile(const QString& file, bool save)
     if (!file.isEmpty())
         return file;
     FileDialogRequest request;
-    request.title = save ? QStringLiteral("Save firmware file") : QStringLiteral("Open firmware file");
-    request.filter = mFirmware::kFileFilter;
+    request.title = shown(save ? kSaveFileTitle : kOpenFileTitle);
+    request.filter = cText::Translated(mFirmware::kContext, mFirmware::kFileFilter);
     request.filterIndex = mFirmware::kFileFilterIndex;
     request.overwritePrompt = true;
     request.pathMustExist = true;
@@ -95,26 +99,6 @@ bool confirmationsOn()
 
 } // namespace
 
-QString VersionMismatchText()
-{
-    return QStringLiteral("Firmwarefile version does not match the current version of the grip.") + kLineBreak +
-           QStringLiteral("It is not possible to upload this firmwarefile to the grip.");
-}
-
-QString UploadSucceededText()
-{
-    return QStringLiteral("Firmware uploaded successfully!") + kLineBreak +
-           QStringLiteral("Press OK to start using the newly uploaded firmware.");
-}
-
-QString UploadFailedText()
-{
-    return QStringLiteral("Firmware uploaded failed!") + kLineBreak +
-           QStringLiteral("You should reset you grip (turn it off and then back on) ") +
-           QStringLiteral("and try uploading again.") + kLineBreak +
-           QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
-}
-
 FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller)
 {
     return PassErrors(caller.module, caller.revision, caller.procedure, [&](Procedure& proc) {
@@ -126,7 +110,7 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
         const QString path = *chosen;
 
         const QString previousStep = ui.stepText();
-        ui.setStepText(kStatusLoading);
+        ui.setStepText(shown(kStatusLoading));
         const QString loadStep = caller.procedure + QStringLiteral(" - load firmware file (") + path + QLatin1Char(')');
         proc.setName(loadStep);
         FirmwareFile image;
@@ -140,25 +124,25 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
 
         FirmwareResult result = FirmwareResult::VersionMismatch;
         if (!mFirmware::checkFirmwareVersion(image, session.GunInfo())) {
-            ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
+            ui.showMessage(shown(kVersionMismatchText), shown(kVersionMismatchTitle), MsgIcon::Exclamation);
         } else {
-            ui.setStepText(kStatusPreparing);
+            ui.setStepText(shown(kStatusPreparing));
             stopProgramUnlessInBootCode(session, proc, caller.procedure, QStringLiteral("upload"));
             ProgressScope progress;
             progress.start(static_cast<int>(image.Segments.size()) + kReadBackBlocks);
-            ui.setStepText(kStatusUploading);
+            ui.setStepText(shown(kStatusUploading));
             mCommSupport::ULFirmware(session, image);
-            ui.setStepText(kStatusVerifying);
+            ui.setStepText(shown(kStatusVerifying));
             FirmwareFile readBack;
             mCommSupport::DLFirmware(session, readBack);
             progress.end();
             // The grip runs the new firmware whatever the comparison says.
             mCommSupportHex::GRIPStartProgram(session);
             if (mCommSupport::CompareProgramData(image, readBack)) {
-                ui.showMessage(UploadSucceededText(), kUploadSucceededTitle, MsgIcon::Information);
+                ui.showMessage(shown(kUploadSucceededText), shown(kUploadSucceededTitle), MsgIcon::Information);
                 result = FirmwareResult::Succeeded;
             } else {
-                ui.showMessage(UploadFailedText(), kUploadFailedTitle, MsgIcon::Information);
+                ui.showMessage(shown(kUploadFailedText), shown(kUploadFailedTitle), MsgIcon::Information);
                 result = FirmwareResult::VerifyFailed;
             }
         }
@@ -179,7 +163,7 @@ FirmwareResult PutFirmwareProgram(cGripSession& session, const tCaller& caller)
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
     if (confirmationsOn())
-        mMain::ShowConfirm(kFirmwarePut);
+        mMain::ShowConfirm(shown(kFirmwarePut));
     return result;
 }
 
@@ -208,7 +192,7 @@ FirmwareResult DownloadFirmware(cGripSession& session, const QString& file, cons
             mCommSupportHex::GRIPStartProgram(session);
         }
         if (confirmationsOn())
-            mMain::ShowConfirm(kFirmwareFetched);
+            mMain::ShowConfirm(shown(kFirmwareFetched));
         return FirmwareResult::Succeeded;
     });
 }

@@ -4,6 +4,7 @@
 #include "grip/cOptions.h"
 #include "shell/cApplication.h"
 
+#include <QCoreApplication>
 #include <memory>
 
 namespace mMain {
@@ -43,7 +44,7 @@ QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems)
 {
     if (problems.isEmpty())
         return {};
-    QStringList lines{QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
+    QStringList lines{QCoreApplication::translate("mMain", "The preferences file %1 has values that cannot be read; their defaults are used:")
                           .arg(cRegistrySettings::FileName())};
     for (const tUnreadablePreference& problem : problems)
         lines << cRegistrySettings::ProblemText(problem);

@@ -22,8 +22,8 @@ void ReleaseApplication();
 // section Initialize as the preferences object read them, the options and ramping values and
 // the windows' placements. Each stands at its default.
 tUnreadablePreferences UnreadablePreferences();
-// That report in plain lines: what happened, naming the file, then one line per value; nothing
-// when there are no such values.
+// That report in plain lines, in the user's language: what happened, naming the file, then one
+// line per value; nothing when there are no such values.
 QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems);
 
 } // namespace mMain

@@ -8,7 +8,9 @@
 
 namespace {
 
-QString tr(const char* text) { return QCoreApplication::translate("DesktopCommandLine", text); }
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(DesktopCommandLine)
+};
 
 void print(std::FILE* stream, const QString& text) { std::fputs(qPrintable(text), stream); }
 
@@ -28,7 +30,7 @@ std::optional<int> AnswerWithoutWindow(int argc, char* argv[])
     for (int i = 1; i < argc; ++i) {
         const QString word = QString::fromLocal8Bit(argv[i]);
         if (word == QLatin1String("--help") || word == QLatin1String("-h")) {
-            print(stdout, tr("Usage: marlo [-F FILE]\n"
+            print(stdout, Texts::tr("Usage: marlo [-F FILE]\n"
                              "Configures a Tolvane grip over a serial port: its timing, options, ramping, game\n"
                              "timers, counters and firmware, with a library of named settings.\n\n"
                              "Options:\n"
@@ -44,7 +46,7 @@ std::optional<int> AnswerWithoutWindow(int argc, char* argv[])
         }
     }
     if (!hasDisplay()) {
-        print(stderr, tr("marlo needs a graphical display; without one, use marlo-cli (marlo-cli --help).\n"));
+        print(stderr, Texts::tr("marlo needs a graphical display; without one, use marlo-cli (marlo-cli --help).\n"));
         return 1;
     }
     return std::nullopt;
