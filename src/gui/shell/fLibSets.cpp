@@ -400,7 +400,7 @@ void fLibSets::DelSetting(QTreeWidgetItem* row)
         if (!row)
             return;
         if (IsFactoryDefault(row))
-            RaiseError(mErrCodes::ERR_DELETE_FACTORY_DEFAULT, kForm, mErrCodes::MSG_DELETE_FACTORY_DEFAULT);
+            RaiseError(mErrCodes::ERR_DELETE_FACTORY_DEFAULT, kForm, mErrCodes::MessageText(mErrCodes::MSG_DELETE_FACTORY_DEFAULT));
         // No question: the row leaves the file at the next library save, and not saving undoes it.
         recordOf(row)->setIsDeleted(true);
         if (m_downRow == row)

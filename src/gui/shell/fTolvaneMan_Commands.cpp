@@ -363,7 +363,7 @@ void fTolvaneMan::cmdReset_Click(int index)
             return;
         }
         if (Application().RegistrySettings().ShowConfirmComm())
-            mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
+            mMain::ShowConfirm(tr("Counter %1 was reset.").arg(index + 1));
     });
 }
 
