@@ -249,13 +249,17 @@ void fLibSets::Form_Load()
 }
 
 // The columns keep their documented widths, except that the columns of fixed-format values
-// (number, date, rate, times) grow where this screen's font would cut their texts; a long name
-// is cut, and read in full in its tool tip.
+// (number, date, rate, times) grow where this screen's font would cut their texts or their
+// headers (a longer word in another language); a long name is cut, and read in full in its tool
+// tip.
 void fLibSets::fitFixedColumns()
 {
     const int margin = 2 * lvwLib->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, lvwLib) + 6;
     const QFontMetrics metrics(lvwLib->font());
     QList<int> needed(ColumnCount, 0);
+    const QFontMetrics headerMetrics(lvwLib->header()->font());
+    for (int c = ColNumber; c < ColumnCount; ++c)
+        needed[c] = headerMetrics.horizontalAdvance(lvwLib->headerItem()->text(c)) + margin;
     for (int i = 0; i < lvwLib->topLevelItemCount(); ++i) {
         const QTreeWidgetItem* row = lvwLib->topLevelItem(i);
         for (int c = ColNumber; c < ColumnCount; ++c) {
