@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QTranslator>
 #include <memory>
@@ -31,18 +32,8 @@ bool isEnglish(const QString& language)
     return isCLocale(language) || language == QLatin1String("en") || language.startsWith(QLatin1String("en_"));
 }
 
-// "de_DE" is tried as "de_DE", then "de".
-QStringList fallbacksOf(const QString& language)
-{
-    QStringList names{language};
-    const QString base = language.section(QLatin1Char('_'), 0, 0);
-    if (base != language)
-        names << base;
-    return names;
-}
-
-// A translator of the application object loaded from name_language.qm in the first folder that
-// has a good one; nothing when none has.
+// A translator of the application object loaded from name_language.qm (or, for "de_DE", from
+// name_de.qm) in the first folder that has a good one; nothing when none has.
 QTranslator* load(const QString& name, const QString& language, const QStringList& folders)
 {
     auto translator = std::make_unique<QTranslator>();
@@ -94,23 +85,16 @@ QString Install(const QStringList& wanted, const QStringList& folders)
     for (const QString& language : wanted) {
         if (isEnglish(language))
             return {};
-        for (const QString& name : fallbacksOf(language)) {
-            QTranslator* own = load(kProgramTranslator, name, folders);
-            if (!own)
-                continue;
-            // Qt's own only with the program's: a language the program does not speak (a
-            // right-to-left one included) leaves the whole window English, left to right.
-            const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-            QTranslator* qt = nullptr;
-            for (const QString& qtName : fallbacksOf(name)) {
-                if ((qt = load(kQtTranslator, qtName, {qtFolder})))
-                    break;
-            }
-            if (qt)
-                QCoreApplication::installTranslator(qt);
-            QCoreApplication::installTranslator(own);
-            return name;
-        }
+        QTranslator* own = load(kProgramTranslator, language, folders);
+        if (!own)
+            continue;
+        // Qt's own only with the program's: a language the program does not speak (a right-to-left
+        // one included) leaves the whole window English, left to right.
+        if (QTranslator* qt = load(kQtTranslator, language, {QLibraryInfo::path(QLibraryInfo::TranslationsPath)}))
+            QCoreApplication::installTranslator(qt);
+        QCoreApplication::installTranslator(own);
+        // The language of the file found: "de" for a wanted "de_DE" that marlo_de.qm serves.
+        return QFileInfo(own->filePath()).completeBaseName().mid(kProgramTranslator.size() + 1);
     }
     return {};
 }
