@@ -1,8 +1,5 @@
 #include "base/cText.h"
 
-#include <QCoreApplication>
-#include <QStringList>
-
 cText::cText(const char* context, const QString& source, QList<cText> arguments)
     : m_context(context), m_source(source), m_arguments(std::move(arguments))
 {

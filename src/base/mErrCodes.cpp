@@ -9,24 +9,24 @@ QString ResetCounterMessage(qint32 parameter)
 
 cText ResetCounterText(qint32 parameter)
 {
-    return cText(kContext, QStringLiteral(QT_TRANSLATE_NOOP("mErrCodes", "An unknown error occurred during resetting counter (parameter: %1).")),
+    return cText(kContext, QT_TRANSLATE_NOOP("mErrCodes", "An unknown error occurred during resetting counter (parameter: %1)."),
                  {QString::number(parameter)});
 }
 
 cText DownloadFailedText(qint32 address)
 {
-    return cText(kContext, QStringLiteral(QT_TRANSLATE_NOOP("mErrCodes", "Download failed at address: %1")), {QString::number(address)});
+    return cText(kContext, QT_TRANSLATE_NOOP("mErrCodes", "Download failed at address: %1"), {QString::number(address)});
 }
 
 cText UploadFailedText(qint32 address)
 {
-    return cText(kContext, QStringLiteral(QT_TRANSLATE_NOOP("mErrCodes", "Upload failed at address: %1")), {QString::number(address)});
+    return cText(kContext, QT_TRANSLATE_NOOP("mErrCodes", "Upload failed at address: %1"), {QString::number(address)});
 }
 
 cText FirmwareImageText(qint32 line, const cText& problem)
 {
     return cText(kContext,
-                 QStringLiteral(QT_TRANSLATE_NOOP("mErrCodes", "The firmwarefile cannot be uploaded: line %1: %2.\r\nNothing was sent to the grip.")),
+                 QT_TRANSLATE_NOOP("mErrCodes", "The firmwarefile cannot be uploaded: line %1: %2.\r\nNothing was sent to the grip."),
                  {QString::number(line), problem});
 }
 
