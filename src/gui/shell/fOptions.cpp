@@ -53,7 +53,6 @@ struct FixedList {
     const char* name;
     const char* label;
     QList<ListItem> items;
-    bool translated = false; // words, not numbers
 };
 
 const QList<FixedList>& fixedLists()
@@ -68,8 +67,7 @@ const QList<FixedList>& fixedLists()
           {QT_TRANSLATE_NOOP("fOptions", "Even"), 1},
           {QT_TRANSLATE_NOOP("fOptions", "Mark"), 2},
           {QT_TRANSLATE_NOOP("fOptions", "Odd"), 3},
-          {QT_TRANSLATE_NOOP("fOptions", "Space"), 4}},
-         true},
+          {QT_TRANSLATE_NOOP("fOptions", "Space"), 4}}},
         {"cboBits", QT_TRANSLATE_NOOP("fOptions", "&Bits:"), {{"4", 4}, {"5", 5}, {"6", 6}, {"7", 7}, {"8", 8}}},
         {"cboStopBits", QT_TRANSLATE_NOOP("fOptions", "&Stopbits:"), {{"1", 0}, {"1.5", 1}, {"2", 2}}},
     };
@@ -207,7 +205,7 @@ void fOptions::createCommunicationPage(QWidget* page)
     for (const FixedList& list : fixedLists()) {
         auto* combo = MakeControl<QComboBox>(fraComm, QLatin1String(list.name));
         for (const ListItem& item : list.items)
-            combo->addItem(list.translated ? tr(item.text) : QString::fromLatin1(item.text), item.data);
+            combo->addItem(tr(item.text), item.data);
         combo->setCurrentIndex(-1);
         auto* caption = MakeControl<QLabel>(fraComm, QStringLiteral("lbl") + QLatin1String(list.name).mid(3));
         caption->setText(tr(list.label));
