@@ -155,5 +155,7 @@ set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
 # The Qt libraries follow from the executables (dpkg-shlibdeps); the SQLite driver is a plugin
 # that no executable links, so it is named.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6sql6-sqlite (>= 6.4)")
+# Qt's own translations (the standard buttons and dialogs in the user's language) come from
+# qt6-translations-l10n.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6sql6-sqlite (>= 6.4), qt6-translations-l10n (>= 6.4)")
 include(CPack)

@@ -9,7 +9,8 @@ out=${2:?usage: behaviour-snapshot.sh BIN_DIR OUT_DIR}
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$out"
-export XDG_CONFIG_HOME="$work/config" MARLO_HOME="$work/home"
+# In English whatever the machine speaks, so that two snapshots compare.
+export XDG_CONFIG_HOME="$work/config" MARLO_HOME="$work/home" LC_ALL=C.UTF-8 LANGUAGE=
 mkdir -p "$MARLO_HOME" "$XDG_CONFIG_HOME/Marlo"
 cp "$bin/instdbxx.tmp" "$MARLO_HOME/"
 printf '[Initialize]\nCommLogToFile=True\n' > "$XDG_CONFIG_HOME/Marlo/Marlo.ini"

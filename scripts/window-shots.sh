@@ -3,6 +3,7 @@
 # virtual grip under a private X server, so that a change of structure can be compared before and
 # after (compare the two folders picture by picture). Needs Xvfb, xdotool and ImageMagick.
 # Usage: window-shots.sh BIN_DIR OUT_DIR
+# MARLO_SHOTS_LANGUAGE=de takes them in German (the menus are then driven by the German mnemonics).
 set -uo pipefail
 bin=${1:?usage: window-shots.sh BIN_DIR OUT_DIR}
 out=${2:?usage: window-shots.sh BIN_DIR OUT_DIR}
@@ -12,7 +13,16 @@ display=:$((90 + RANDOM % 100))
 Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 trap 'kill $marlo $xvfb 2>/dev/null; wait 2>/dev/null; rm -rf "$work"' EXIT
-export DISPLAY=$display XDG_CONFIG_HOME="$work/config" MARLO_HOME="$work/home" LANG=C.UTF-8 LC_ALL=C.UTF-8
+export DISPLAY=$display XDG_CONFIG_HOME="$work/config" MARLO_HOME="$work/home" LANG=C.UTF-8 LC_ALL=C.UTF-8 LANGUAGE=
+# The mnemonics that open each window: Function > Properties, > Library templates, the Get button,
+# Function > Options, Help > About, View > Gun build info, View > Communication log.
+keys_properties="alt+u r" keys_library="alt+u t" keys_get="alt+g" keys_options="alt+u o" keys_about="alt+h a"
+keys_buildinfo="alt+v b" keys_commlog="alt+v c"
+if [ "${MARLO_SHOTS_LANGUAGE:-}" = de ]; then
+  export LANG=de_DE.UTF-8 LC_ALL= LC_CTYPE=C.UTF-8 LANGUAGE=de
+  keys_properties="alt+u e" keys_library="alt+u v" keys_get="alt+l" keys_options="alt+u o" keys_about="alt+h b"
+  keys_buildinfo="alt+a b" keys_commlog="alt+a k"
+fi
 mkdir -p "$XDG_CONFIG_HOME/Marlo" "$MARLO_HOME"
 cp "$bin/instdbxx.tmp" "$MARLO_HOME/"
 first="{5D1E2A8C-3B4F-4C6D-9E7F-0A1B2C3D4E5F}"
@@ -53,18 +63,18 @@ keys() {
   xdotool key --delay 150 "$@"
 }
 shot 01-start
-keys alt+u r; shot 02-properties
+keys $keys_properties; shot 02-properties
 keys Escape; sleep 1
-keys alt+u t; shot 03-library-browser
+keys $keys_library; shot 03-library-browser
 keys Escape; sleep 1
-keys alt+g; shot 04-get-confirmation 5
+keys $keys_get; shot 04-get-confirmation 5
 keys Return; shot 05-after-get
-keys alt+u o; shot 06-options
+keys $keys_options; shot 06-options
 keys Escape; sleep 1
-keys alt+h a; shot 07-about
+keys $keys_about; shot 07-about
 keys Escape; sleep 1
-keys alt+v b; shot 08-build-info
+keys $keys_buildinfo; shot 08-build-info
 keys Escape; sleep 1
 # The traffic window stays open over the others: it comes last.
-keys alt+v c; shot 09-communication-log
+keys $keys_commlog; shot 09-communication-log
 echo "screenshots in $out"

@@ -310,6 +310,9 @@ int main(int argc, char* argv[])
     QTemporaryDir home;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    // The pages are English, whatever language the machine that builds them speaks.
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.remove(QStringLiteral("LANGUAGE"));
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
     environment.insert(QStringLiteral("MARLO_HOME"), home.path());
     // In a sanitizer build the help is still the help: a leak report at exit is not its business.

@@ -2,9 +2,9 @@
 
 #include "base/mErrCodes.h"
 
-MarloError::MarloError(qint32 number, QString source, QString description)
+MarloError::MarloError(qint32 number, QString source, cText description)
     : m_number(number), m_source(std::move(source)), m_description(std::move(description)),
-      m_what(QStringLiteral("error %1: %2").arg(number).arg(m_description).toStdString())
+      m_what(QStringLiteral("error %1: %2").arg(number).arg(m_description.English()).toStdString())
 {
 }
 
@@ -21,12 +21,12 @@ QString MarloError::origin() const
     return first.module + QLatin1Char('.') + first.procedure;
 }
 
-void RaiseError(qint32 number, const QString& source, const QString& description)
+void RaiseError(qint32 number, const QString& source, const cText& description)
 {
     throw MarloError(number, source, description);
 }
 
 void RaiseRuntimeError(qint32 number)
 {
-    throw MarloError(number, QString(), mErrCodes::RuntimeErrorText(number));
+    throw MarloError(number, QString(), mErrCodes::RuntimeError(number));
 }

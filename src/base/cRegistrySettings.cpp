@@ -158,14 +158,13 @@ QString cRegistrySettings::ProblemText(const tUnreadablePreference& problem)
 {
     QString reason;
     switch (problem.reason) {
-    case tUnreadablePreference::NotTrueOrFalse: reason = QStringLiteral("not True or False"); break;
-    case tUnreadablePreference::NotANumber: reason = QStringLiteral("not a number"); break;
+    case tUnreadablePreference::NotTrueOrFalse: reason = tr("not True or False"); break;
+    case tUnreadablePreference::NotANumber: reason = tr("not a number"); break;
     case tUnreadablePreference::OutOfRange:
-        reason = QStringLiteral("not a number from %1 to %2")
-                     .arg(QString::number(problem.min, 'g', 10), QString::number(problem.max, 'g', 10));
+        reason = tr("not a number from %1 to %2").arg(QString::number(problem.min, 'g', 10), QString::number(problem.max, 'g', 10));
         break;
     }
-    return QStringLiteral("[%1] %2 = \"%3\" (%4)").arg(problem.section, problem.key, problem.text, reason);
+    return tr("[%1] %2 = \"%3\" (%4)").arg(problem.section, problem.key, problem.text, reason);
 }
 
 tUnreadablePreferences cRegistrySettings::UnreadablePlacements()

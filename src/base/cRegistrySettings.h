@@ -1,6 +1,7 @@
 #pragma once
 // The user's preferences: read once when made, kept in memory, written at once when set.
 // Stored as text in $XDG_CONFIG_HOME/Marlo/Marlo.ini, section "Initialize".
+#include <QCoreApplication>
 #include <QList>
 #include <QSettings>
 #include <QString>
@@ -23,6 +24,8 @@ struct tUnreadablePreference {
 using tUnreadablePreferences = QList<tUnreadablePreference>;
 
 class cRegistrySettings {
+    Q_DECLARE_TR_FUNCTIONS(cRegistrySettings)
+
 public:
     static inline const QString kClass = QStringLiteral("cRegistrySettings");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
@@ -84,7 +87,7 @@ public:
     // The full path of the preferences file.
     static QString FileName();
     // One unreadable value as a line of text: [Initialize] CommPort = "abc" (not a number)
-    static QString ProblemText(const tUnreadablePreference& problem);
+    static QString ProblemText(const tUnreadablePreference& problem); // in the user's language
 
     // Text forms of the store: booleans "True"/"False" (a number reads as true unless 0), numbers
     // in decimal.

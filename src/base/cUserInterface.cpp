@@ -49,7 +49,7 @@ void cHeadlessUserInterface::showMessage(const QString& text, const QString& tit
 
 bool cHeadlessUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon icon, bool)
 {
-    showMessage(text + QLatin1String("\r\n(answered No)"), title, icon);
+    showMessage(text + QLatin1String("\r\n") + QCoreApplication::translate("cHeadlessUserInterface", "(answered No)"), title, icon);
     return false;
 }
 

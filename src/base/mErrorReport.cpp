@@ -48,12 +48,11 @@ MarloError CurrentErrorAsMarloError()
     } catch (const MarloError& e) {
         return e;
     } catch (const std::bad_alloc&) {
-        return MarloError(7, QString(), QStringLiteral("Out of memory"));
+        return MarloError(7, QString(), mErrCodes::MessageText(QStringLiteral(QT_TRANSLATE_NOOP("mErrCodes", "Out of memory"))));
     } catch (const std::exception& e) {
         return MarloError(mErrCodes::RT_INVALID_CALL, QString(), QString::fromLocal8Bit(e.what()));
     } catch (...) {
-        return MarloError(mErrCodes::RT_INVALID_CALL, QString(),
-                          mErrCodes::RuntimeErrorText(mErrCodes::RT_INVALID_CALL));
+        return MarloError(mErrCodes::RT_INVALID_CALL, QString(), mErrCodes::RuntimeError(mErrCodes::RT_INVALID_CALL));
     }
 }
 

@@ -78,7 +78,7 @@ void SetUserInterface(cUserInterface* ui) { state().ui = ui; }
 
 void ShowConfirm(const QString& text)
 {
-    UI().showMessage(text, QStringLiteral("Confirmation"), MsgIcon::Information);
+    UI().showMessage(text, QCoreApplication::translate("mMain", "Confirmation"), MsgIcon::Information);
 }
 
 void WaitMousePointer()

@@ -46,6 +46,7 @@ cUserInterface& UI();
 // Installs the services; the caller keeps ownership. nullptr restores the headless ones.
 void SetUserInterface(cUserInterface* ui);
 
+// A confirmation of a command that worked; the text is in the user's language already.
 void ShowConfirm(const QString& text);
 
 void WaitMousePointer();

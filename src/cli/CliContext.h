@@ -4,6 +4,7 @@
 // Commands throw MarloError for failures (exit 1) and CliUsageError for wrong usage (exit 2);
 // a grip that refused (negative answer recorded in the session's cError) makes the command return
 // ExitRefused; diff returns ExitDiffers when the grip holds other values than the template.
+#include <QCoreApplication>
 #include <QJsonObject>
 #include <QList>
 #include <QPair>
@@ -17,6 +18,12 @@
 class cApplication;
 class cGripSession;
 class cSetsTemplate;
+
+// What marlo-cli says to people (not its JSON, field names or the words of its commands), in the
+// user's language: CliTexts::tr("...").
+struct CliTexts {
+    Q_DECLARE_TR_FUNCTIONS(CliTexts)
+};
 
 enum CliExit { ExitOk = 0, ExitError = 1, ExitUsage = 2, ExitRefused = 3, ExitDiffers = 4 };
 

@@ -95,7 +95,7 @@ QList<QPair<QString, qint32>> ParseIntegerOptions(const QStringList& words, cons
     for (qsizetype i = 0; i < words.size(); ++i) {
         const QString& word = words[i];
         if (!word.startsWith(QLatin1String("--")))
-            throw CliUsageError(QStringLiteral("unexpected word '%1'").arg(CliText(word)));
+            throw CliUsageError(CliTexts::tr("unexpected word '%1'").arg(CliText(word)));
         QString name = word.mid(2);
         QString value;
         const qsizetype eq = name.indexOf(QLatin1Char('='));
@@ -104,18 +104,18 @@ QList<QPair<QString, qint32>> ParseIntegerOptions(const QStringList& words, cons
             name = name.left(eq);
         } else {
             if (i + 1 >= words.size())
-                throw CliUsageError(QStringLiteral("--%1 needs a value").arg(CliText(name)));
+                throw CliUsageError(CliTexts::tr("--%1 needs a value").arg(CliText(name)));
             value = words[++i];
         }
         if (!allowed.contains(name))
-            throw CliUsageError(QStringLiteral("unknown option --%1 (allowed: --%2)").arg(CliText(name), allowed.join(QStringLiteral(", --"))));
+            throw CliUsageError(CliTexts::tr("unknown option --%1 (allowed: --%2)").arg(CliText(name), allowed.join(QStringLiteral(", --"))));
         if (seen.contains(name))
-            throw CliUsageError(QStringLiteral("--%1 is given twice").arg(CliText(name)));
+            throw CliUsageError(CliTexts::tr("--%1 is given twice").arg(CliText(name)));
         seen.append(name);
         bool ok = false;
         const qint32 number = value.toInt(&ok);
         if (!ok)
-            throw CliUsageError(QStringLiteral("--%1 needs a whole number, not '%2'").arg(name, CliText(value)));
+            throw CliUsageError(CliTexts::tr("--%1 needs a whole number, not '%2'").arg(name, CliText(value)));
         options.append({name, number});
     }
     return options;
@@ -126,7 +126,7 @@ int RefusalStatus(CliContext& ctx)
     const cError& refusal = ctx.session->GripError();
     if (refusal.ErrorCode() == cError::NoError)
         return ExitOk;
-    *ctx.err << "the grip refused the command (negative answer): " << CliText(refusal.Description()) << '\n';
+    *ctx.err << CliTexts::tr("the grip refused the command (negative answer): %1").arg(CliText(refusal.Text().Shown())) << '\n';
     ctx.err->flush();
     return ExitRefused;
 }

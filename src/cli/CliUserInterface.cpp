@@ -20,7 +20,8 @@ QString CliUserInterface::plain(const QString& text)
 
 QString CliUserInterface::ErrorLine(const MarloError& error)
 {
-    QString line = QStringLiteral("error %1: %2").arg(error.Number()).arg(plain(error.Description()));
+    // "error NNNNN:" stays as it is in every language, for scripts; the description is the user's.
+    QString line = QStringLiteral("error %1: %2").arg(error.Number()).arg(plain(error.ShownDescription()));
     if (!error.Source().isEmpty() && error.Number() < 10000)
         line += QStringLiteral(" (%1)").arg(CliText(error.Source()));
     return line;
@@ -105,21 +106,21 @@ void CliUserInterface::showMessage(const QString& text, const QString& title, Ms
 
 bool CliUserInterface::askYesNo(const QString& text, const QString& title, MsgIcon, bool)
 {
-    m_err << CliText(title) << ": " << plain(text) << "\n(marlo-cli does not ask: the answer taken is No)\n";
+    m_err << CliText(title) << ": " << plain(text) << '\n' << CliTexts::tr("(marlo-cli does not ask: the answer taken is No)") << '\n';
     m_err.flush();
     return false;
 }
 
 QString CliUserInterface::inputBox(const QString& prompt, const QString& title, const QString&)
 {
-    m_err << CliText(title) << ": " << plain(prompt) << "\n(marlo-cli does not ask: the answer taken is Cancel)\n";
+    m_err << CliText(title) << ": " << plain(prompt) << '\n' << CliTexts::tr("(marlo-cli does not ask: the answer taken is Cancel)") << '\n';
     m_err.flush();
     return QString();
 }
 
 std::optional<QString> CliUserInterface::openFileName(const FileDialogRequest& request)
 {
-    m_err << "(marlo-cli does not ask for a file: " << CliText(request.title) << " cancelled)\n";
+    m_err << CliTexts::tr("(marlo-cli does not ask for a file: %1 cancelled)").arg(CliText(request.title)) << '\n';
     m_err.flush();
     return std::nullopt;
 }

@@ -14,7 +14,6 @@
 
 namespace {
 
-const QString kUsage = QStringLiteral("usage: marlo-cli firmware read FILE | firmware write [--backup] FILE");
 const QString kBackupFlag = QStringLiteral("--backup");
 
 // The names the workflows' errors carry when the command runs them.
@@ -30,14 +29,15 @@ void requireFolder(const QString& file)
     const QDir folder = QFileInfo(file).absoluteDir();
     if (!folder.exists())
         RaiseError(mErrCodes::RT_FILE_ACCESS, QString(),
-                   mErrCodes::RuntimeErrorText(mErrCodes::RT_FILE_ACCESS) + QStringLiteral(": the folder ") +
-                       QDir::toNativeSeparators(folder.path()) + QStringLiteral(" does not exist"));
+                   cText("CliTexts", QT_TRANSLATE_NOOP("CliTexts", "%1: the folder %2 does not exist"),
+                         {mErrCodes::RuntimeError(mErrCodes::RT_FILE_ACCESS), QDir::toNativeSeparators(folder.path())}));
 }
 
 } // namespace
 
 int RunFirmwareCommand(CliContext& ctx)
 {
+    const QString usage = CliTexts::tr("usage: marlo-cli firmware read FILE | firmware write [--backup] FILE");
     QStringList words = ctx.words;
     const QString action = words.value(0);
     // --backup belongs to a write, before its file.
@@ -45,10 +45,10 @@ int RunFirmwareCommand(CliContext& ctx)
     if (backup)
         words.removeAt(1);
     if (words.size() != 2)
-        throw CliUsageError(kUsage);
+        throw CliUsageError(usage);
     const QString file = words.at(1);
     if (file.isEmpty() || (action != QLatin1String("read") && action != QLatin1String("write")))
-        throw CliUsageError(kUsage);
+        throw CliUsageError(usage);
 
     ctx.session->GripError().Clear();
     FirmwareResult result = FirmwareResult::Cancelled;
@@ -77,7 +77,7 @@ int RunFirmwareCommand(CliContext& ctx)
     case FirmwareResult::Cancelled:
         break;
     }
-    *ctx.err << "firmware " << action << ": nothing was done\n";
+    *ctx.err << "firmware " << action << ": " << CliTexts::tr("nothing was done") << '\n';
     ctx.err->flush();
     return ExitError;
 }

@@ -95,7 +95,7 @@ public:
         if (!mMain::CheckForDB(m_application.RegistrySettings())) {
             if (failed())
                 return nullptr; // the reason is shown already
-            RaiseError(mErrCodes::RT_FILE_NOT_FOUND, mMain::kModule, mDatabase::kCannotContinueText);
+            RaiseError(mErrCodes::RT_FILE_NOT_FOUND, mMain::kModule, cText(mDatabase::kContext, mDatabase::kCannotContinueText));
         }
         if (failed())
             return nullptr;
@@ -132,7 +132,7 @@ std::shared_ptr<cSetsTemplate> findTemplate(cColSetsTemplate& library, const QSt
     }
     if (!record)
         RaiseError(mErrCodes::RT_INVALID_CALL, QStringLiteral("marlo-cli"),
-                   QStringLiteral("The library holds no template \"%1\".").arg(which));
+                   cText("CliTexts", QT_TRANSLATE_NOOP("CliTexts", "The library holds no template \"%1\"."), {which}));
     return record;
 }
 
@@ -142,10 +142,10 @@ void printList(CliContext& ctx, cColSetsTemplate& library)
         PrintJson(ctx, mLibraryExchange::TemplatesToJson(library));
         return;
     }
-    const QStringList header = {QStringLiteral("#"), QStringLiteral("ID"), QStringLiteral("Name"),
-                                QStringLiteral("Date"), QStringLiteral("ROF bps"), QStringLiteral("ST ms"),
-                                QStringLiteral("DT ms"), QStringLiteral("CTO ms"), QStringLiteral("LT ms"),
-                                QStringLiteral("CTC ms")};
+    const QStringList header = {QStringLiteral("#"), QStringLiteral("ID"), CliTexts::tr("Name"),
+                                CliTexts::tr("Date"), CliTexts::tr("ROF bps"), CliTexts::tr("ST ms"),
+                                CliTexts::tr("DT ms"), CliTexts::tr("CTO ms"), CliTexts::tr("LT ms"),
+                                CliTexts::tr("CTC ms")};
     // Left-aligned: ID, name and date; the numbers are right-aligned.
     const QList<bool> left = {false, true, true, true, false, false, false, false, false, false};
     QList<QStringList> rows{header};
@@ -211,8 +211,8 @@ void checkArguments(const CliContext& ctx, const QString& command, const QString
 {
     const qsizetype expected = argument.isEmpty() ? 1 : 2;
     if (ctx.words.size() != expected)
-        throw CliUsageError(argument.isEmpty() ? QStringLiteral("library %1 takes no arguments").arg(command)
-                                               : QStringLiteral("library %1 needs %2").arg(command, argument));
+        throw CliUsageError(argument.isEmpty() ? CliTexts::tr("library %1 takes no arguments").arg(command)
+                                               : CliTexts::tr("library %1 needs %2").arg(command, argument));
 }
 
 } // namespace
@@ -229,16 +229,16 @@ std::shared_ptr<cSetsTemplate> FindLibraryTemplate(CliContext& ctx, const QStrin
 int RunLibraryCommand(CliContext& ctx)
 {
     if (ctx.words.isEmpty())
-        throw CliUsageError(QStringLiteral("library needs a command: list | show ID | export FILE | import FILE | delete ID"));
+        throw CliUsageError(CliTexts::tr("library needs a command: list | show ID | export FILE | import FILE | delete ID"));
     const QString command = ctx.words.first();
     if (command == QLatin1String("list"))
         checkArguments(ctx, command, QString());
     else if (command == QLatin1String("show") || command == QLatin1String("delete"))
-        checkArguments(ctx, command, QStringLiteral("an ID"));
+        checkArguments(ctx, command, CliTexts::tr("an ID"));
     else if (command == QLatin1String("export") || command == QLatin1String("import"))
         checkArguments(ctx, command, QStringLiteral("a FILE"));
     else
-        throw CliUsageError(QStringLiteral("unknown library command '%1' (list | show ID | export FILE | import FILE | delete ID)").arg(command));
+        throw CliUsageError(CliTexts::tr("unknown library command '%1' (list | show ID | export FILE | import FILE | delete ID)").arg(command));
 
     LibraryRun run(ctx);
     cColSetsTemplate* library = run.open();

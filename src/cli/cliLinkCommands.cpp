@@ -9,7 +9,7 @@
 int RunLinkCommand(CliContext& ctx, const QString& command)
 {
     if (!ctx.words.isEmpty())
-        throw CliUsageError(QStringLiteral("%1 takes no arguments").arg(command));
+        throw CliUsageError(CliTexts::tr("%1 takes no arguments").arg(command));
     if (command == QLatin1String("bootmode")) {
         const bool boot = mCommSupportHex::GRIPIsBootmode(*ctx.session, true);
         if (const int refused = RefusalStatus(ctx))

@@ -21,7 +21,7 @@ QJsonValue idJson(const std::optional<quint16>& id)
 
 QString readyText()
 {
-    return QStringLiteral("ready: nothing stands in the way");
+    return CliTexts::tr("ready: nothing stands in the way");
 }
 
 } // namespace
@@ -30,9 +30,9 @@ int RunPortsCommand(CliContext& ctx)
 {
     for (const QString& word : ctx.words) {
         if (word.startsWith(QLatin1String("-")))
-            throw CliUsageError(QStringLiteral("unknown option '%1' (ports takes device names only)").arg(CliText(word)));
+            throw CliUsageError(CliTexts::tr("unknown option '%1' (ports takes device names only)").arg(CliText(word)));
         if (word.trimmed().isEmpty())
-            throw CliUsageError(QStringLiteral("a device name is empty"));
+            throw CliUsageError(CliTexts::tr("a device name is empty"));
     }
     const QString root = qEnvironmentVariable("MARLO_SYSTEM_ROOT");
     const cSystemFacts facts(root.isEmpty() ? QStringLiteral("/") : root);
@@ -62,7 +62,7 @@ int RunPortsCommand(CliContext& ctx)
         for (const cPortDoctor::Port& port : ports) {
             QJsonArray problems;
             for (const cPortDoctor::Problem& problem : port.problems)
-                problems << problem.text;
+                problems << problem.text.English();
             array << QJsonObject{{QStringLiteral("path"), port.path},
                                  {QStringLiteral("description"), port.description},
                                  {QStringLiteral("vendor"), idJson(port.vendor)},
@@ -73,12 +73,12 @@ int RunPortsCommand(CliContext& ctx)
         PrintJson(ctx, array);
     } else {
         for (const cPortDoctor::Port& port : ports) {
-            *ctx.out << CliText(mSerialDevices::DisplayText({port.path, port.description, port.manufacturer, port.vendor, port.product}))
+            *ctx.out << CliText(mSerialDevices::DisplayText({port.path, cText::Translated(cPortDoctor::kContext, port.description), port.manufacturer, port.vendor, port.product}))
                      << '\n';
             if (port.problems.isEmpty())
                 *ctx.out << "  " << readyText() << '\n';
             for (const cPortDoctor::Problem& problem : port.problems)
-                *ctx.out << "  - " << CliText(problem.text) << '\n';
+                *ctx.out << "  - " << CliText(problem.text.Shown()) << '\n';
             anyProblem = anyProblem || !port.problems.isEmpty();
         }
         ctx.out->flush();
@@ -87,7 +87,7 @@ int RunPortsCommand(CliContext& ctx)
     // so that a script can check a device before it talks to the grip.
     if (ctx.words.isEmpty() || !anyProblem)
         return ExitOk;
-    *ctx.err << "marlo-cli ports: a device named cannot be used as it stands (what to do is printed above)\n";
+    *ctx.err << "marlo-cli ports: " << CliTexts::tr("a device named cannot be used as it stands (what to do is printed above)") << '\n';
     ctx.err->flush();
     return ExitError;
 }

@@ -44,8 +44,10 @@ CliFields recordFields(cGripSession& session, GripRecord record)
 void noteUnsupported(CliContext& ctx, GripRecord record)
 {
     const QString needed = record == GripRecord::Ramping ? QStringLiteral("4.0.0") : QStringLiteral("1.1.70");
-    *ctx.err << mGripCommands::RecordName(record) << ": not supported by the grip's firmware "
-             << ctx.session->GunInfo().FirmwareBuild() << " (needs " << needed << " or newer); not exchanged\n";
+    *ctx.err << mGripCommands::RecordName(record) << ": "
+             << CliTexts::tr("not supported by the grip's firmware %1 (needs %2 or newer); not exchanged")
+                    .arg(ctx.session->GunInfo().FirmwareBuild(), needed)
+             << '\n';
     ctx.err->flush();
 }
 
@@ -64,7 +66,7 @@ GripRecord recordArgument(const QStringList& words, const QString& command)
 {
     GripRecord record = GripRecord::Timing;
     if (words.isEmpty() || !mGripCommands::RecordFromName(words.first(), record))
-        throw CliUsageError(QStringLiteral("%1 needs one of %2%3")
+        throw CliUsageError(CliTexts::tr("%1 needs one of %2%3")
                                 .arg(command, recordNames(false), command == QLatin1String("get") ? QStringLiteral("|all") : QString()));
     return record;
 }
@@ -72,7 +74,7 @@ GripRecord recordArgument(const QStringList& words, const QString& command)
 int runInfo(CliContext& ctx)
 {
     if (!ctx.words.isEmpty())
-        throw CliUsageError(QStringLiteral("info takes no arguments"));
+        throw CliUsageError(CliTexts::tr("info takes no arguments"));
     cGripSession& session = *ctx.session;
     session.GripError().Clear();
     {
@@ -134,7 +136,7 @@ int runInfo(CliContext& ctx)
 int runGet(CliContext& ctx)
 {
     if (ctx.words.size() != 1)
-        throw CliUsageError(QStringLiteral("get needs exactly one of %1|all").arg(recordNames(false)));
+        throw CliUsageError(CliTexts::tr("get needs exactly one of %1|all").arg(recordNames(false)));
     if (ctx.words.first() == QLatin1String("all")) {
         const mGripCommands::CommandResult result = mGripCommands::GetAll(*ctx.session);
         QJsonObject object;
@@ -168,15 +170,15 @@ void validate(const RecordField& field, qint32 value)
     switch (field.kind) {
     case RecordField::Switch:
         if (value != 0 && value != 1)
-            throw CliUsageError(QStringLiteral("--%1 takes 0 or 1, not %2").arg(field.name).arg(value));
+            throw CliUsageError(CliTexts::tr("--%1 takes 0 or 1, not %2").arg(field.name).arg(value));
         break;
     case RecordField::Byte:
         if (value < 0 || value > 255)
-            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's byte (0..255)").arg(field.name).arg(value));
+            throw CliUsageError(CliTexts::tr("--%1 %2 does not fit the grip's byte (0..255)").arg(field.name).arg(value));
         break;
     case RecordField::Word:
         if (value < 0 || value > 65535)
-            throw CliUsageError(QStringLiteral("--%1 %2 does not fit the grip's 16 bits (0..65535)").arg(field.name).arg(value));
+            throw CliUsageError(CliTexts::tr("--%1 %2 does not fit the grip's 16 bits (0..65535)").arg(field.name).arg(value));
         break;
     case RecordField::ReadOnly:
         break;
@@ -186,17 +188,17 @@ void validate(const RecordField& field, qint32 value)
 int runPut(CliContext& ctx)
 {
     if (ctx.words.isEmpty())
-        throw CliUsageError(QStringLiteral("put needs one of %1").arg(recordNames(true)));
+        throw CliUsageError(CliTexts::tr("put needs one of %1").arg(recordNames(true)));
     const GripRecord record = recordArgument(ctx.words, QStringLiteral("put"));
     if (!mGripCommands::CanPut(record))
-        throw CliUsageError(QStringLiteral("%1 cannot be put to the grip (put %2)").arg(ctx.words.first(), recordNames(true)));
+        throw CliUsageError(CliTexts::tr("%1 cannot be put to the grip (put %2)").arg(ctx.words.first(), recordNames(true)));
     const QList<RecordField> fields = putFields(record);
     QStringList allowed;
     for (const RecordField& field : fields)
         allowed.append(field.name);
     const QList<QPair<QString, qint32>> given = ParseIntegerOptions(ctx.words.mid(1), allowed);
     if (given.isEmpty())
-        throw CliUsageError(QStringLiteral("put %1 needs at least one of --%2").arg(ctx.words.first(), allowed.join(QStringLiteral(", --"))));
+        throw CliUsageError(CliTexts::tr("put %1 needs at least one of --%2").arg(ctx.words.first(), allowed.join(QStringLiteral(", --"))));
     // ParseIntegerOptions allows only these names.
     auto fieldNamed = [&](const QString& name) -> const RecordField& { return fields[allowed.indexOf(name)]; };
     for (const auto& [name, value] : given)
@@ -216,11 +218,15 @@ int runPut(CliContext& ctx)
         const RecordField& field = fieldNamed(name);
         // The editor's limits of the timing values; the grip is sent what is given, with a note.
         if (field.usual && (value < field.usual->first || value > field.usual->second))
-            *ctx.err << "note: " << name << ' ' << value << " is outside the usual range " << field.usual->first << ".."
-                     << field.usual->second << "; it is sent as given\n";
+            *ctx.err << CliTexts::tr("note: %1 %2 is outside the usual range %3..%4; it is sent as given")
+                            .arg(name)
+                            .arg(value)
+                            .arg(field.usual->first)
+                            .arg(field.usual->second)
+                     << '\n';
         const qint32 kept = field.set(session, value);
         if (kept != value)
-            *ctx.err << "note: " << name << ' ' << value << " is out of range; the record keeps " << kept << '\n';
+            *ctx.err << CliTexts::tr("note: %1 %2 is out of range; the record keeps %3").arg(name).arg(value).arg(kept) << '\n';
     }
     if (mGripCommands::TransferRecord(session, record, Direction::Put) == Outcome::Refused)
         return RefusalStatus(ctx);
@@ -235,7 +241,7 @@ int runPut(CliContext& ctx)
 int runResetCounter(CliContext& ctx)
 {
     if (ctx.words.size() != 1 || !QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}.contains(ctx.words.first()))
-        throw CliUsageError(QStringLiteral("reset-counter needs 1, 2 or 3 (both)"));
+        throw CliUsageError(CliTexts::tr("reset-counter needs 1, 2 or 3 (both)"));
     const quint8 selector = static_cast<quint8>(ctx.words.first().toInt());
     cGripSession& session = *ctx.session;
     session.GripError().Clear();
@@ -262,7 +268,7 @@ int RunRecordCommand(CliContext& ctx, const QString& command)
         return runPut(ctx);
     if (command == QLatin1String("reset-counter"))
         return runResetCounter(ctx);
-    throw CliUsageError(QStringLiteral("unknown command '%1'").arg(command));
+    throw CliUsageError(CliTexts::tr("unknown command '%1'").arg(command));
 }
 
 QString RecordCommandsUsage()

@@ -10,6 +10,7 @@
 #include "link/cPreferencesLinkSettings.h"
 #include "link/cSerialPort.h"
 #include "shell/cApplication.h"
+#include "shell/mLanguage.h"
 #include "shell/mMain.h"
 #include "sim/SimDevice.h"
 
@@ -20,24 +21,34 @@
 
 namespace {
 
+// A command's line of the usage: its words, then what it does.
+QString commandLine(const char* words, const QString& what)
+{
+    return QStringLiteral("  %1%2\n").arg(QLatin1String(words), -34).arg(what);
+}
+
 QString usage()
 {
-    return QStringLiteral("Commands:\n"
-                          "  info                              gun information and the feature flags\n"
-                          "  bootmode | start-program | stop-program\n") +
-           RecordCommandsUsage() +
+    return CliTexts::tr("Commands:") + QLatin1Char('\n') +
+           commandLine("info", CliTexts::tr("gun information and the feature flags")) +
+           QStringLiteral("  bootmode | start-program | stop-program\n") + RecordCommandsUsage() +
            QStringLiteral("  reset-counter 1|2|3\n"
-                          "  firmware read FILE | firmware write [--backup] FILE\n"
-                          "                                    --backup: first save the grip's program in the Backups folder\n"
-                          "  library list | show ID | export FILE | import FILE | delete ID\n"
-                          "  diff ID                           compare library template ID with the grip\n"
-                          "  ports [DEVICE...]                 the serial ports and what stands in the way of each\n"
-                          "  history [--serial S]              the settings each grip held after every get and put\n"
-                          "\n"
-                          "Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused, 4 the grip differs (diff).\n"
-                          "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
-                          "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
-                          "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n");
+                          "  firmware read FILE | firmware write [--backup] FILE\n") +
+           QStringLiteral("                                    ") + CliTexts::tr("--backup: first save the grip's program in the Backups folder") +
+           QStringLiteral("\n  library list | show ID | export FILE | import FILE | delete ID\n") +
+           commandLine("diff ID", CliTexts::tr("compare library template ID with the grip")) +
+           commandLine("ports [DEVICE...]", CliTexts::tr("the serial ports and what stands in the way of each")) +
+           commandLine("history [--serial S]", CliTexts::tr("the settings each grip held after every get and put")) +
+           QLatin1Char('\n') +
+           CliTexts::tr("Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused, 4 the grip differs (diff).\n"
+                        "DEVICE is a serial device such as /dev/ttyUSB0, or 'sim' / 'sim:KEY=VALUE,...' for the\n"
+                        "built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,\n"
+                        "baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).\n");
+}
+
+QString helpHint()
+{
+    return CliTexts::tr("Run 'marlo-cli --help' for the commands and their options.") + QLatin1Char('\n');
 }
 
 int dispatch(CliContext& ctx, const QString& command)
@@ -67,14 +78,13 @@ int run(CliContext& ctx, CliUserInterface& ui, const QString& command)
         const int status = dispatch(ctx, command);
         return status == ExitOk && ui.errorsShown() > 0 ? ExitError : status;
     } catch (const CliUsageError& e) {
-        *ctx.err << "marlo-cli " << CliText(command) << ": " << CliText(e.message()) << '\n'
-                 << "Run 'marlo-cli --help' for the commands and their options.\n";
+        *ctx.err << "marlo-cli " << CliText(command) << ": " << CliText(e.message()) << '\n' << helpHint();
         return ExitUsage;
     } catch (const MarloError& e) {
         *ctx.err << CliUserInterface::ErrorReport(e, &ctx.session->Link()) << '\n';
         return ExitError;
     } catch (const std::exception& e) {
-        *ctx.err << "error: " << CliText(QString::fromLocal8Bit(e.what())) << '\n';
+        *ctx.err << CliTexts::tr("error: %1").arg(CliText(QString::fromLocal8Bit(e.what()))) << '\n';
         return ExitError;
     }
 }
@@ -86,21 +96,22 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("marlo-cli"));
     QCoreApplication::setApplicationVersion(mMain::kProgramVersion);
+    mLanguage::Install();
     QTextStream out(stdout);
     QTextStream err(stderr);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Configures a Tolvane grip from the command line.\n\n") + usage());
+    parser.setApplicationDescription(CliTexts::tr("Configures a Tolvane grip from the command line.") + QStringLiteral("\n\n") + usage());
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    const QCommandLineOption deviceOption(QStringLiteral("device"), QStringLiteral("Serial device for this run."), QStringLiteral("DEV"));
-    const QCommandLineOption jsonOption(QStringLiteral("json"), QStringLiteral("Print JSON."));
-    const QCommandLineOption dbOption(QStringLiteral("db"), QStringLiteral("Library file for this run."), QStringLiteral("PATH"));
+    const QCommandLineOption deviceOption(QStringLiteral("device"), CliTexts::tr("Serial device for this run."), QStringLiteral("DEV"));
+    const QCommandLineOption jsonOption(QStringLiteral("json"), CliTexts::tr("Print JSON."));
+    const QCommandLineOption dbOption(QStringLiteral("db"), CliTexts::tr("Library file for this run."), QStringLiteral("PATH"));
     parser.addOptions({deviceOption, jsonOption, dbOption});
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("What to do (see above)."), QStringLiteral("COMMAND [ARGS...]"));
+    parser.addPositionalArgument(QStringLiteral("command"), CliTexts::tr("What to do (see above)."), QStringLiteral("COMMAND [ARGS...]"));
     if (!parser.parse(app.arguments())) {
-        err << CliText(parser.errorText()) << "\nRun 'marlo-cli --help' for the commands and their options.\n";
+        err << CliText(parser.errorText()) << '\n' << helpHint();
         return ExitUsage;
     }
     if (parser.isSet(QStringLiteral("help"))) {
@@ -113,7 +124,7 @@ int main(int argc, char* argv[])
     }
     QStringList words = parser.positionalArguments();
     if (words.isEmpty()) {
-        err << "marlo-cli: no command given.\n\n" << usage();
+        err << "marlo-cli: " << CliTexts::tr("no command given.") << "\n\n" << usage();
         return ExitUsage;
     }
 
@@ -136,7 +147,7 @@ int main(int argc, char* argv[])
         const QString device = parser.value(deviceOption);
         // An empty device would silently mean the port of the preferences: a usage error instead.
         const QString problem = device.trimmed().isEmpty()
-                                    ? QStringLiteral("the device is empty (give a device such as /dev/ttyUSB0, or sim)")
+                                    ? CliTexts::tr("the device is empty (give a device such as /dev/ttyUSB0, or sim)")
                                     : SimDevice::Validate(device);
         if (!problem.isEmpty()) {
             err << "marlo-cli: --device '" << CliText(device) << "': " << CliText(problem) << '\n';
@@ -146,7 +157,8 @@ int main(int argc, char* argv[])
     }
 
     if (parser.isSet(dbOption) && parser.value(dbOption).trimmed().isEmpty()) {
-        err << "marlo-cli: --db '" << CliText(parser.value(dbOption)) << "': the library file is empty (give the path of a library file)\n";
+        err << "marlo-cli: --db '" << CliText(parser.value(dbOption))
+            << "': " << CliTexts::tr("the library file is empty (give the path of a library file)") << '\n';
         return ExitUsage;
     }
 

@@ -33,7 +33,7 @@ QString exchangeName(const QString& exchange, qint32 address)
 
 // Byte 1 of a block exchange's report: the expected report code answers true; a negative answer
 // is recorded in the refusal record and answers false; anything else raises the exchange's error.
-bool expectedAnswer(cError& refusal, const QByteArray& report, qint32 expected, qint32 number, const QString& message)
+bool expectedAnswer(cError& refusal, const QByteArray& report, qint32 expected, qint32 number, const cText& message)
 {
     const qint32 code = FrameByte(report, 1);
     if (code == REP_NEGATIVE) {
@@ -131,7 +131,7 @@ bool cProgramSegment::Upload(cGripSession& session)
         tExchangeOptions options;
         options.appendChecksum = false;
         const QByteArray report = session.Link().CommHexData(frame, true, options);
-        return expectedAnswer(session.GripError(), report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MSG_UL_FIRMWAREDATA);
+        return expectedAnswer(session.GripError(), report, REP_ACK, mErrCodes::ERR_UL_FIRMWAREDATA, mErrCodes::MessageText(mErrCodes::MSG_UL_FIRMWAREDATA));
     });
 }
 
@@ -140,12 +140,12 @@ bool cProgramSegment::Download(cGripSession& session)
     return PassErrors(kClass, kRevision, exchangeName(QStringLiteral("Download"), m_address), [&] {
         const tExchangeOptions options;
         const QByteArray report = session.Link().CommHexData(FrameBytes({CMD_READ_BLOCK}) + addressBytes(), true, options);
-        if (!expectedAnswer(session.GripError(), report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MSG_DL_FIRMWAREDATA))
+        if (!expectedAnswer(session.GripError(), report, REP_BLOCK, mErrCodes::ERR_DL_FIRMWAREDATA, mErrCodes::MessageText(mErrCodes::MSG_DL_FIRMWAREDATA)))
             return false;
         // A memory report that lost bytes or was spoiled on the way must not become program
         // data: it counts as a failed read, and the transfer reads the block again.
         if (report.size() != GetReportReturnSize(REP_BLOCK) || (options.checkChecksum && !mCommBasic::CheckCRC(report)))
-            RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MSG_DL_FIRMWAREDATA);
+            RaiseError(mErrCodes::ERR_DL_FIRMWAREDATA, QString(), mErrCodes::MessageText(mErrCodes::MSG_DL_FIRMWAREDATA));
         for (qint32 i = 1; i <= kBlockSize; ++i)
             m_data[dataSlot(i)] = FrameByte(report, i + 1);
         return true;

@@ -11,6 +11,9 @@
 namespace mCommSupport {
 namespace {
 
+// The context the transfer's texts are translated in.
+constexpr char kContext[] = "mCommSupport";
+
 QString hexOf(qint32 value)
 {
     return QString::number(static_cast<quint32>(value), 16).toUpper();
@@ -49,35 +52,36 @@ void advanceProgress()
 // failedText and "(number) message" of the last attempt.
 template <typename Exchange>
 void transferBlock(cGripSession& session, Exchange exchange, qint32 retryPauseMs, qint32 errorNumber, const QString& source,
-                   const QString& failedText)
+                   const cText& failedText)
 {
-    QString failure;
+    cText failure;
     for (qint32 attempt = 1; attempt <= kAttempts; ++attempt) {
         cError& refusal = session.GripError();
         refusal.Clear();
         bool acknowledged = false;
         qint32 number = 0;
-        QString message;
+        cText message;
         try {
             acknowledged = exchange();
         } catch (...) {
             // A failed attempt is not the end of the transfer: keep the reason, try again.
             const MarloError error = mMain::CurrentErrorAsMarloError();
             number = error.Number();
-            message = error.Description();
+            message = error.DescriptionText();
         }
         if (refusal.ErrorCode() != cError::NoError) {
             number = refusal.ErrorCode();
-            message = refusal.Description();
+            message = refusal.Text();
         } else if (acknowledged) {
             advanceProgress();
             return;
         }
-        failure = QStringLiteral("(%1) %2").arg(number).arg(message);
+        failure = cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "(%1) %2"), {QString::number(number), message});
         if (attempt < kAttempts && retryPauseMs > 0)
             session.Link().WaitWithEvents(retryPauseMs);
     }
-    RaiseError(errorNumber, source, failedText + QLatin1Char(' ') + failure);
+    //: Where the transfer failed, then why: "Download failed at address: 64 (10212) An unknown error ..."
+    RaiseError(errorNumber, source, cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "%1 %2"), {failedText, failure}));
 }
 
 } // namespace
@@ -144,24 +148,25 @@ void CheckFirmwareImage(const FirmwareFile& image)
             const qint64 count = qMax<qint64>(line.ByteCount, line.Data.size());
             const qint32 address = line.AddrHi * 256 + line.AddrLo;
             bytes += count;
-            QString problem;
+            const QString hexAddress = mAppFunc::LZ(4, hexOf(address));
+            cText problem;
             if (count > kBlockSize)
-                problem = QStringLiteral("the record holds %1 data bytes, but a memory block holds at most %2")
-                              .arg(count)
-                              .arg(kBlockSize);
+                problem = cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "the record holds %1 data bytes, but a memory block holds at most %2"),
+                                {QString::number(count), QString::number(kBlockSize)});
             else if (address >= kProgramMemoryBytes)
-                problem = QStringLiteral("the address 0x%1 lies outside the program memory (0x0000 to 0x7FFF)")
-                              .arg(mAppFunc::LZ(4, hexOf(address)));
+                problem = cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "the address 0x%1 lies outside the program memory (0x0000 to 0x7FFF)"),
+                                {hexAddress});
             else if (address + count > kProgramMemoryBytes)
-                problem = QStringLiteral("the record's %1 data bytes from address 0x%2 run past the end of the program "
-                                         "memory (0x7FFF)")
-                              .arg(count)
-                              .arg(mAppFunc::LZ(4, hexOf(address)));
+                problem = cText(kContext,
+                                QT_TRANSLATE_NOOP("mCommSupport", "the record's %1 data bytes from address 0x%2 run past the end of the program "
+                                                                  "memory (0x7FFF)"),
+                                {QString::number(count), hexAddress});
             else if (bytes > kProgramMemoryBytes)
-                problem = QStringLiteral("the file holds more data than the program memory (%1 bytes)").arg(kProgramMemoryBytes);
+                problem = cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "the file holds more data than the program memory (%1 bytes)"),
+                                {QString::number(kProgramMemoryBytes)});
             else if (record + 1 > kProgramMemoryBytes)
-                problem = QStringLiteral("the file holds more records than the program memory has bytes (%1)")
-                              .arg(kProgramMemoryBytes);
+                problem = cText(kContext, QT_TRANSLATE_NOOP("mCommSupport", "the file holds more records than the program memory has bytes (%1)"),
+                                {QString::number(kProgramMemoryBytes)});
             if (!problem.isEmpty()) {
                 // A line of the file, or the record's position in an image not read from one.
                 const qint32 where = line.FileLine > 0 ? line.FileLine : static_cast<qint32>(record + 1);

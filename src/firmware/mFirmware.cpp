@@ -6,6 +6,7 @@
 #include "link/mAppFunc.h"
 #include "link/mVersion.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
@@ -16,12 +17,18 @@ using namespace mAppFunc;
 namespace mFirmware {
 namespace {
 
+// The hints are only ever shown: translated where they are made.
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(mFirmware)
+};
+
 const QString kRule = QStringLiteral(";-----------------------------------");
 const QString kLineEnd = QStringLiteral("\r\n");
 
 [[noreturn]] void raiseFileError(qint32 number, const QString& path)
 {
-    RaiseError(number, QString(), mErrCodes::RuntimeErrorText(number) + QStringLiteral(": ") + path);
+    //: A run-time error's message, then the file it is about.
+    RaiseError(number, QString(), cText("mFirmware", QT_TRANSLATE_NOOP("mFirmware", "%1: %2"), {mErrCodes::RuntimeError(number), path}));
 }
 
 // Blanks only, as the file format has always been read: tabs and other white space stay.
@@ -260,12 +267,12 @@ bool checkFirmwareVersion(const FirmwareFile& file, const cGunInfo& gunInfo)
                 parse();
             } catch (MarloError& e) {
                 if (noHeader)
-                    e.addHint(QStringLiteral("The file has no firmware header: the comment lines \"; Firmware:\", "
-                                             "\"; Boot:\", \"; Protocol:\" and \"; Hardware:\" that name its builds are missing."));
+                    e.addHint(Texts::tr("The file has no firmware header: the comment lines \"; Firmware:\", "
+                                 "\"; Boot:\", \"; Protocol:\" and \"; Hardware:\" that name its builds are missing."));
                 else if (value.trimmed().isEmpty())
-                    e.addHint(QStringLiteral("The file's firmware header names no %1 build.").arg(QLatin1String(key)));
+                    e.addHint(Texts::tr("The file's firmware header names no %1 build.").arg(QLatin1String(key)));
                 else
-                    e.addHint(QStringLiteral("The file's %1 build \"%2\" is not a version (three numbers joined by \".\").")
+                    e.addHint(Texts::tr("The file's %1 build \"%2\" is not a version (three numbers joined by \".\").")
                                   .arg(QLatin1String(key), value.trimmed()));
                 throw;
             }

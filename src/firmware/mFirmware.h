@@ -42,7 +42,9 @@ inline const QString kModule = QStringLiteral("mFirmware");
 inline const QString kRevision = QStringLiteral("$Revision: 10 $");
 
 // The filter of the firmware file dialogs; the second entry is preselected.
-inline const QString kFileFilter = QStringLiteral("All (*.*)|*.*|Tolvane Firmware (*.tvf)|*.tvf");
+// The file dialog's filter, translated in kContext where it is shown.
+inline constexpr char kContext[] = "mFirmware";
+inline const QString kFileFilter = QStringLiteral(QT_TRANSLATE_NOOP("mFirmware", "All (*.*)|*.*|Tolvane Firmware (*.tvf)|*.tvf"));
 constexpr int kFileFilterIndex = 2;
 
 // The whole file as one text, one character per byte. Each step names itself in error reports.

@@ -14,7 +14,11 @@
 namespace mFirmwareWorkflows {
 namespace {
 
-const QString kLineBreak = QStringLiteral("\r\n");
+// A text of the workflows in the user's language.
+QString shown(const QString& english)
+{
+    return cText::Translated(kContext, english);
+}
 
 // The progress display of one workflow: ended on every way out, errors included.
 class ProgressScope {
@@ -67,8 +71,8 @@ std::optional<QString> firmwareFile(const QString& file, bool save)
     if (!file.isEmpty())
         return file;
     FileDialogRequest request;
-    request.title = save ? QStringLiteral("Save firmware file") : QStringLiteral("Open firmware file");
-    request.filter = mFirmware::kFileFilter;
+    request.title = shown(save ? kSaveFileTitle : kOpenFileTitle);
+    request.filter = cText::Translated(mFirmware::kContext, mFirmware::kFileFilter);
     request.filterIndex = mFirmware::kFileFilterIndex;
     request.overwritePrompt = true;
     request.pathMustExist = true;
@@ -96,7 +100,7 @@ QString backUpProgram(cGripSession& session, Procedure& proc, const QString& ste
 {
     const QString previous = proc.name();
     proc.setName(step);
-    mMain::UI().setStepText(kStatusBackingUp);
+    mMain::UI().setStepText(shown(kStatusBackingUp));
     const QString path = mFirmwareBackup::BackUp(session, options.backupFolder);
     proc.setName(previous);
     if (options.backedUp)
@@ -110,9 +114,9 @@ void writeAndReadBack(cGripSession& session, const FirmwareFile& image, Firmware
 {
     cUserInterface& ui = mMain::UI();
     try {
-        ui.setStepText(kStatusUploading);
+        ui.setStepText(shown(kStatusUploading));
         mCommSupport::ULFirmware(session, image);
-        ui.setStepText(kStatusVerifying);
+        ui.setStepText(shown(kStatusVerifying));
         mCommSupport::DLFirmware(session, readBack);
     } catch (MarloError& e) {
         if (!backup.isEmpty())
@@ -122,26 +126,6 @@ void writeAndReadBack(cGripSession& session, const FirmwareFile& image, Firmware
 }
 
 } // namespace
-
-QString VersionMismatchText()
-{
-    return QStringLiteral("Firmwarefile version does not match the current version of the grip.") + kLineBreak +
-           QStringLiteral("It is not possible to upload this firmwarefile to the grip.");
-}
-
-QString UploadSucceededText()
-{
-    return QStringLiteral("Firmware uploaded successfully!") + kLineBreak +
-           QStringLiteral("Press OK to start using the newly uploaded firmware.");
-}
-
-QString UploadFailedText()
-{
-    return QStringLiteral("Firmware uploaded failed!") + kLineBreak +
-           QStringLiteral("You should reset you grip (turn it off and then back on) ") +
-           QStringLiteral("and try uploading again.") + kLineBreak +
-           QStringLiteral("If the problem persists, please contact Tolvane Products' supportunit.");
-}
 
 FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const tCaller& caller, const tUploadOptions& options)
 {
@@ -154,7 +138,7 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
         const QString path = *chosen;
 
         const QString previousStep = ui.stepText();
-        ui.setStepText(kStatusLoading);
+        ui.setStepText(shown(kStatusLoading));
         const QString loadStep = caller.procedure + QStringLiteral(" - load firmware file (") + path + QLatin1Char(')');
         proc.setName(loadStep);
         FirmwareFile image;
@@ -168,9 +152,9 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
 
         FirmwareResult result = FirmwareResult::VersionMismatch;
         if (!mFirmware::checkFirmwareVersion(image, session.GunInfo())) {
-            ui.showMessage(VersionMismatchText(), kVersionMismatchTitle, MsgIcon::Exclamation);
+            ui.showMessage(shown(kVersionMismatchText), shown(kVersionMismatchTitle), MsgIcon::Exclamation);
         } else {
-            ui.setStepText(kStatusPreparing);
+            ui.setStepText(shown(kStatusPreparing));
             const bool backUp = !options.backupFolder.isEmpty();
             const QString backupStep = caller.procedure + QStringLiteral(" - back up firmware (") + options.backupFolder + QLatin1Char(')');
             if (backUp) {
@@ -188,10 +172,10 @@ FirmwareResult UploadFirmware(cGripSession& session, const QString& file, const 
             // The grip runs the new firmware whatever the comparison says.
             mCommSupportHex::GRIPStartProgram(session);
             if (mCommSupport::CompareProgramData(image, readBack)) {
-                ui.showMessage(UploadSucceededText(), kUploadSucceededTitle, MsgIcon::Information);
+                ui.showMessage(shown(kUploadSucceededText), shown(kUploadSucceededTitle), MsgIcon::Information);
                 result = FirmwareResult::Succeeded;
             } else {
-                ui.showMessage(UploadFailedText(), kUploadFailedTitle, MsgIcon::Information);
+                ui.showMessage(shown(kUploadFailedText), shown(kUploadFailedTitle), MsgIcon::Information);
                 result = FirmwareResult::VerifyFailed;
             }
         }
@@ -213,7 +197,7 @@ FirmwareResult PutFirmwareProgram(cGripSession& session, const cRegistrySettings
     // The confirmation follows whatever the upload ended with (a cancelled dialog, a refused
     // file or a failed verification included). Keep it so.
     if (preferences.ShowConfirmComm())
-        mMain::ShowConfirm(kFirmwarePut);
+        mMain::ShowConfirm(shown(kFirmwarePut));
     return result;
 }
 
@@ -239,7 +223,7 @@ FirmwareResult DownloadFirmware(cGripSession& session, const cRegistrySettings& 
             mCommSupportHex::GRIPStartProgram(session);
         }
         if (preferences.ShowConfirmComm())
-            mMain::ShowConfirm(kFirmwareFetched);
+            mMain::ShowConfirm(shown(kFirmwareFetched));
         return FirmwareResult::Succeeded;
     });
 }

@@ -3,6 +3,8 @@
 // and marlo-cli share: write a firmware file into the grip (with verification) and fetch the
 // grip's program into a file. Errors are passed on with the step they happened in; the desktop
 // handlers show them, marlo-cli prints them.
+#include "base/cText.h"
+
 #include <QString>
 #include <functional>
 
@@ -39,20 +41,30 @@ struct tUploadOptions {
 // Blocks read back after a write (the whole readable program memory).
 constexpr int kReadBackBlocks = 252;
 
-// Texts of the workflows. Lines of one message are joined with CR LF.
-inline const QString kStatusLoading = QStringLiteral("Loading firmwarefile to be uploaded");
-inline const QString kStatusPreparing = QStringLiteral("Preparing grip for upload");
-inline const QString kStatusBackingUp = QStringLiteral("Backing up the grip's firmware...");
-inline const QString kStatusUploading = QStringLiteral("Uploading firmware...");
-inline const QString kStatusVerifying = QStringLiteral("Verifying uploaded firmware...");
-QString VersionMismatchText();
-inline const QString kVersionMismatchTitle = QStringLiteral("Firmwarefile version error");
-QString UploadSucceededText();
-inline const QString kUploadSucceededTitle = QStringLiteral("Success!");
-QString UploadFailedText();
-inline const QString kUploadFailedTitle = QStringLiteral("Failure!");
-inline const QString kFirmwarePut = QStringLiteral("Firmware was put.");
-inline const QString kFirmwareFetched = QStringLiteral("Firmware was fetched.");
+// Texts of the workflows, in English; the workflows show them translated in kContext. Lines of one
+// message are joined with CR LF.
+inline constexpr char kContext[] = "mFirmwareWorkflows";
+inline const QString kStatusLoading = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Loading firmwarefile to be uploaded"));
+inline const QString kStatusPreparing = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Preparing grip for upload"));
+inline const QString kStatusBackingUp = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Backing up the grip's firmware..."));
+inline const QString kStatusUploading = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Uploading firmware..."));
+inline const QString kStatusVerifying = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Verifying uploaded firmware..."));
+inline const QString kVersionMismatchText = QStringLiteral(QT_TRANSLATE_NOOP(
+    "mFirmwareWorkflows", "Firmwarefile version does not match the current version of the grip.\r\n"
+                          "It is not possible to upload this firmwarefile to the grip."));
+inline const QString kVersionMismatchTitle = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Firmwarefile version error"));
+inline const QString kUploadSucceededText = QStringLiteral(QT_TRANSLATE_NOOP(
+    "mFirmwareWorkflows", "Firmware uploaded successfully!\r\nPress OK to start using the newly uploaded firmware."));
+inline const QString kUploadSucceededTitle = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Success!"));
+inline const QString kUploadFailedText = QStringLiteral(QT_TRANSLATE_NOOP(
+    "mFirmwareWorkflows", "Firmware uploaded failed!\r\n"
+                          "You should reset you grip (turn it off and then back on) and try uploading again.\r\n"
+                          "If the problem persists, please contact Tolvane Products' supportunit."));
+inline const QString kUploadFailedTitle = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Failure!"));
+inline const QString kFirmwarePut = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Firmware was put."));
+inline const QString kFirmwareFetched = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Firmware was fetched."));
+inline const QString kOpenFileTitle = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Open firmware file"));
+inline const QString kSaveFileTitle = QStringLiteral(QT_TRANSLATE_NOOP("mFirmwareWorkflows", "Save firmware file"));
 
 // Writes a firmware file into the session's grip: load, check the whole image (a file the write would
 // fail on raises 10802 before the grip is asked anything), check it against the grip's builds,

@@ -21,6 +21,6 @@ void cBattery::Download(cGripSession& session)
             m_low = FrameByte(report, 2);
             m_high = FrameByte(report, 3);
         };
-        mGripReport::RecordDownload(session, CMD_DL_BATTERY, REP_BATTERY, read, mErrCodes::ERR_DL_BATTERY, mErrCodes::MSG_DL_BATTERY);
+        mGripReport::RecordDownload(session, CMD_DL_BATTERY, REP_BATTERY, read, mErrCodes::ERR_DL_BATTERY, mErrCodes::MessageText(mErrCodes::MSG_DL_BATTERY));
     });
 }

@@ -66,13 +66,13 @@ void cCountdownTimer::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         mGripReport::RecordDownload(session, CMD_DL_COUNTDOWN, REP_COUNTDOWN, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_COUNTDOWN, mErrCodes::MSG_DL_COUNTDOWN);
+                                    mErrCodes::ERR_DL_COUNTDOWN, mErrCodes::MessageText(mErrCodes::MSG_DL_COUNTDOWN));
     });
 }
 
 void cCountdownTimer::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_COUNTDOWN, mErrCodes::MSG_UL_COUNTDOWN);
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_COUNTDOWN, mErrCodes::MessageText(mErrCodes::MSG_UL_COUNTDOWN));
     });
 }

@@ -32,7 +32,7 @@ void cCounters::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         mGripReport::RecordDownload(session, CMD_DL_COUNTERS, REP_COUNTERS, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_COUNTERS, mErrCodes::MSG_DL_COUNTERS);
+                                    mErrCodes::ERR_DL_COUNTERS, mErrCodes::MessageText(mErrCodes::MSG_DL_COUNTERS));
     });
 }
 
@@ -56,6 +56,6 @@ void cCounters::ResetCounter(cGripSession& session, quint8 selector)
                 m_counter2 = 0;
             return ResetCommand(session.GunInfo(), selector);
         };
-        mGripReport::RecordUpload(session, command, mErrCodes::ERR_RESET_COUNTER, mErrCodes::ResetCounterMessage(selector));
+        mGripReport::RecordUpload(session, command, mErrCodes::ERR_RESET_COUNTER, mErrCodes::ResetCounterText(selector));
     });
 }

@@ -22,7 +22,9 @@ QByteArray lineOf(const cGripHistory::tEntry& entry)
     return QJsonDocument(entry.ToJson()).toJson(QJsonDocument::Compact) + '\n';
 }
 
-QString tr(const char* text) { return QCoreApplication::translate("cGripHistory", text); }
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(cGripHistory)
+};
 
 } // namespace
 
@@ -94,7 +96,7 @@ bool cGripHistory::Record(const tEntry& entry)
         line.prepend('\n'); // the last entry was cut off: it stays on a line of its own
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append) || file.write(line) != line.size() || !file.flush()) {
-        AddProblem(tr("The grip history could not be written to %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+        AddProblem(Texts::tr("The grip history could not be written to %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
         return false;
     }
     file.close();
@@ -166,10 +168,10 @@ void cGripHistory::SetAside(const QString& path)
     for (int n = 2; QFileInfo::exists(aside); ++n)
         aside = path + QStringLiteral(".damaged-%1-%2").arg(stamp).arg(n);
     if (QFile::rename(path, aside)) {
-        AddProblem(tr("The grip history %1 could not be read. It was set aside as %2, and a new history was begun.")
+        AddProblem(Texts::tr("The grip history %1 could not be read. It was set aside as %2, and a new history was begun.")
                        .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(aside)));
     } else {
-        AddProblem(tr("The grip history %1 could not be read, nor set aside; remove or rename it.")
+        AddProblem(Texts::tr("The grip history %1 could not be read, nor set aside; remove or rename it.")
                        .arg(QDir::toNativeSeparators(path)));
     }
 }
@@ -185,7 +187,7 @@ bool cGripHistory::Compact(const QString& path, const QByteArray& held, qsizetyp
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(held.mid(from)) == held.size() - from && file.commit())
         return true;
-    AddProblem(tr("The grip history could not be written to %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
+    AddProblem(Texts::tr("The grip history could not be written to %1: %2").arg(QDir::toNativeSeparators(path), file.errorString()));
     return false;
 }
 

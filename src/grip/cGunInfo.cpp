@@ -66,7 +66,7 @@ void cGunInfo::Download(cLink& link, cError& refusal)
         switch (FrameByte(report, 1)) {
         case REP_GUNINFO: Comm2Obj(report); break;
         case REP_NEGATIVE: refusal.RecordNegativeAnswer(report); break;
-        default: RaiseError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO);
+        default: RaiseError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MessageText(mErrCodes::MSG_DL_GUNINFO));
         }
     });
 }

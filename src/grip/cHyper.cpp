@@ -104,7 +104,7 @@ void cHyper::Comm2Obj(const QByteArray& report)
 void cHyper::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_HYPER, mErrCodes::MSG_UL_HYPER,
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_HYPER, mErrCodes::MessageText(mErrCodes::MSG_UL_HYPER),
                                   [&] { return session.Supports().Hyper(); });
     });
 }
@@ -113,6 +113,6 @@ void cHyper::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         mGripReport::RecordDownload(session, CMD_DL_HYPER, REP_HYPER, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_HYPER, mErrCodes::MSG_DL_HYPER, [&] { return session.Supports().Hyper(); });
+                                    mErrCodes::ERR_DL_HYPER, mErrCodes::MessageText(mErrCodes::MSG_DL_HYPER), [&] { return session.Supports().Hyper(); });
     });
 }

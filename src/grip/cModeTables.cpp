@@ -24,11 +24,11 @@ void cModeTables::FiringModesGlobalArraySet()
     PassErrors(mModes::kModule, mModes::kRevision, QStringLiteral("FiringModesGlobalArraySet"), [&] {
         // The list order is not the code order; the list starts with SemiAuto on purpose.
         static const QList<tCaptionCode> modes = {
-            {QStringLiteral("SemiAuto"), 1},  {QStringLiteral("Classic"), 0},
-            {QStringLiteral("Sniper"), 6},    {QStringLiteral("Turbo"), 3},
-            {QStringLiteral("Burst"), 2},     {QStringLiteral("NXL Full Auto"), 4},
-            {QStringLiteral("Open Bolt"), 5}, {QStringLiteral("Burst 3"), 8},
-            {QStringLiteral("Ramping"), 16},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "SemiAuto")), 1},  {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Classic")), 0},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Sniper")), 6},    {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Turbo")), 3},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Burst")), 2},     {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "NXL Full Auto")), 4},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Open Bolt")), 5}, {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Burst 3")), 8},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Ramping")), 16},
         };
         m_firingModes = makeTable(modes, mModes::CreateFiringModeConst, m_supports);
     });
@@ -38,9 +38,9 @@ void cModeTables::HyperModesGlobalArraySet()
 {
     PassErrors(mModes::kModule, mModes::kRevision, QStringLiteral("HyperModesGlobalArraySet"), [&] {
         static const QList<tCaptionCode> modes = {
-            {QStringLiteral("Unlimited Ramping"), 1}, {QStringLiteral("100% Ramping"), 2},
-            {QStringLiteral("75% Ramping"), 4},       {QStringLiteral("50% Ramping"), 8},
-            {QStringLiteral("33% Ramping"), 16},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "Unlimited Ramping")), 1}, {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "100% Ramping")), 2},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "75% Ramping")), 4},       {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "50% Ramping")), 8},
+            {QStringLiteral(QT_TRANSLATE_NOOP("mModes", "33% Ramping")), 16},
         };
         m_hyperModes = makeTable(modes, mModes::CreateHyperModeConst, m_supports);
     });

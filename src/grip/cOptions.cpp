@@ -183,7 +183,7 @@ void cOptions::Comm2Obj(const QByteArray& report)
 void cOptions::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_OPTIONS, mErrCodes::MSG_UL_OPTIONS,
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_OPTIONS, mErrCodes::MessageText(mErrCodes::MSG_UL_OPTIONS),
                                   [&] { return session.Supports().Options(); });
     });
 }
@@ -192,6 +192,6 @@ void cOptions::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         mGripReport::RecordDownload(session, CMD_DL_OPTIONS, REP_OPTIONS, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_OPTIONS, mErrCodes::MSG_DL_OPTIONS, [&] { return session.Supports().Options(); });
+                                    mErrCodes::ERR_DL_OPTIONS, mErrCodes::MessageText(mErrCodes::MSG_DL_OPTIONS), [&] { return session.Supports().Options(); });
     });
 }

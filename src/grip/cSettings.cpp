@@ -30,7 +30,7 @@ void cSettings::Load()
 void cSettings::Upload(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Upload"), [&] {
-        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_TIMING, mErrCodes::MSG_UL_TIMING);
+        mGripReport::RecordUpload(session, [&] { return Obj2Comm(); }, mErrCodes::ERR_UL_TIMING, mErrCodes::MessageText(mErrCodes::MSG_UL_TIMING));
     });
 }
 
@@ -38,7 +38,7 @@ void cSettings::Download(cGripSession& session)
 {
     PassErrors(kClass, kRevision, QStringLiteral("Download"), [&] {
         mGripReport::RecordDownload(session, CMD_DL_TIMING, REP_TIMING, [&](const QByteArray& report) { Comm2Obj(report); },
-                                    mErrCodes::ERR_DL_TIMING, mErrCodes::MSG_DL_TIMING);
+                                    mErrCodes::ERR_DL_TIMING, mErrCodes::MessageText(mErrCodes::MSG_DL_TIMING));
     });
 }
 

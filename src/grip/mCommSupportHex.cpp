@@ -27,7 +27,7 @@ QByteArray programControl(cGripSession& session, const QString& procedure, qint3
             return QByteArray();
         }
         // The same text for all three requests: reused on purpose.
-        RaiseError(mErrCodes::ERR_PROGRAM_CONTROL, QString(), mErrCodes::MSG_PROGRAM_CONTROL);
+        RaiseError(mErrCodes::ERR_PROGRAM_CONTROL, QString(), mErrCodes::MessageText(mErrCodes::MSG_PROGRAM_CONTROL));
     });
 }
 

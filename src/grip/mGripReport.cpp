@@ -13,7 +13,7 @@ namespace {
 
 void recordExchange(cGripSession& session, const std::function<QByteArray()>& send, qint32 expected,
                     const std::function<void(const QByteArray&)>& read, qint32 errorNumber,
-                    const QString& errorMessage, const std::function<bool()>& supported)
+                    const cText& errorMessage, const std::function<bool()>& supported)
 {
     WaitPointerScope wait;
     RefreshGunInfo(session, true);
@@ -60,12 +60,12 @@ qint32 ReportType(const QByteArray& report, const tExchangeOptions& options)
 }
 
 void RecordDownload(cGripSession& session, qint32 command, qint32 expected, const std::function<void(const QByteArray&)>& read,
-                    qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported)
+                    qint32 errorNumber, const cText& errorMessage, const std::function<bool()>& supported)
 {
     recordExchange(session, [&] { return RequestReport(session.Link(), command); }, expected, read, errorNumber, errorMessage, supported);
 }
 
-void RecordUpload(cGripSession& session, const std::function<QByteArray()>& command, qint32 errorNumber, const QString& errorMessage,
+void RecordUpload(cGripSession& session, const std::function<QByteArray()>& command, qint32 errorNumber, const cText& errorMessage,
                   const std::function<bool()>& supported)
 {
     recordExchange(session, [&] { return session.Link().CommHexData(command(), true); }, REP_ACK, {}, errorNumber,

@@ -1,6 +1,7 @@
 #pragma once
 // What the grip records share on the link: the exchange every record makes, asking for a report,
 // telling which report came, and the 16-bit values of the payloads.
+#include "base/cText.h"
 #include "link/cLink.h"
 
 #include <QByteArray>
@@ -31,11 +32,11 @@ qint32 ReportType(const QByteArray& report, const tExchangeOptions& options = {}
 // the session's error record, not raised; anything else raises the record's own error, with an
 // empty source.
 void RecordDownload(cGripSession& session, qint32 command, qint32 expected, const std::function<void(const QByteArray&)>& read,
-                    qint32 errorNumber, const QString& errorMessage, const std::function<bool()>& supported = {});
+                    qint32 errorNumber, const cText& errorMessage, const std::function<bool()>& supported = {});
 // The same for a command with parameters, answered by the acknowledgement. The command is built
 // after the gun information is refreshed, as it may depend on the grip's firmware; a value that
 // does not fit its byte fails there, and nothing is sent.
-void RecordUpload(cGripSession& session, const std::function<QByteArray()>& command, qint32 errorNumber, const QString& errorMessage,
+void RecordUpload(cGripSession& session, const std::function<QByteArray()>& command, qint32 errorNumber, const cText& errorMessage,
                   const std::function<bool()>& supported = {});
 
 // A 16-bit value as two bytes, low byte first; the masking cuts the value to 16 bits, so it

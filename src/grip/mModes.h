@@ -10,10 +10,12 @@ namespace mModes {
 
 inline const QString kModule = QStringLiteral("mModes");
 inline const QString kRevision = QStringLiteral("$Revision: 1 $");
+// The context the mode names are translated in where they are shown.
+inline constexpr char kContext[] = "mModes";
 
 // One entry of either table.
 struct tModeEntry {
-    QString caption; // the text shown in the list
+    QString caption; // the text shown in the list, in English (translated in kContext)
     qint32 code = 0; // the value sent to the grip
     bool visible = false;
 };

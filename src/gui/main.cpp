@@ -3,6 +3,7 @@
 #include "gui/shell/Main.h"
 #include "gui/shell/QtUserInterface.h"
 #include "link/cSerialPort.h"
+#include "shell/mLanguage.h"
 #include "shell/mMain.h"
 #include "sim/SimDevice.h"
 
@@ -16,6 +17,7 @@ int main(int argc, char* argv[])
     QApplication::setApplicationName(QStringLiteral("Marlo"));
     QApplication::setOrganizationName(QStringLiteral("Marlo"));
     QApplication::setApplicationVersion(mMain::kProgramVersion);
+    mLanguage::Install();
 
     QtUserInterface ui;
     mMain::SetUserInterface(&ui);

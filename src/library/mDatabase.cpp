@@ -52,7 +52,7 @@ struct State {
     QString pathOverride;
     const cRegistrySettings* preferences = nullptr;
     bool connectionMade = false;
-    QString openError;
+    cText openError;
     // The file the shared connection opened, as it was when it was opened.
     QString openedPath;
     FileIdentity openedFile;
@@ -91,14 +91,30 @@ bool fileExists(const QString& path)
     return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
-QString fileProblem(const QString& path, const QString& problem)
+const char* const kIsAFolder = QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is a folder: give the path of a library file.");
+const char* const kNotOpen = QT_TRANSLATE_NOOP("mDatabase", "The library is not open.");
+
+cText text(const char* source, QList<cText> arguments = {})
 {
-    return QStringLiteral("The library file \"%1\" %2").arg(QDir::toNativeSeparators(path), problem);
+    return cText(kContext, source, std::move(arguments));
 }
 
-[[noreturn]] void raiseFile(const QString& path, const QString& problem)
+// A sentence about a library file, which fills its %1; more fill %2, ...
+cText fileProblem(const QString& path, const char* sentence, QList<cText> more = {})
 {
-    RaiseError(RT_DATABASE, kModule, fileProblem(path, problem));
+    more.prepend(QDir::toNativeSeparators(path));
+    return text(sentence, std::move(more));
+}
+
+[[noreturn]] void raiseFile(const QString& path, const char* sentence, QList<cText> more = {})
+{
+    RaiseError(RT_DATABASE, kModule, fileProblem(path, sentence, std::move(more)));
+}
+
+cText madeFromTemplateProblem(const QString& path, const QString& templateFile, const QString& cause)
+{
+    return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" could not be made from the template \"%2\": %3"),
+                       {QDir::toNativeSeparators(templateFile), cause});
 }
 
 // What the engine said went wrong, without the statement (Qt's driver text only says which step
@@ -121,21 +137,22 @@ QString connectionFile(const QSqlDatabase& connection)
 [[noreturn]] void raiseStatementFailure(const QSqlDatabase& connection, const QString& statement, const QSqlError& error)
 {
     const bool reading = statement.trimmed().startsWith(QLatin1String("SELECT"), Qt::CaseInsensitive);
-    RaiseError(RT_DATABASE, kModule,
-               fileProblem(connectionFile(connection), QStringLiteral("could not be %1: %2.")
-                                                           .arg(reading ? QStringLiteral("read") : QStringLiteral("written"),
-                                                                engineCause(error))));
+    raiseFile(connectionFile(connection),
+              reading ? QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" could not be read: %2.")
+                      : QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" could not be written: %2."),
+              {engineCause(error)});
 }
 
 
-// " (column X of the row with ID Y)": where a value that cannot be read lies.
-QString whereInRow(const QSqlRecord& row, const QString& column)
+// The ID of the row a value that cannot be read lies in, to name it; empty when the row has
+// none (or the value is the ID).
+QString keyOfRow(const QSqlRecord& row, const QString& column)
 {
     const int id = row.indexOf(QStringLiteral("ID"));
     if (id < 0 || row.value(id).isNull() || column == QLatin1String("ID"))
-        return QStringLiteral(" (column %1)").arg(column);
+        return {};
     const QString key = row.value(id).toString();
-    return QStringLiteral(" (column %1 of the row with ID %2)").arg(column, key.size() > 80 ? key.left(80) + QStringLiteral("...") : key);
+    return key.size() > 80 ? key.left(80) + QStringLiteral("...") : key;
 }
 
 QVariant columnValue(const QSqlRecord& row, const QString& column)
@@ -143,11 +160,16 @@ QVariant columnValue(const QSqlRecord& row, const QString& column)
     const int index = row.indexOf(column);
     if (index < 0)
         RaiseError(RT_DATABASE, kModule,
-                   QStringLiteral("Item cannot be found in the collection corresponding to the requested "
-                                  "name or ordinal (column %1).").arg(column));
+                   text(QT_TRANSLATE_NOOP("mDatabase", "Item cannot be found in the collection corresponding to the requested "
+                                                       "name or ordinal (column %1)."),
+                        {column}));
     const QVariant value = row.value(index);
-    if (value.isNull())
-        RaiseError(RT_INVALID_USE_OF_NULL, kModule, QStringLiteral("Invalid use of Null") + whereInRow(row, column) + QLatin1Char('.'));
+    if (value.isNull()) {
+        const QString key = keyOfRow(row, column);
+        RaiseError(RT_INVALID_USE_OF_NULL, kModule,
+                   key.isEmpty() ? text(QT_TRANSLATE_NOOP("mDatabase", "Invalid use of Null (column %1)."), {column})
+                                 : text(QT_TRANSLATE_NOOP("mDatabase", "Invalid use of Null (column %1 of the row with ID %2)."), {column, key}));
+    }
     return value;
 }
 
@@ -161,7 +183,12 @@ auto readColumn(const QSqlRecord& row, const QString& column, F read)
     } catch (const MarloError& e) {
         if (e.Number() == RT_INVALID_USE_OF_NULL || e.Number() == RT_DATABASE)
             throw;
-        RaiseError(e.Number(), kModule, e.Description() + whereInRow(row, column));
+        const QString key = keyOfRow(row, column);
+        //: An error's message, then where the value lies.
+        RaiseError(e.Number(), kModule,
+                   key.isEmpty() ? text(QT_TRANSLATE_NOOP("mDatabase", "%1 (column %2)"), {e.DescriptionText(), column})
+                                 : text(QT_TRANSLATE_NOOP("mDatabase", "%1 (column %2 of the row with ID %3)"),
+                                        {e.DescriptionText(), column, key}));
     }
 }
 
@@ -196,14 +223,14 @@ double numberOf(const QVariant& value)
 }
 
 // A file the user marked read-only is refused even where the account could write it anyway.
-QString readOnlyProblem(const QString& path)
+cText readOnlyProblem(const QString& path)
 {
     const QFileInfo info(path);
     const QFileDevice::Permissions writeBits =
         QFileDevice::WriteOwner | QFileDevice::WriteGroup | QFileDevice::WriteOther;
     if (!(info.permissions() & writeBits) || !info.isWritable())
-        return fileProblem(path, QStringLiteral("is read-only; the library must be writable."));
-    return QString();
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is read-only; the library must be writable."));
+    return {};
 }
 
 // Removes the journal files SQLite keeps beside a library. Only for files no connection has open.
@@ -214,9 +241,9 @@ void removeJournals(const QString& path)
 }
 
 // Opens the file read-only, checks its tables and columns, and closes it again.
-QString schemaProblem(const QString& path)
+cText schemaProblem(const QString& path)
 {
-    QString problem;
+    cText problem;
     {
         QSqlDatabase check = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), kCheckConnectionName);
         // Looked at without a change to the file or beside it: without a journal to take into
@@ -233,26 +260,31 @@ QString schemaProblem(const QString& path)
             check.setConnectOptions(QStringLiteral("QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"));
         }
         if (!check.open()) {
-            problem = QStringLiteral("cannot be opened: %1").arg(engineCause(check.lastError()));
+            problem = fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be opened: %2"),
+                                  {engineCause(check.lastError())});
         } else {
             auto checkTable = [&](const QString& table, const QStringList& columns) {
                 if (!problem.isEmpty())
                     return;
                 QSqlQuery query(check);
                 if (!query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table))) {
-                    problem = QStringLiteral("is damaged or not a database: %1").arg(engineCause(query.lastError()));
+                    problem = fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is damaged or not a database: %2"),
+                                          {engineCause(query.lastError())});
                     return;
                 }
                 QSet<QString> present;
                 while (query.next())
                     present.insert(query.value(1).toString().toLower());
                 if (present.isEmpty()) {
-                    problem = QStringLiteral("is not a Marlo library: it has no table %1.").arg(table);
+                    problem = fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is not a Marlo library: it has no table %2."),
+                                          {table});
                     return;
                 }
                 for (const QString& column : columns) {
                     if (!present.contains(column.toLower())) {
-                        problem = QStringLiteral("is not a Marlo library: table %1 has no column %2.").arg(table, column);
+                        problem = fileProblem(path,
+                                              QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is not a Marlo library: table %2 has no column %3."),
+                                              {table, column});
                         return;
                     }
                 }
@@ -263,7 +295,7 @@ QString schemaProblem(const QString& path)
         }
     }
     QSqlDatabase::removeDatabase(kCheckConnectionName);
-    return problem.isEmpty() ? QString() : fileProblem(path, problem);
+    return problem;
 }
 
 } // namespace
@@ -298,47 +330,52 @@ QString TemplatePath()
 
 void VerifyLibraryFile(const QString& path)
 {
-    const QString problem = LibraryFileProblem(path);
+    const cText problem = LibraryFileProblemText(path);
     if (!problem.isEmpty())
         RaiseError(RT_DATABASE, kModule, problem);
 }
 
-QString LibraryFileProblem(const QString& path)
+cText LibraryFileProblemText(const QString& path)
 {
     if (!QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE")))
-        return QStringLiteral("The SQLite driver of Qt is not installed (package libqt6sql6-sqlite).");
+        return text(QT_TRANSLATE_NOOP("mDatabase", "The SQLite driver of Qt is not installed (package libqt6sql6-sqlite)."));
     if (path.isEmpty())
-        return QStringLiteral("No library file is configured.");
+        return text(QT_TRANSLATE_NOOP("mDatabase", "No library file is configured."));
     const QFileInfo info(path);
     if (!info.exists())
-        return fileProblem(path, QStringLiteral("does not exist."));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" does not exist."));
     if (info.isDir())
-        return fileProblem(path, QStringLiteral("is a folder: give the path of a library file."));
+        return fileProblem(path, kIsAFolder);
     if (!info.isFile())
-        return fileProblem(path, QStringLiteral("is not a file."));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is not a file."));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        return fileProblem(path, QStringLiteral("cannot be read: %1").arg(file.errorString()));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be read: %2"), {file.errorString()});
     const QByteArray head = file.read(100);
     file.close();
     if (head.isEmpty())
-        return fileProblem(path, QStringLiteral("is empty: it is not a Marlo library."));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is empty: it is not a Marlo library."));
     const QByteArray jetName = head.mid(4, 15);
     if (jetName == "Standard Jet DB" || jetName == "Standard ACE DB")
-        return fileProblem(path, QStringLiteral("is a Microsoft Access (Jet) database. Marlo keeps its library "
-                                                "in SQLite files; this file cannot be used as it is."));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is a Microsoft Access (Jet) database. Marlo keeps "
+                                                                "its library in SQLite files; this file cannot be used as it is."));
     if (!head.startsWith(QByteArrayLiteral("SQLite format 3\0")))
-        return fileProblem(path, QStringLiteral("is not a Marlo library (it is not an SQLite database)."));
-    const QString readOnly = readOnlyProblem(path);
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" is not a Marlo library (it is not an SQLite database)."));
+    const cText readOnly = readOnlyProblem(path);
     if (!readOnly.isEmpty())
         return readOnly;
     if (!QFileInfo(info.absolutePath()).isWritable())
-        return fileProblem(path, QStringLiteral("lies in a folder that is not writable; the library keeps "
-                                                "its journal files beside it."));
+        return fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" lies in a folder that is not writable; the library "
+                                                                "keeps its journal files beside it."));
     return schemaProblem(path);
 }
 
-QString OpenError() { return state().openError; }
+QString LibraryFileProblem(const QString& path)
+{
+    return LibraryFileProblemText(path).Shown();
+}
+
+QString OpenError() { return state().openError.English(); }
 
 namespace {
 
@@ -347,18 +384,18 @@ namespace {
 void openSharedOn(QSqlDatabase& db, const QString& path)
 {
     auto& s = state();
-    auto fail = [&](const QString& problem) {
+    auto fail = [&](const cText& problem) {
         s.openError = problem;
         RaiseError(RT_DATABASE, kModule, problem);
     };
     // Checked before SQLite touches the file: a file that is no library stays as it was.
-    const QString problem = LibraryFileProblem(path);
+    const cText problem = LibraryFileProblemText(path);
     if (!problem.isEmpty())
         fail(problem);
     db.setDatabaseName(path);
     db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
     if (!db.open())
-        fail(fileProblem(path, QStringLiteral("cannot be opened: %1").arg(engineCause(db.lastError()))));
+        fail(fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be opened: %2"), {engineCause(db.lastError())}));
     // Each statement stands alone (no transaction); WAL with synchronous=NORMAL keeps every one of
     // them atomic without a disk flush per statement.
     QSqlQuery pragma(db);
@@ -366,9 +403,9 @@ void openSharedOn(QSqlDatabase& db, const QString& path)
         const QString cause = engineCause(pragma.lastError());
         pragma = QSqlQuery();
         db.close();
-        fail(fileProblem(path, QStringLiteral("cannot be written: %1").arg(cause)));
+        fail(fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be written: %2"), {cause}));
     }
-    s.openError.clear();
+    s.openError = cText();
     s.openedPath = path;
     s.openedFile = identityOf(path);
 }
@@ -387,7 +424,8 @@ LibraryFileCheck CheckOpenedLibraryFile()
     if (!now.exists) {
         if (error == ENOENT)
             return LibraryFileCheck::Deleted;
-        raiseFile(s.openedPath, QStringLiteral("cannot be reached: %1.").arg(QString::fromLocal8Bit(std::strerror(error))));
+        raiseFile(s.openedPath, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be reached: %2."),
+                  {QString::fromLocal8Bit(std::strerror(error))});
     }
     // While the connection holds the file open, no other file can take its inode. Once a new
     // file could not be made (the connection closed), any file at the path is another one.
@@ -402,7 +440,7 @@ LibraryFileCheck CheckOpenedLibraryFile()
 
 void VerifyWritable(const QString& path)
 {
-    const QString problem = readOnlyProblem(path);
+    const cText problem = readOnlyProblem(path);
     if (!problem.isEmpty())
         RaiseError(RT_DATABASE, kModule, problem);
 }
@@ -440,19 +478,19 @@ void ReopenOnNewLibraryFile(const QString& path)
     // swapped away: left there, SQLite would lay it over whatever file comes to that path next.
     if (!s.openedPath.isEmpty())
         removeJournals(s.openedPath);
-    const auto fail = [&](const QString& problem) {
+    const auto fail = [&](const cText& problem) {
         s.openError = problem;
         RaiseError(RT_DATABASE, kModule, problem);
     };
     // Made as start-up makes a missing library: a copy of the template.
     const QString templateFile = TemplatePath();
     if (!QFileInfo(templateFile).isFile())
-        fail(fileProblem(path, QStringLiteral("cannot be made: the template \"%1\" is missing.").arg(QDir::toNativeSeparators(templateFile))));
+        fail(fileProblem(path, QT_TRANSLATE_NOOP("mDatabase", "The library file \"%1\" cannot be made: the template \"%2\" is missing."),
+                         {QDir::toNativeSeparators(templateFile)}));
     removeJournals(path);
     QFile source(templateFile);
     if (!source.copy(path))
-        fail(fileProblem(path, QStringLiteral("could not be made from the template \"%1\": %2")
-                                   .arg(QDir::toNativeSeparators(templateFile), source.errorString())));
+        fail(madeFromTemplateProblem(path, templateFile, source.errorString()));
     QFile::setPermissions(path, QFile::permissions(path) | QFileDevice::WriteOwner | QFileDevice::WriteUser);
     try {
         openSharedOn(db, path);
@@ -472,7 +510,7 @@ void DisconnectDB()
         QSqlDatabase::removeDatabase(kConnectionName);
     }
     state().connectionMade = false;
-    state().openError.clear();
+    state().openError = cText();
     state().openedPath.clear();
     state().openedFile = FileIdentity();
 }
@@ -506,8 +544,9 @@ QVariant BoundDate(const QDateTime& date)
     // Years 1 to 9999 as yyyy-mm-dd. A year before 1 has no such form and is bound as a null,
     // as it always was; a date beyond that, or none, is refused.
     if (!day.isValid() || day.year() < -9999 || day.year() > 9999)
-        RaiseError(RT_DATABASE, kModule, QStringLiteral("Syntax error in a library statement (bad date #%1#).")
-                                             .arg(day.toString(QStringLiteral("MM-dd-yyyy"))));
+        RaiseError(RT_DATABASE, kModule,
+                   text(QT_TRANSLATE_NOOP("mDatabase", "Syntax error in a library statement (bad date #%1#)."),
+                        {day.toString(QStringLiteral("MM-dd-yyyy"))}));
     return day.toString(Qt::ISODate);
 }
 
@@ -515,10 +554,9 @@ QSqlQuery Execute(QSqlDatabase& connection, const Statement& statement)
 {
     EnsureConnection(connection);
     if (!connection.isOpen()) {
-        const QString reason = connection.connectionName() == kConnectionName ? state().openError : QString();
+        const cText reason = connection.connectionName() == kConnectionName ? state().openError : cText();
         RaiseError(RT_DATABASE, kModule,
-                   reason.isEmpty() ? QStringLiteral("The library is not open.")
-                                    : QStringLiteral("The library is not open: %1").arg(reason));
+                   reason.isEmpty() ? text(kNotOpen) : text(QT_TRANSLATE_NOOP("mDatabase", "The library is not open: %1"), {reason}));
     }
     QSqlQuery query(connection);
     query.setForwardOnly(true);
@@ -543,7 +581,7 @@ void RunInTransaction(QSqlDatabase& connection, const std::function<void()>& bod
             raiseStatementFailure(connection, sql, query.lastError());
     };
     if (!connection.isOpen())
-        RaiseError(RT_DATABASE, kModule, QStringLiteral("The library is not open."));
+        RaiseError(RT_DATABASE, kModule, text(kNotOpen));
     // IMMEDIATE: the write lock is taken at once, so no other writer can slip in half-way.
     run(QStringLiteral("BEGIN IMMEDIATE"));
     try {
@@ -643,7 +681,7 @@ bool CheckForDB(cRegistrySettings& settings)
         }
         // A folder is no missing library: nothing is made in its place and nobody is asked.
         if (QFileInfo(candidate).isDir())
-            raiseFile(candidate, QStringLiteral("is a folder: give the path of a library file."));
+            raiseFile(candidate, kIsAFolder);
         const QString templateFile = TemplatePath();
         if (fileExists(templateFile)) {
             // DBName is deliberately left as it is: an empty one keeps meaning the default file.
@@ -651,8 +689,7 @@ bool CheckForDB(cRegistrySettings& settings)
             QFile::remove(candidate + QStringLiteral("-shm"));
             QFile source(templateFile);
             if (!source.copy(candidate))
-                raiseFile(candidate, QStringLiteral("could not be made from the template \"%1\": %2")
-                                         .arg(QDir::toNativeSeparators(templateFile), source.errorString()));
+                RaiseError(RT_DATABASE, kModule, madeFromTemplateProblem(candidate, templateFile, source.errorString()));
             QFile::setPermissions(candidate, QFile::permissions(candidate) | QFileDevice::WriteOwner
                                                  | QFileDevice::WriteUser);
             result = true;
@@ -661,11 +698,11 @@ bool CheckForDB(cRegistrySettings& settings)
         // The template is consulted only once, before asking: a path typed in is never made
         // from it. This is deliberate.
         while (!fileExists(candidate)) {
-            if (!UI().askYesNo(kMissingText, kMissingTitle, MsgIcon::Exclamation)) {
+            if (!UI().askYesNo(cText::Translated(kContext, kMissingText), cText::Translated(kContext, kMissingTitle), MsgIcon::Exclamation)) {
                 result = false;
                 return;
             }
-            candidate = UI().inputBox(kSpecifyPrompt, kSpecifyTitle, QString());
+            candidate = UI().inputBox(cText::Translated(kContext, kSpecifyPrompt), cText::Translated(kContext, kSpecifyTitle), QString());
             if (candidate.isEmpty())
                 candidate = cRegistrySettings::DefaultDBName();
         }

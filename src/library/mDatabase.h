@@ -7,6 +7,8 @@
 // key read from a library made elsewhere, is ever part of the SQL that SQLite reads, whatever it
 // holds. Texts and keys are bound with BoundText and stand in the SQL as "CAST(? AS TEXT)";
 // dates with BoundDate; whole numbers and yes/no (0/1) as they are.
+#include "base/cText.h"
+
 #include <QDateTime>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -38,19 +40,20 @@ inline const QString kConnectionName = QStringLiteral("MarloLibrary");
 inline const QString kDefaultFileName = QStringLiteral("Marlo.mdb");
 inline const QString kTemplateFileName = QStringLiteral("instdbxx.tmp");
 
-// The start-up dialogs about a missing library.
-inline const QString kMissingTitle = QStringLiteral("Missing database");
-inline const QString kMissingText = QStringLiteral(
+// The start-up dialogs about a missing library, in English; they are shown translated in kContext.
+inline constexpr char kContext[] = "mDatabase";
+inline const QString kMissingTitle = QStringLiteral(QT_TRANSLATE_NOOP("mDatabase", "Missing database"));
+inline const QString kMissingText = QStringLiteral(QT_TRANSLATE_NOOP("mDatabase",
     "The Marlo-database does not exist.\r\nYou must specify a path and name for a database for "
     "Marlo to work.\r\n\r\nIf you do not have a database for Marlo you cannot continue using the "
     "program\r\nunless you reinstall the program.\r\n\r\nDo you wish to look for a database-file "
-    "for Marlo?");
-inline const QString kSpecifyTitle = QStringLiteral("Specify database");
+    "for Marlo?"));
+inline const QString kSpecifyTitle = QStringLiteral(QT_TRANSLATE_NOOP("mDatabase", "Specify database"));
 inline const QString kSpecifyPrompt =
-    QStringLiteral("Please specify a path for the database you wish to use...");
-inline const QString kCannotContinueTitle = QStringLiteral("Missing Database");
+    QStringLiteral(QT_TRANSLATE_NOOP("mDatabase", "Please specify a path for the database you wish to use..."));
+inline const QString kCannotContinueTitle = QStringLiteral(QT_TRANSLATE_NOOP("mDatabase", "Missing Database"));
 inline const QString kCannotContinueText =
-    QStringLiteral("Due to a missing database, the program cannot continue execution.");
+    QStringLiteral(QT_TRANSLATE_NOOP("mDatabase", "Due to a missing database, the program cannot continue execution."));
 
 // "Invalid use of Null": a stored null where the library expects a value.
 constexpr qint32 RT_INVALID_USE_OF_NULL = 94;
@@ -72,10 +75,12 @@ QString TemplatePath();
 // Raises a clear error when the file is not a Marlo library (missing, empty, an Access file,
 // not SQLite, damaged, read-only, tables or columns missing). Never changes the file.
 void VerifyLibraryFile(const QString& path);
-// The same check as a text: the clear description of what is wrong, or empty.
+// The same check as a text: the clear description of what is wrong, or empty; as a text to raise
+// or write, and in the user's language.
+cText LibraryFileProblemText(const QString& path);
 QString LibraryFileProblem(const QString& path);
 
-// The reason the shared connection could not be opened, or empty.
+// The reason the shared connection could not be opened (in English), or empty.
 QString OpenError();
 // Closes the shared connection and forgets it (end of the run, and tests that switch files).
 // Every copy of the connection must be dropped first.

@@ -83,42 +83,53 @@ struct Range {
     qint32 max;
     const char* carried;
 };
+const char* const kOneByte = QT_TRANSLATE_NOOP("mLibraryExchange", "one byte");
+const char* const kTwoBytes = QT_TRANSLATE_NOOP("mLibraryExchange", "two bytes");
 const Range kRanges[] = {
-    {"lShotTime", 255, "one byte"},      {"lDwellTime", 255, "one byte"},   {"lCycleTimeOpen", 255, "one byte"},
-    {"lLoadTime", 255, "one byte"},      {"lCycleTimeClose", 255, "one byte"}, {"lGameTime", 255, "one byte"},
-    {"lFiringMode", 255, "one byte"},    {"lAlertOne", 65535, "two bytes"}, {"lAlertTwo", 65535, "two bytes"},
+    {"lShotTime", 255, kOneByte},   {"lDwellTime", 255, kOneByte},      {"lCycleTimeOpen", 255, kOneByte},
+    {"lLoadTime", 255, kOneByte},   {"lCycleTimeClose", 255, kOneByte}, {"lGameTime", 255, kOneByte},
+    {"lFiringMode", 255, kOneByte}, {"lAlertOne", 65535, kTwoBytes},    {"lAlertTwo", 65535, kTwoBytes},
 };
 
 // The longest text taken for a name, a value or a key.
 constexpr qsizetype kMaxText = 65535;
 
-[[noreturn]] void raiseContent(const QString& problem)
+constexpr char kContext[] = "mLibraryExchange";
+const char* const kUnknownField = QT_TRANSLATE_NOOP("mLibraryExchange", "%1: unknown field \"%2\".");
+const char* const kMustBeText = QT_TRANSLATE_NOOP("mLibraryExchange", "%1: %2 must be a text.");
+
+cText text(const char* source, QList<cText> arguments = {})
 {
-    RaiseError(mErrCodes::RT_TYPE_MISMATCH, kModule, QStringLiteral("Not a Marlo library export: %1").arg(problem));
+    return cText(kContext, source, std::move(arguments));
+}
+
+QString number(qint64 value) { return QString::number(value); }
+
+[[noreturn]] void raiseContent(const cText& problem)
+{
+    RaiseError(mErrCodes::RT_TYPE_MISMATCH, kModule, text(QT_TRANSLATE_NOOP("mLibraryExchange", "Not a Marlo library export: %1"), {problem}));
 }
 
 // A value the document gives that the library must not take.
-[[noreturn]] void raiseValue(const QString& where, const QString& problem)
+[[noreturn]] void raiseValue(const cText& where, const cText& problem)
 {
     RaiseError(mErrCodes::RT_INVALID_PROPERTY, kModule,
-               QStringLiteral("Cannot import %1: %2. Nothing was imported.").arg(where, problem));
+               text(QT_TRANSLATE_NOOP("mLibraryExchange", "Cannot import %1: %2. Nothing was imported."), {where, problem}));
 }
 
-void checkLength(const QString& where, const QString& field, const QString& text)
+void checkLength(const cText& where, const QString& field, const QString& value)
 {
-    if (text.size() > kMaxText)
-        raiseValue(where, QStringLiteral("%1 is %2 characters long; at most %3 are taken").arg(field).arg(text.size()).arg(kMaxText));
+    if (value.size() > kMaxText)
+        raiseValue(where, text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1 is %2 characters long; at most %3 are taken"),
+                               {field, number(value.size()), number(kMaxText)}));
 }
 
-void checkRange(const QString& where, const QString& field, qint32 value)
+void checkRange(const cText& where, const QString& field, qint32 value)
 {
     for (const Range& range : kRanges) {
         if (field == QLatin1String(range.name) && (value < 0 || value > range.max))
-            raiseValue(where, QStringLiteral("%1 is %2, but the grip carries it in %3 (0 to %4)")
-                                  .arg(field)
-                                  .arg(value)
-                                  .arg(QLatin1String(range.carried))
-                                  .arg(range.max));
+            raiseValue(where, text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1 is %2, but the grip carries it in %3 (0 to %4)"),
+                                   {field, number(value), text(range.carried), number(range.max)}));
     }
 }
 
@@ -131,51 +142,52 @@ std::optional<Kind> kindOf(const QString& name)
     return std::nullopt;
 }
 
-UserVars readUserVars(const QJsonValue& value, const QString& where)
+UserVars readUserVars(const QJsonValue& value, const cText& where)
 {
     if (!value.isArray())
-        raiseContent(QStringLiteral("%1: UserVariables must be an array.").arg(where));
+        raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1: UserVariables must be an array."), {where}));
     UserVars vars;
     const QJsonArray array = value.toArray();
     for (qsizetype i = 0; i < array.size(); ++i) {
-        const QString at = QStringLiteral("%1, user variable %2").arg(where).arg(i + 1);
+        const cText at = text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1, user variable %2"), {where, number(i + 1)});
         if (!array[i].isObject())
-            raiseContent(QStringLiteral("%1 must be an object with sName and sValue.").arg(at));
+            raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1 must be an object with sName and sValue."), {at}));
         const QJsonObject object = array[i].toObject();
         QString name;
-        QString text;
+        QString variableValue;
         for (auto it = object.begin(); it != object.end(); ++it) {
             if (it.key() != QLatin1String("sName") && it.key() != QLatin1String("sValue"))
-                raiseContent(QStringLiteral("%1: unknown field \"%2\".").arg(at, it.key()));
+                raiseContent(text(kUnknownField, {at, it.key()}));
             if (!it.value().isString())
-                raiseContent(QStringLiteral("%1: %2 must be a text.").arg(at, it.key()));
+                raiseContent(text(kMustBeText, {at, it.key()}));
             checkLength(at, it.key(), it.value().toString());
-            (it.key() == QLatin1String("sName") ? name : text) = it.value().toString();
+            (it.key() == QLatin1String("sName") ? name : variableValue) = it.value().toString();
         }
-        vars.append({name, text});
+        vars.append({name, variableValue});
     }
     return vars;
 }
 
 Incoming readTemplate(const QJsonValue& value, qsizetype position)
 {
-    QString where = QStringLiteral("template %1").arg(position);
+    cText where = text(QT_TRANSLATE_NOOP("mLibraryExchange", "template %1"), {number(position)});
     if (!value.isObject())
-        raiseContent(QStringLiteral("%1 is not an object.").arg(where));
+        raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1 is not an object."), {where}));
     Incoming incoming;
     const QJsonObject object = value.toObject();
     // Named by its position and, where it has one, its name.
     const QJsonValue named = object.value(QLatin1String("sName"));
     if (named.isString() && !named.toString().isEmpty()) {
         const QString name = named.toString();
-        where += QStringLiteral(" (\"%1\")").arg(name.size() > 40 ? name.left(40) + QStringLiteral("...") : name);
+        where = text(QT_TRANSLATE_NOOP("mLibraryExchange", "template %1 (\"%2\")"),
+                     {number(position), name.size() > 40 ? name.left(40) + QStringLiteral("...") : name});
     }
     for (auto it = object.begin(); it != object.end(); ++it) {
         const QString name = it.key();
         const QJsonValue v = it.value();
         const std::optional<Kind> kind = kindOf(name);
         if (!kind)
-            raiseContent(QStringLiteral("%1: unknown field \"%2\".").arg(where, name));
+            raiseContent(text(kUnknownField, {where, name}));
         switch (*kind) {
         case Kind::Key:
             // A key that is not a text counts as missing: it gets a new one.
@@ -184,19 +196,19 @@ Incoming readTemplate(const QJsonValue& value, qsizetype position)
                 incoming.values.insert(name, v.toString());
             }
             else if (!v.isNull())
-                raiseContent(QStringLiteral("%1: %2 must be a text.").arg(where, name));
+                raiseContent(text(kMustBeText, {where, name}));
             break;
         case Kind::Text:
             if (!v.isString())
-                raiseContent(QStringLiteral("%1: %2 must be a text.").arg(where, name));
+                raiseContent(text(kMustBeText, {where, name}));
             checkLength(where, name, v.toString());
             incoming.values.insert(name, v.toString());
             break;
         case Kind::Long: {
             const double number = v.toDouble(std::nan(""));
             if (!v.isDouble() || number != std::floor(number) || number < -2147483648.0 || number > 2147483647.0)
-                raiseContent(QStringLiteral("%1: %2 must be a whole number from -2147483648 to 2147483647.")
-                                 .arg(where, name));
+                raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1: %2 must be a whole number from -2147483648 to 2147483647."),
+                                  {where, name}));
             checkRange(where, name, static_cast<qint32>(number));
             incoming.values.insert(name, static_cast<qint32>(number));
             break;
@@ -207,12 +219,12 @@ Incoming readTemplate(const QJsonValue& value, qsizetype position)
             else if (v.isDouble() && (v.toDouble() == 0.0 || v.toDouble() == 1.0))
                 incoming.values.insert(name, v.toDouble() != 0.0);
             else
-                raiseContent(QStringLiteral("%1: %2 must be true or false.").arg(where, name));
+                raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1: %2 must be true or false."), {where, name}));
             break;
         case Kind::Date: {
             const QDate date = v.isString() ? QDate::fromString(v.toString(), QStringLiteral("yyyy-MM-dd")) : QDate();
             if (!date.isValid())
-                raiseContent(QStringLiteral("%1: %2 must be a date written yyyy-mm-dd.").arg(where, name));
+                raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "%1: %2 must be a date written yyyy-mm-dd."), {where, name}));
             incoming.values.insert(name, date);
             break;
         }
@@ -229,9 +241,8 @@ QList<Incoming> readDocument(const QByteArray& document)
     QJsonParseError parseError;
     const QJsonDocument json = QJsonDocument::fromJson(document, &parseError);
     if (json.isNull())
-        raiseContent(QStringLiteral("the JSON cannot be read (%1 at offset %2).")
-                         .arg(parseError.errorString())
-                         .arg(parseError.offset));
+        raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "the JSON cannot be read (%1 at offset %2)."),
+                          {parseError.errorString(), number(parseError.offset)}));
     QJsonArray templates;
     if (json.isArray()) {
         templates = json.array();
@@ -239,10 +250,10 @@ QList<Incoming> readDocument(const QByteArray& document)
         const QJsonObject root = json.object();
         for (auto it = root.begin(); it != root.end(); ++it) {
             if (it.key() != QLatin1String("templates"))
-                raiseContent(QStringLiteral("unknown member \"%1\" (expected {\"templates\": [...]}).").arg(it.key()));
+                raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "unknown member \"%1\" (expected {\"templates\": [...]})."), {it.key()}));
         }
         if (!root.value(QLatin1String("templates")).isArray())
-            raiseContent(QStringLiteral("expected {\"templates\": [...]}."));
+            raiseContent(text(QT_TRANSLATE_NOOP("mLibraryExchange", "expected {\"templates\": [...]}.")));
         templates = root.value(QLatin1String("templates")).toArray();
     }
     QList<Incoming> result;
@@ -363,7 +374,7 @@ void ExportFile(cColSetsTemplate& library, const QString& path)
         QSaveFile file(path);
         if (!file.open(QIODevice::WriteOnly) || file.write(ExportDocument(library)) < 0 || !file.commit())
             RaiseError(mErrCodes::RT_FILE_ACCESS, kModule,
-                       QStringLiteral("The file \"%1\" cannot be written: %2").arg(path, file.errorString()));
+                       text(QT_TRANSLATE_NOOP("mLibraryExchange", "The file \"%1\" cannot be written: %2"), {path, file.errorString()}));
     });
 }
 
@@ -412,10 +423,10 @@ ImportSummary ImportFile(cColSetsTemplate& library, const QString& path)
     return PassErrors(kModule, kRevision, QStringLiteral("ImportFile"), [&] {
         QFile file(path);
         if (!QFileInfo::exists(path))
-            RaiseError(mErrCodes::RT_FILE_NOT_FOUND, kModule, QStringLiteral("The file \"%1\" does not exist.").arg(path));
+            RaiseError(mErrCodes::RT_FILE_NOT_FOUND, kModule, text(QT_TRANSLATE_NOOP("mLibraryExchange", "The file \"%1\" does not exist."), {path}));
         if (!file.open(QIODevice::ReadOnly))
             RaiseError(mErrCodes::RT_FILE_ACCESS, kModule,
-                       QStringLiteral("The file \"%1\" cannot be read: %2").arg(path, file.errorString()));
+                       text(QT_TRANSLATE_NOOP("mLibraryExchange", "The file \"%1\" cannot be read: %2"), {path, file.errorString()}));
         return ImportDocument(library, file.readAll());
     });
 }

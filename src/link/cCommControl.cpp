@@ -35,8 +35,9 @@ void cCommControl::setSettings(const QString& settings)
     LineSettings line;
     if (!ParseSettings(settings, line))
         RaiseError(mErrCodes::RT_INVALID_PROPERTY, QStringLiteral("cCommControl"),
-                   QStringLiteral("Invalid property value: the port settings \"%1\" are not of the "
-                                  "form 9600,N,8,1").arg(settings));
+                   cText("cCommControl", QT_TRANSLATE_NOOP("cCommControl", "Invalid property value: the port settings \"%1\" are not of the "
+                                                                           "form 9600,N,8,1"),
+                         {settings}));
     m_settings = settings;
     m_line = line;
 }

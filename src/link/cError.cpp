@@ -2,6 +2,8 @@
 
 #include "link/mAppFunc.h"
 
+#include <QCoreApplication>
+
 void cError::RecordNegativeAnswer(const QByteArray& report)
 {
     // The code is 1 whatever the grip's error byte says; the byte is only kept to be shown.
@@ -9,11 +11,11 @@ void cError::RecordNegativeAnswer(const QByteArray& report)
     m_answerByte = mAppFunc::FrameByte(report, 2);
 }
 
-QString cError::Description() const
+cText cError::Text() const
 {
     switch (m_code) {
-    case NoError: return QString();
-    case ChecksumError: return QStringLiteral("Checksum error.");
-    default: return QStringLiteral("Unknown errorcode.");
+    case NoError: return cText();
+    case ChecksumError: return cText("cError", QT_TRANSLATE_NOOP("cError", "Checksum error."));
+    default: return cText("cError", QT_TRANSLATE_NOOP("cError", "Unknown errorcode."));
     }
 }

@@ -228,7 +228,7 @@ bool cLink::OpenComm()
         } catch (const MarloError& e) {
             // Not raised: the exchange ends with an empty report. The reason is kept for the
             // traffic log and for front ends that explain it.
-            m_lastOpenError = e.Description();
+            m_lastOpenError = e.ShownDescription();
             m_lastOpenHelp = e.Hints();
             ShowCommStatus(QStringLiteral("Error opening port (%1)!").arg(e.Number()), true);
             ShowCommStatus(e.Description(), true);
@@ -266,13 +266,13 @@ QByteArray cLink::CommHexData(const QByteArray& cmd, bool showResult, const tExc
     return PassErrors(kModule, kRevision, QStringLiteral("CommHexData"), [&]() -> QByteArray {
         ClearBusyOnExit clearBusy{m_busy};
         if (m_busy)
-            RaiseError(mErrCodes::ERR_COMM_BUSY, QString(), mErrCodes::MSG_COMM_BUSY);
+            RaiseError(mErrCodes::ERR_COMM_BUSY, QString(), mErrCodes::MessageText(mErrCodes::MSG_COMM_BUSY));
         m_busy = true;
         m_lastOutcome = Outcome::None;
         m_lastLostDevice.clear();
         if (cmd.isEmpty())
             RaiseError(mErrCodes::ERR_NOT_ENOUGH_DATA, QStringLiteral("CommHexData"),
-                       mErrCodes::MSG_NOT_ENOUGH_DATA);
+                       mErrCodes::MessageText(mErrCodes::MSG_NOT_ENOUGH_DATA));
         const qint32 code = FrameByte(cmd, 1);
 
         if (!OpenComm()) {

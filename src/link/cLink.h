@@ -50,7 +50,8 @@ public:
     void WaitWithEvents(qint32 milliseconds);
 
     Outcome LastOutcome() const { return m_lastOutcome; }
-    // Why the port could not be opened the last time, or empty, and what to do about it.
+    // Why the port could not be opened the last time, or empty, and what to do about it, in the
+    // user's language (the traffic log has the reason in English).
     QString LastOpenError() const { return m_lastOpenError; }
     QStringList LastOpenHelp() const { return m_lastOpenHelp; }
     // The device that vanished during the last exchange (Outcome::DeviceLost), else empty.

@@ -65,10 +65,13 @@ const char* const kWhoNamed = QT_TRANSLATE_NOOP("cPortDoctor", "%1 (process %2)"
 const char* const kWhoUnnamed = QT_TRANSLATE_NOOP("cPortDoctor", "process %1");
 const char* const kVirtualGrip = QT_TRANSLATE_NOOP("cPortDoctor", "Virtual grip (demo)");
 
-QString tr(const char* text)
+// A sentence with what fills its %1, %2, ...: shown in the user's language, English in JSON.
+cText sentence(const char* source, QList<cText> arguments = {})
 {
-    return QCoreApplication::translate(cPortDoctor::kContext, text);
+    return cText(cPortDoctor::kContext, source, std::move(arguments));
 }
+
+QString number(qint64 value) { return QString::number(value); }
 
 // ---- known USB serial chips ---------------------------------------------------------------------
 
@@ -113,13 +116,13 @@ QString modeText(uint mode)
     return QStringLiteral("%1").arg(mode, 4, 8, QLatin1Char('0'));
 }
 
-QString who(const cSystemFacts::Process& process)
+cText who(const cSystemFacts::Process& process)
 {
     if (process.name.isEmpty())
-        return tr(kWhoUnnamed).arg(process.pid);
+        return sentence(kWhoUnnamed, {number(process.pid)});
     if (process.program.isEmpty())
-        return tr(kWhoNamed).arg(process.name).arg(process.pid);
-    return tr(kWhoFull).arg(process.name).arg(process.pid).arg(process.program);
+        return sentence(kWhoNamed, {process.name, number(process.pid)});
+    return sentence(kWhoFull, {process.name, number(process.pid), process.program});
 }
 
 // "/dev/ttyUSB10" after "/dev/ttyUSB9": the number at the end counts as a number.
@@ -158,7 +161,7 @@ QStringList cPortDoctor::Sentences(const QString& device) const
 {
     QStringList sentences;
     for (const Problem& problem : Diagnose(device))
-        sentences << problem.text;
+        sentences << problem.text.Shown();
     return sentences;
 }
 
@@ -172,7 +175,7 @@ QList<cPortDoctor::Problem> cPortDoctor::Diagnose(const QString& device) const
     const cSystemFacts::Node node = m_facts.DeviceNode(path);
     QList<Problem> problems;
     if (!node.exists) {
-        problems << Problem{Problem::Kind::NotFound, tr(kNotFound).arg(path)};
+        problems << Problem{Problem::Kind::NotFound, sentence(kNotFound, {path})};
         // A USB serial device may be missing because its adapter is plugged in without one.
         const QString name = QFileInfo(path).fileName();
         if (name.startsWith(QLatin1String("ttyUSB")) || name.startsWith(QLatin1String("ttyACM")) ||
@@ -197,7 +200,7 @@ std::optional<cPortDoctor::Problem> cPortDoctor::permissionProblem(const QString
     if (!user.known) {
         if (m_facts.Accessible(path))
             return std::nullopt;
-        return Problem{Kind::PermissionDenied, tr(kDenied).arg(path)};
+        return Problem{Kind::PermissionDenied, sentence(kDenied, {path})};
     }
     if (user.uid == 0)
         return std::nullopt;
@@ -217,17 +220,17 @@ std::optional<cPortDoctor::Problem> cPortDoctor::permissionProblem(const QString
         const bool listed = !user.userName.isEmpty() && (m_facts.GroupMembers(node.group).contains(user.userName) ||
                                                          m_facts.PrimaryGroupOf(user.userName) == node.group);
         if (listed)
-            return Problem{Kind::NeedsNewLogin, tr(kNewLogin).arg(path, group)};
-        return Problem{Kind::PermissionDenied, tr(kGroupDenied).arg(path, group, modeText(node.mode))};
+            return Problem{Kind::NeedsNewLogin, sentence(kNewLogin, {path, group})};
+        return Problem{Kind::PermissionDenied, sentence(kGroupDenied, {path, group, modeText(node.mode)})};
     }
     if (!isOwner && !groupMay) {
         QString owner = m_facts.UserName(node.owner);
         if (owner.isEmpty())
             owner = QString::number(node.owner);
         const QString kernelName = QFileInfo(node.canonical).fileName();
-        return Problem{Kind::PermissionDenied, tr(kOwnerOnly).arg(path, owner, modeText(node.mode), group, kernelName)};
+        return Problem{Kind::PermissionDenied, sentence(kOwnerOnly, {path, owner, modeText(node.mode), group, kernelName})};
     }
-    return Problem{Kind::PermissionDenied, tr(kDenied).arg(path)};
+    return Problem{Kind::PermissionDenied, sentence(kDenied, {path})};
 }
 
 QList<cPortDoctor::Problem> cPortDoctor::holderProblems(const QString& path, const cSystemFacts::Node& node) const
@@ -237,7 +240,7 @@ QList<cPortDoctor::Problem> cPortDoctor::holderProblems(const QString& path, con
     QSet<qint64> named;
     for (const cSystemFacts::Process& holder : m_facts.ProcessesHolding(node.canonical)) {
         named.insert(holder.pid);
-        problems << Problem{Kind::HeldByProgram, tr(kHeldOpen).arg(path, who(holder)).arg(holder.pid)};
+        problems << Problem{Kind::HeldByProgram, sentence(kHeldOpen, {path, who(holder), number(holder.pid)})};
     }
     // The lock file is named after the device as it was given ("serial_by-id_...") or after the
     // device it leads to ("ttyUSB0"), depending on the program that made it.
@@ -258,12 +261,12 @@ QList<cPortDoctor::Problem> cPortDoctor::holderProblems(const QString& path, con
             if (owner) {
                 if (!named.contains(owner->pid)) {
                     named.insert(owner->pid);
-                    problems << Problem{Kind::HeldByProgram, tr(kHeldByLock).arg(path, who(*owner)).arg(owner->pid).arg(lock.path)};
+                    problems << Problem{Kind::HeldByProgram, sentence(kHeldByLock, {path, who(*owner), number(owner->pid), lock.path})};
                 }
             } else if (lock.pid) {
-                problems << Problem{Kind::StaleLock, tr(kStaleLock).arg(path, lock.path).arg(*lock.pid)};
+                problems << Problem{Kind::StaleLock, sentence(kStaleLock, {path, lock.path, number(*lock.pid)})};
             } else {
-                problems << Problem{Kind::StaleLock, tr(kStaleLockNoPid).arg(path, lock.path)};
+                problems << Problem{Kind::StaleLock, sentence(kStaleLockNoPid, {path, lock.path})};
             }
         }
     }
@@ -286,7 +289,7 @@ std::optional<cPortDoctor::Problem> cPortDoctor::modemManagerProblem(const QStri
             rule = QStringLiteral("ATTRS{idVendor}==\"%1\", ATTRS{idProduct}==\"%2\", ENV{ID_MM_DEVICE_IGNORE}=\"1\"")
                        .arg(hex4(*tty.vendor), hex4(*tty.product));
     }
-    return Problem{Problem::Kind::ModemManager, tr(kModemManager).arg(running.first().pid).arg(path, rule)};
+    return Problem{Problem::Kind::ModemManager, sentence(kModemManager, {number(running.first().pid), path, rule})};
 }
 
 cPortDoctor::Problem cPortDoctor::adapterProblem(const cSystemFacts::UsbDevice& device) const
@@ -298,15 +301,15 @@ cPortDoctor::Problem cPortDoctor::adapterProblem(const cSystemFacts::UsbDevice& 
     const QString adapter = QStringLiteral("%1, USB %2:%3").arg(chip, hex4(device.vendor), hex4(device.product));
     const QList<cSystemFacts::Process> brltty = m_facts.ProcessesNamed(QStringLiteral("brltty"));
     if (!brltty.isEmpty())
-        return Problem{Kind::ClaimedByBrltty, tr(kBrltty).arg(adapter).arg(brltty.first().pid)};
+        return Problem{Kind::ClaimedByBrltty, sentence(kBrltty, {adapter, number(brltty.first().pid)})};
     if (device.drivers.contains(QLatin1String("usbfs")))
-        return Problem{Kind::NoDeviceForAdapter, tr(kUsbfs).arg(adapter)};
+        return Problem{Kind::NoDeviceForAdapter, sentence(kUsbfs, {adapter})};
     QString driver = ChipDriver(device.vendor, device.product);
     if (driver.isEmpty())
         driver = QStringLiteral("cdc_acm");
     if (!device.drivers.isEmpty())
-        return Problem{Kind::NoDeviceForAdapter, tr(kOtherDriver).arg(adapter, device.drivers.first(), driver)};
-    return Problem{Kind::NoDeviceForAdapter, tr(kNoDriver).arg(adapter, driver)};
+        return Problem{Kind::NoDeviceForAdapter, sentence(kOtherDriver, {adapter, device.drivers.first(), driver})};
+    return Problem{Kind::NoDeviceForAdapter, sentence(kNoDriver, {adapter, driver})};
 }
 
 QList<cPortDoctor::Port> cPortDoctor::AdaptersWithoutDevice() const
@@ -357,6 +360,6 @@ QList<cPortDoctor::Port> cPortDoctor::Ports() const
     for (Port& port : ports)
         port.problems = Diagnose(port.path);
     ports << AdaptersWithoutDevice();
-    ports << Port{mSerialDevices::kVirtualGrip, tr(kVirtualGrip), {}, {}, {}, {}};
+    ports << Port{mSerialDevices::kVirtualGrip, QString::fromUtf8(kVirtualGrip), {}, {}, {}, {}};
     return ports;
 }

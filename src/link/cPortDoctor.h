@@ -5,6 +5,7 @@
 // program that holds the device or a stale lock file that keeps it, and ModemManager probing a
 // modem-class device (ttyACM). Also the list of the serial ports of the machine with the same
 // diagnosis for each. Everything is read through cSystemFacts, below its root folder.
+#include "base/cText.h"
 #include "link/cSystemFacts.h"
 
 #include <QList>
@@ -30,13 +31,14 @@ public:
             ModemManager,       // ModemManager runs and probes modem-class devices
         };
         Kind kind;
-        QString text;
+        cText text; // English in JSON, in the user's language where it is shown
     };
 
     struct Port {
         QString path;         // /dev/ttyUSB0; "sim" for the virtual grip; the USB device's folder
                               // in /sys for an adapter without a device
-        QString description;
+        QString description;  // what the system says; the virtual grip's is the program's own, in
+                              // English (shown translated in kContext)
         QString manufacturer;
         std::optional<quint16> vendor;
         std::optional<quint16> product;
@@ -48,7 +50,7 @@ public:
     // What stands in the way of the device (a path, or "sim[:...]" for the virtual grip, which
     // has nothing in the way); empty when nothing does, or when no device is given.
     QList<Problem> Diagnose(const QString& device) const;
-    // The same as sentences.
+    // The same as sentences, in the user's language.
     QStringList Sentences(const QString& device) const;
 
     // The serial ports of the machine (from /sys, and what QSerialPortInfo knows when the facts

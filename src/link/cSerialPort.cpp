@@ -42,12 +42,12 @@ QString cSerialPort::devicePath() const
     if (isSimDevice(device())) {
         if (!resolver())
             RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
-                       QStringLiteral("The virtual grip (%1) is not available in this program.").arg(device()));
+                       cText("cSerialPort", QT_TRANSLATE_NOOP("cSerialPort", "The virtual grip (%1) is not available in this program."), {device()}));
         QString problem;
         const QString path = resolver()(device(), &problem);
         if (path.isEmpty())
             RaiseError(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"),
-                       QStringLiteral("The virtual grip cannot start: %1").arg(problem));
+                       cText("cSerialPort", QT_TRANSLATE_NOOP("cSerialPort", "The virtual grip cannot start: %1"), {problem}));
         return path;
     }
     return device();
@@ -63,7 +63,7 @@ void cSerialPort::setPortOpen(bool open)
     if (open == m_port.isOpen()) {
         if (!open)
             RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
-                       mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+                       mErrCodes::RuntimeError(mErrCodes::RT_DEVICE_NOT_OPEN));
         return;
     }
     if (open)
@@ -112,7 +112,7 @@ void cSerialPort::open()
     if (!m_port.open(QIODevice::ReadWrite)) {
         const mLinkHelp::PortFailure failure = OpenFailure(path, m_port.error(), m_port.errorString());
         m_port.clearError();
-        MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), mLinkHelp::PortFailureText(failure));
+        MarloError error(mErrCodes::RT_PORT_OPEN_FAILED, QStringLiteral("cSerialPort"), mLinkHelp::PortFailureCause(failure));
         for (const QString& line : mLinkHelp::PortFailureHelp(failure))
             error.addHint(line);
         const cSystemFacts machine;
@@ -175,7 +175,7 @@ QByteArray cSerialPort::Input()
 {
     if (!m_port.isOpen())
         RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
-                   mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+                   mErrCodes::RuntimeError(mErrCodes::RT_DEVICE_NOT_OPEN));
     pollInput();
     return InputLen() > 0 ? m_port.read(InputLen()) : m_port.readAll();
 }
@@ -184,7 +184,7 @@ void cSerialPort::setOutput(const QByteArray& bytes)
 {
     if (!m_port.isOpen())
         RaiseError(mErrCodes::RT_DEVICE_NOT_OPEN, QStringLiteral("cSerialPort"),
-                   mErrCodes::RuntimeErrorText(mErrCodes::RT_DEVICE_NOT_OPEN));
+                   mErrCodes::RuntimeError(mErrCodes::RT_DEVICE_NOT_OPEN));
     m_port.write(bytes);
     // The bytes must be on their way before the link pauses after the code byte.
     while (m_port.bytesToWrite() > 0 && m_port.waitForBytesWritten(1000)) {

@@ -19,53 +19,73 @@ namespace {
 const char* const kLockFolders[] = {"/var/lock", "/etc/locks", "/var/spool/locks", "/var/spool/uucp",
                                     "/tmp", "/var/tmp", "/var/lock/lockdev", "/run/lock"};
 
-QString holderText(const PortFailure& failure)
+constexpr char kContext[] = "mLinkHelp";
+
+cText text(const char* source, QList<cText> arguments = {})
 {
-    return failure.holder.isEmpty() ? QStringLiteral("process %1").arg(failure.holderPid)
-                                    : QStringLiteral("%1 (process %2)").arg(failure.holder).arg(failure.holderPid);
+    return cText(kContext, source, std::move(arguments));
+}
+
+cText holderText(const PortFailure& failure)
+{
+    const QString pid = QString::number(failure.holderPid);
+    return failure.holder.isEmpty() ? text(QT_TRANSLATE_NOOP("mLinkHelp", "process %1"), {pid})
+                                    : text(QT_TRANSLATE_NOOP("mLinkHelp", "%1 (process %2)"), {failure.holder, pid});
 }
 
 } // namespace
 
 QString PortFailureText(const PortFailure& failure)
 {
+    return PortFailureCause(failure).English();
+}
+
+cText PortFailureCause(const PortFailure& failure)
+{
     switch (failure.kind) {
     case PortFailure::Kind::NotFound:
-        return QStringLiteral("The serial port %1 does not exist.").arg(failure.path);
+        return text(QT_TRANSLATE_NOOP("mLinkHelp", "The serial port %1 does not exist."), {failure.path});
     case PortFailure::Kind::PermissionDenied:
-        return QStringLiteral("Permission denied opening %1.").arg(failure.path);
+        return text(QT_TRANSLATE_NOOP("mLinkHelp", "Permission denied opening %1."), {failure.path});
     case PortFailure::Kind::InUse:
         if (failure.holderPid > 0)
-            return QStringLiteral("The serial port %1 is in use by %2.").arg(failure.path, holderText(failure));
+            return text(QT_TRANSLATE_NOOP("mLinkHelp", "The serial port %1 is in use by %2."), {failure.path, holderText(failure)});
         if (!failure.lockFile.isEmpty())
-            return QStringLiteral("The serial port %1 is locked by the lock file %2, which no running program "
-                                  "owns: a program that ended without removing it left it behind.")
-                .arg(failure.path, failure.lockFile);
-        return QStringLiteral("The serial port %1 is in use by another program (%2).").arg(failure.path, failure.systemText);
+            return text(QT_TRANSLATE_NOOP("mLinkHelp", "The serial port %1 is locked by the lock file %2, which no running program "
+                                                       "owns: a program that ended without removing it left it behind."),
+                        {failure.path, failure.lockFile});
+        return text(QT_TRANSLATE_NOOP("mLinkHelp", "The serial port %1 is in use by another program (%2)."),
+                    {failure.path, failure.systemText});
     case PortFailure::Kind::Other:
         break;
     }
-    return QStringLiteral("The serial port %1 cannot be opened: %2").arg(failure.path, failure.systemText);
+    return text(QT_TRANSLATE_NOOP("mLinkHelp", "The serial port %1 cannot be opened: %2"), {failure.path, failure.systemText});
 }
 
 QStringList PortFailureHelp(const PortFailure& failure)
 {
+    cText help;
     switch (failure.kind) {
     case PortFailure::Kind::NotFound:
-        return {QStringLiteral("Check the port number or the device in the options, and that the grip's cable is plugged in.")};
+        help = text(QT_TRANSLATE_NOOP("mLinkHelp", "Check the port number or the device in the options, and that the grip's cable is plugged in."));
+        break;
     case PortFailure::Kind::PermissionDenied:
-        return {QStringLiteral("Your user must be in the 'dialout' group to use serial ports: run "
-                               "'sudo usermod -aG dialout $USER', then log out and in again.")};
+        help = text(QT_TRANSLATE_NOOP("mLinkHelp", "Your user must be in the 'dialout' group to use serial ports: run "
+                                                   "'sudo usermod -aG dialout $USER', then log out and in again."));
+        break;
     case PortFailure::Kind::InUse:
         if (failure.holderPid > 0)
-            return {QStringLiteral("Close %1, or wait until it has finished, and try again.").arg(holderText(failure))};
-        if (!failure.lockFile.isEmpty())
-            return {QStringLiteral("Remove the stale lock file and try again: rm %1").arg(failure.lockFile)};
-        return mErrCodes::HELP_PORT_IN_USE;
+            help = text(QT_TRANSLATE_NOOP("mLinkHelp", "Close %1, or wait until it has finished, and try again."), {holderText(failure)});
+        else if (!failure.lockFile.isEmpty())
+            help = text(QT_TRANSLATE_NOOP("mLinkHelp", "Remove the stale lock file and try again: rm %1"), {failure.lockFile});
+        else
+            return cText::Translated(mErrCodes::kContext, mErrCodes::HELP_PORT_IN_USE);
+        break;
     case PortFailure::Kind::Other:
+        help = text(QT_TRANSLATE_NOOP("mLinkHelp", "Check the port number or the device in the options."));
         break;
     }
-    return {QStringLiteral("Check the port number or the device in the options.")};
+    return {help.Shown()};
 }
 
 QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts)
@@ -78,7 +98,7 @@ QStringList DoctorHints(const PortFailure& failure, const cSystemFacts& facts)
                            (problem.kind == Kind::ClaimedByBrltty || problem.kind == Kind::NoDeviceForAdapter)) ||
                           (failure.kind == PortFailure::Kind::PermissionDenied && problem.kind == Kind::NeedsNewLogin);
         if (adds)
-            hints << problem.text;
+            hints << problem.text.Shown();
     }
     return hints;
 }
@@ -161,14 +181,14 @@ QStringList WhatToDo(const MarloError& error, const cLink& link)
         lines << link.LastOpenError() << link.LastOpenHelp();
         break;
     case cLink::Outcome::Timeout:
-        lines << mErrCodes::HELP_TIMEOUT;
+        lines << cText::Translated(mErrCodes::kContext, mErrCodes::HELP_TIMEOUT);
         break;
     case cLink::Outcome::DeviceLost:
         lines << DeviceLostHelp(link.LastLostDevice());
         break;
     case cLink::Outcome::BadChecksum:
     case cLink::Outcome::UnknownReport:
-        lines << mErrCodes::HELP_CHECKSUM;
+        lines << cText::Translated(mErrCodes::kContext, mErrCodes::HELP_CHECKSUM);
         break;
     default:
         break;

@@ -4,6 +4,8 @@
 // denied, in use by which program or locked by which stale lock file), a grip that did not
 // answer, a device that vanished during the exchange (unplugged) or a spoiled report. The link's last exchange tells which applies, since a silent grip
 // reaches the user as the record's own "unknown error" number.
+#include "base/cText.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -24,10 +26,12 @@ struct PortFailure {
     QString holder;       // that process's program name
 };
 
-// The cause in one sentence ("The serial port /dev/ttyUSB0 does not exist.").
+// The cause in one sentence ("The serial port /dev/ttyUSB0 does not exist."): the error's
+// description (English in the traffic log), and that sentence in English.
+cText PortFailureCause(const PortFailure& failure);
 QString PortFailureText(const PortFailure& failure);
 // What to do about it, one line each (the dialout group, which program to close, which stale
-// lock file to remove).
+// lock file to remove), in the user's language.
 QStringList PortFailureHelp(const PortFailure& failure);
 
 // What the port doctor finds beyond the failure itself, one sentence group a line: for a device
@@ -46,8 +50,8 @@ qint64 LockOwner(const QString& lockFile);
 qint64 DeviceUser(const QString& devicePath);
 QString ProgramName(qint64 pid);
 
-// The lines that say what went wrong and what to do about the error just caught, cause first
-// (empty when nothing applies): the error's own hints; for a port that could not be opened its
+// The lines that say what went wrong and what to do about the error just caught, cause first,
+// in the user's language (empty when nothing applies): the error's own hints; for a port that could not be opened its
 // cause and help; for a time-out and a bad checksum their help texts. The last exchange of the
 // link the error happened on tells which applies; without a link (nullptr), only the error's own
 // hints.

@@ -4,6 +4,7 @@
 #include "link/cSerialPort.h"
 #include "link/cSystemFacts.h"
 
+#include <QCoreApplication>
 #include <QSerialPortInfo>
 #include <algorithm>
 
@@ -36,7 +37,7 @@ QString DisplayText(const PortEntry& port)
     if (port.vendor && port.product)
         known << QStringLiteral("USB %1:%2").arg(hex(*port.vendor), hex(*port.product));
     else if (port.vendor)
-        known << QStringLiteral("USB vendor %1").arg(hex(*port.vendor));
+        known << QCoreApplication::translate("mSerialDevices", "USB vendor %1").arg(hex(*port.vendor));
     QString text = port.path;
     if (!port.description.isEmpty())
         text += QStringLiteral(" - ") + port.description;

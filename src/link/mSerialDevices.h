@@ -25,7 +25,8 @@ struct PortEntry {
 // The serial ports present now, by path.
 QList<PortEntry> AvailablePorts();
 
-// "/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001)"; only the path when nothing is known.
+// "/dev/ttyUSB0 - FT232R USB UART (FTDI, USB 0403:6001)"; only the path when nothing is known. In
+// the user's language.
 QString DisplayText(const PortEntry& port);
 
 // The path the port number N stands for when no device is named: /dev/ttyS(N-1).

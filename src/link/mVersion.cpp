@@ -38,7 +38,7 @@ void GetVersionInfo(const QString& text, qint32& major, qint32& minor, qint32& r
         const QStringList parts = text.split(QLatin1Char('.'));
         if (parts.size() != 3)
             RaiseError(mErrCodes::ERR_VERSION_FORMAT, QStringLiteral("GetVersionInfo"),
-                       mErrCodes::MSG_VERSION_FORMAT);
+                       mErrCodes::MessageText(mErrCodes::MSG_VERSION_FORMAT));
         qint32* outputs[3] = {&major, &minor, &revision};
         for (int i = 0; i < 3; ++i) {
             if (!parts[i].isEmpty())

@@ -73,14 +73,13 @@ void cApplication::PromoteSetting(const std::shared_ptr<cSetsTemplate>& record)
 QString cApplication::LibraryDeletedText(const QString& path)
 {
     const QString file = QDir::toNativeSeparators(path);
-    return QStringLiteral("The library file \"%1\" had been deleted.\r\nThe whole library was written anew at \"%1\".")
-        .arg(file);
+    return tr("The library file \"%1\" had been deleted.\r\nThe whole library was written anew at \"%1\".").arg(file);
 }
 
 QString cApplication::LibraryReplacedText(const QString& path, const QString& beside)
 {
-    return QStringLiteral("The library file \"%1\" had been replaced by another file, which was left as it is.\r\n"
-                          "The whole library was written beside it to \"%2\", which is the library from now on.")
+    return tr("The library file \"%1\" had been replaced by another file, which was left as it is.\r\n"
+              "The whole library was written beside it to \"%2\", which is the library from now on.")
         .arg(QDir::toNativeSeparators(path), QDir::toNativeSeparators(beside));
 }
 
@@ -109,7 +108,8 @@ void cApplication::SaveLibraryOrThrow(SaveMode mode)
             library.SaveOrThrow(connection);
         }
         if (!m_libraryNote.isEmpty())
-            mMain::UI().showMessage(std::exchange(m_libraryNote, QString()), kLibraryFileTitle, MsgIcon::Exclamation);
+            mMain::UI().showMessage(std::exchange(m_libraryNote, QString()), cText::Translated("cApplication", kLibraryFileTitle),
+                                    MsgIcon::Exclamation);
     });
 }
 

@@ -9,6 +9,8 @@
 #include <memory>
 
 class cApplication {
+    Q_DECLARE_TR_FUNCTIONS(cApplication)
+
 public:
     static inline const QString kClass = QStringLiteral("cApplication");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
@@ -57,10 +59,10 @@ public:
     // already in the library fails at the duplicate key and is not renamed.
     void PromoteSetting(const std::shared_ptr<cSetsTemplate>& record);
 
-    // The message of a library written anew, and its title.
+    // The message of a library written anew (in the user's language), and its title (in English).
     static QString LibraryDeletedText(const QString& path);
     static QString LibraryReplacedText(const QString& path, const QString& beside);
-    static inline const QString kLibraryFileTitle = QStringLiteral("Library file");
+    static inline const QString kLibraryFileTitle = QStringLiteral(QT_TRANSLATE_NOOP("cApplication", "Library file"));
 
 private:
     // Reopens the connection on a new file when the opened one was deleted or replaced; true

@@ -2,6 +2,7 @@
 
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
+#include <QCoreApplication>
 
 namespace mMain {
 
@@ -15,7 +16,7 @@ QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems)
 {
     if (problems.isEmpty())
         return {};
-    QStringList lines{QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
+    QStringList lines{QCoreApplication::translate("mMain", "The preferences file %1 has values that cannot be read; their defaults are used:")
                           .arg(cRegistrySettings::FileName())};
     for (const tUnreadablePreference& problem : problems)
         lines << cRegistrySettings::ProblemText(problem);

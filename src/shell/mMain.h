@@ -15,8 +15,8 @@ namespace mMain {
 // section Initialize as the preferences store read them, the options and ramping values and
 // the windows' placements. Each stands at its default.
 tUnreadablePreferences UnreadablePreferences(const cRegistrySettings& preferences);
-// That report in plain lines: what happened, naming the file, then one line per value; nothing
-// when there are no such values.
+// That report in plain lines, in the user's language: what happened, naming the file, then one
+// line per value; nothing when there are no such values.
 QStringList UnreadablePreferencesReport(const tUnreadablePreferences& problems);
 
 } // namespace mMain

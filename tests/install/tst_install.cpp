@@ -74,6 +74,7 @@ private slots:
         QTest::newRow("command line") << "bin/marlo-cli" << true;
         QTest::newRow("virtual grip") << "bin/marlo-gripsim" << true;
         QTest::newRow("library template") << "share/marlo/instdbxx.tmp" << false;
+        QTest::newRow("German translation") << "share/marlo/translations/marlo_de.qm" << false;
         QTest::newRow("desktop entry") << "share/applications/marlo.desktop" << false;
         QTest::newRow("scalable icon") << "share/icons/hicolor/scalable/apps/marlo.svg" << false;
         QTest::newRow("256 px icon") << "share/icons/hicolor/256x256/apps/marlo.png" << false;
@@ -269,6 +270,18 @@ private slots:
             QStringLiteral("^ -- [^<>]+ <[^<>@ ]+@[^<>@ ]+\\.[^<>@ ]+>  (Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d{2} "
                            "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) \\d{4} \\d{2}:\\d{2}:\\d{2} [+-]\\d{4}$"));
         QVERIFY2(changelog.filter(signature).size() == 1, qPrintable(changelog.join(QLatin1Char('\n'))));
+    }
+
+    // The installed program finds its installed translation.
+    void installedProgramSpeaksGerman()
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("LC_ALL"));
+        environment.insert(QStringLiteral("LANG"), QStringLiteral("de_DE.UTF-8"));
+        environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("de"));
+        QString help;
+        QCOMPARE(run(installed(QStringLiteral("bin/marlo-cli")), {QStringLiteral("--help")}, &help, environment), 0);
+        QVERIFY2(help.contains(QStringLiteral("\nBefehle:\n")), qPrintable(help));
     }
 
     void installedProgramUsesThePerUserFolder()

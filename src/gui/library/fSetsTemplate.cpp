@@ -71,7 +71,7 @@ void fSetsTemplate::Open(const std::shared_ptr<cSetsTemplate>& record, const QSt
 {
     PassErrors(kForm, kRevision, QStringLiteral("Open"), [&] {
         m_record = record;
-        setWindowTitle(tr("Settings #") + number);
+        setWindowTitle(tr("Settings #%1").arg(number));
         if (tbsSettings->currentIndex() != 0)
             tbsSettings->setCurrentIndex(0); // shows the page
         else

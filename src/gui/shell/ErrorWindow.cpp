@@ -60,7 +60,7 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     icon->setAlignment(Qt::AlignTop);
     icon->setAccessibleName(tr("Error"));
 
-    auto* message = textLabel(plain(error.Description()), QStringLiteral("lblMessage"), this);
+    auto* message = textLabel(plain(error.ShownDescription()), QStringLiteral("lblMessage"), this);
     auto* number = textLabel(tr("Error %1").arg(error.Number()), QStringLiteral("lblNumber"), this);
     auto* text = new QVBoxLayout;
     text->addWidget(message);
@@ -108,7 +108,7 @@ ErrorWindow::ErrorWindow(const MarloError& error, const QStringList& whatToDo, c
     setSizeGripEnabled(true);
     setMinimumWidth(420);
 
-    QStringList all{plain(error.Description()), tr("Error %1").arg(error.Number())};
+    QStringList all{plain(error.ShownDescription()), tr("Error %1").arg(error.Number())};
     if (!whatToDo.isEmpty())
         all << QString() << whatToDo.join(QLatin1Char('\n'));
     all << QString() << details;

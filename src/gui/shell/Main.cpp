@@ -18,33 +18,18 @@
 namespace mMain {
 namespace {
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("Main", text);
-}
-
-QString reasonText(const tUnreadablePreference& problem)
-{
-    switch (problem.reason) {
-    case tUnreadablePreference::NotTrueOrFalse: return tr("not True or False");
-    case tUnreadablePreference::NotANumber: return tr("not a number");
-    case tUnreadablePreference::OutOfRange: break;
-    }
-    return tr("not a number from %1 to %2").arg(QString::number(problem.min, 'g', 10), QString::number(problem.max, 'g', 10));
-}
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(Main)
+};
 
 // Values of the preferences that cannot be read stand at their defaults: said once, naming the
 // file and each value.
 void ReportUnreadablePreferences(const cRegistrySettings& prefs)
 {
-    const tUnreadablePreferences problems = UnreadablePreferences(prefs);
-    if (problems.isEmpty())
+    const QStringList lines = UnreadablePreferencesReport(UnreadablePreferences(prefs));
+    if (lines.isEmpty())
         return;
-    QStringList lines{tr("The preferences file %1 has values that cannot be read; their defaults are used:")
-                          .arg(cRegistrySettings::FileName())};
-    for (const tUnreadablePreference& problem : problems)
-        lines << tr("[%1] %2 = \"%3\" (%4)").arg(problem.section, problem.key, problem.text, reasonText(problem));
-    UI().showMessage(lines.join(QStringLiteral("\r\n")), tr("Preferences"), MsgIcon::Exclamation);
+    UI().showMessage(lines.join(QStringLiteral("\r\n")), Texts::tr("Preferences"), MsgIcon::Exclamation);
 }
 
 } // namespace
@@ -90,7 +75,8 @@ std::unique_ptr<fTolvaneMan> StartUp(cGripSession& session, cApplication& applic
             ReportUnreadablePreferences(prefs);
         } else {
             ReportUnreadablePreferences(prefs);
-            UI().showMessage(mDatabase::kCannotContinueText, mDatabase::kCannotContinueTitle, MsgIcon::Critical);
+            UI().showMessage(cText::Translated(mDatabase::kContext, mDatabase::kCannotContinueText),
+                             cText::Translated(mDatabase::kContext, mDatabase::kCannotContinueTitle), MsgIcon::Critical);
         }
     });
     return window;

@@ -35,6 +35,10 @@ namespace {
 constexpr int kKeyRole = Qt::UserRole;
 constexpr int kTagRole = Qt::UserRole + 1;
 
+// The window's size, in twips.
+constexpr int kWidthTwips = 8600;
+constexpr int kHeightTwips = 5000;
+
 // The columns: header, width in twips (0: hidden), alignment.
 const fLibSets::ColumnSpec kColumns[fLibSets::ColumnCount] = {
     {"", 0, false},
@@ -199,7 +203,7 @@ void fLibSets::Form_Load()
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
         // Over the owner, unless the preferences know better.
-        resize(TwipsToPixels(8600, this), TwipsToPixels(5000, this));
+        resize(TwipsToPixels(kWidthTwips, this), TwipsToPixels(kHeightTwips, this));
         if (m_owner)
             move(m_owner->geometry().center() - rect().center());
         PlacedWidget placement(*this);
@@ -249,13 +253,22 @@ void fLibSets::Form_Load()
 }
 
 // The columns keep their documented widths, except that the columns of fixed-format values
-// (number, date, rate, times) grow where this screen's font would cut their texts; a long name
-// is cut, and read in full in its tool tip.
+// (number, date, rate, times) grow where this screen's font would cut their texts, and by what a
+// translated header is longer than the English one; a long name is cut, and read in full in its
+// tool tip.
 void fLibSets::fitFixedColumns()
 {
     const int margin = 2 * lvwLib->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, lvwLib) + 6;
     const QFontMetrics metrics(lvwLib->font());
+    const QFontMetrics headerMetrics(lvwLib->header()->font());
     QList<int> needed(ColumnCount, 0);
+    int headersLonger = 0;
+    for (int c = ColNumber; c < ColumnCount; ++c) {
+        const int longer = std::max(0, headerMetrics.horizontalAdvance(lvwLib->headerItem()->text(c)) -
+                                           headerMetrics.horizontalAdvance(QString::fromUtf8(kColumns[c].header)));
+        needed[c] = TwipsToPixels(kColumns[c].twips, this) + longer;
+        headersLonger += longer;
+    }
     for (int i = 0; i < lvwLib->topLevelItemCount(); ++i) {
         const QTreeWidgetItem* row = lvwLib->topLevelItem(i);
         for (int c = ColNumber; c < ColumnCount; ++c) {
@@ -269,6 +282,9 @@ void fLibSets::fitFixedColumns()
         const int width = std::max(TwipsToPixels(kColumns[c].twips, this), needed[c]);
         lvwLib->setColumnWidth(c, width);
     }
+    // The window grows by what longer headers add, so that every column still fits in it.
+    if (headersLonger > 0)
+        resize(std::max(width(), TwipsToPixels(kWidthTwips, this) + headersLonger), height());
 }
 
 namespace {
@@ -400,7 +416,7 @@ void fLibSets::DelSetting(QTreeWidgetItem* row)
         if (!row)
             return;
         if (IsFactoryDefault(row))
-            RaiseError(mErrCodes::ERR_DELETE_FACTORY_DEFAULT, kForm, mErrCodes::MSG_DELETE_FACTORY_DEFAULT);
+            RaiseError(mErrCodes::ERR_DELETE_FACTORY_DEFAULT, kForm, mErrCodes::MessageText(mErrCodes::MSG_DELETE_FACTORY_DEFAULT));
         // No question: the row leaves the file at the next library save, and not saving undoes it.
         recordOf(row)->setIsDeleted(true);
         if (m_downRow == row)

@@ -64,7 +64,11 @@ const QList<FixedList>& fixedLists()
          {{"110", 1}, {"300", 2}, {"600", 3}, {"1200", 4}, {"2400", 5}, {"9600", 6}, {"14400", 7}, {"19200", 8},
           {"28800", 9}, {"38400", 10}, {"56000", 11}, {"128000", 12}, {"256000", 13}}},
         {"cboParity", QT_TRANSLATE_NOOP("fOptions", "&Parity:"),
-         {{"None", 0}, {"Even", 1}, {"Mark", 2}, {"Odd", 3}, {"Space", 4}}},
+         {{QT_TRANSLATE_NOOP("fOptions", "None"), 0},
+          {QT_TRANSLATE_NOOP("fOptions", "Even"), 1},
+          {QT_TRANSLATE_NOOP("fOptions", "Mark"), 2},
+          {QT_TRANSLATE_NOOP("fOptions", "Odd"), 3},
+          {QT_TRANSLATE_NOOP("fOptions", "Space"), 4}}},
         {"cboBits", QT_TRANSLATE_NOOP("fOptions", "&Bits:"), {{"4", 4}, {"5", 5}, {"6", 6}, {"7", 7}, {"8", 8}}},
         {"cboStopBits", QT_TRANSLATE_NOOP("fOptions", "&Stopbits:"), {{"1", 0}, {"1.5", 1}, {"2", 2}}},
     };
@@ -318,12 +322,18 @@ void fOptions::Form_Load()
 void fOptions::selectCommSettings(const QString& settings)
 {
     const QStringList parts = settings.split(QLatin1Char(','));
+    // An item is found by its text as the table has it (in English, whatever the list shows): the
+    // parity by its first letter.
     const auto select = [](QComboBox* combo, const QString& text, bool firstLetter) {
-        for (int i = 0; i < combo->count(); ++i) {
-            const QString item = combo->itemText(i);
-            if (firstLetter ? item.left(1).compare(text, Qt::CaseInsensitive) == 0 : item == text) {
-                combo->setCurrentIndex(i);
-                return;
+        for (const FixedList& list : fixedLists()) {
+            if (combo->objectName() != QLatin1String(list.name))
+                continue;
+            for (const ListItem& item : list.items) {
+                const QString english = QLatin1String(item.text);
+                if (firstLetter ? english.left(1).compare(text, Qt::CaseInsensitive) == 0 : english == text) {
+                    combo->setCurrentIndex(combo->findData(item.data));
+                    return;
+                }
             }
         }
     };
@@ -486,7 +496,7 @@ void fOptions::cmdBrowseDBPath_Click()
     ShowErrors(kForm, kRevision, QStringLiteral("cmdBrowseDBPath_Click"), [&] {
         FileDialogRequest request;
         request.title = tr("Database path");
-        request.filter = QStringLiteral("All (*.*)|*.*|MS Access (*.mdb)|*.mdb");
+        request.filter = tr("All (*.*)|*.*|MS Access (*.mdb)|*.mdb");
         request.filterIndex = 1;
         request.pathMustExist = true;
         request.hideReadOnly = true;

@@ -202,7 +202,7 @@ fTolvaneMan::fTolvaneMan(cGripSession& session, cApplication& application, QWidg
     : QMainWindow(parent), m_session(session), m_application(application)
 {
     setObjectName(kForm);
-    setWindowTitle(kDesignCaption);
+    setWindowTitle(tr(kDesignCaption));
     // The services on screen show progress, status and the pointer in this window.
     if (auto* ui = dynamic_cast<QtUserInterface*>(&mMain::UI()))
         ui->setMainWindow(this);
@@ -719,8 +719,7 @@ void fTolvaneMan::Form_Unload(bool& cancel)
     Handle(QStringLiteral("Form_Unload"), [&] {
         if (m_application.AnythingNeedSave()) {
             const bool save = mMain::UI().askYesNo(
-                tr("Some data have changed without being saved.") + QStringLiteral("\r\n") +
-                    tr("Do you wish to save before exiting?"),
+                tr("Some data have changed without being saved.\r\nDo you wish to save before exiting?"),
                 tr("Save settings"), MsgIcon::Question);
             if (save) {
                 // A save that fails is shown, and the window stays open so that nothing is lost.
@@ -772,7 +771,7 @@ void fTolvaneMan::SetCaption()
     PassErrors(kForm, kRevision, QStringLiteral("SetCaption"), [&] {
         const auto setting = ActiveSetting();
         const QString name = setting ? setting->sName() : QString();
-        setWindowTitle(kDesignCaption + QStringLiteral(" [") + (name.isEmpty() ? tr("Untitled") : name) + QStringLiteral("]"));
+        setWindowTitle(tr("Tolvane Interface Programme [%1]").arg(name.isEmpty() ? tr("Untitled") : name));
     });
 }
 

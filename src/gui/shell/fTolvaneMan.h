@@ -44,7 +44,7 @@ class fTolvaneMan : public QMainWindow {
 public:
     static inline const QString kForm = QStringLiteral("fTolvaneMan");
     static inline const QString kRevision = QStringLiteral("$Revision: 1 $");
-    static inline const QString kDesignCaption = QStringLiteral("Tolvane Interface Programme");
+    static inline const char* const kDesignCaption = QT_TR_NOOP("Tolvane Interface Programme");
 
     // Builds the form and loads it (Form_Load). The window talks to the grip through the session
     // (and its link) and keeps its library and preferences in the application object; the caller

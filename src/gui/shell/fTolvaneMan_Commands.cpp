@@ -362,7 +362,7 @@ void fTolvaneMan::cmdReset_Click(int index)
             return;
         }
         if (m_application.RegistrySettings().ShowConfirmComm())
-            mMain::ShowConfirm(tr("Counter ") + QString::number(index + 1) + tr(" was reset."));
+            mMain::ShowConfirm(tr("Counter %1 was reset.").arg(index + 1));
     });
 }
 

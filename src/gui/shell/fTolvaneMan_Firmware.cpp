@@ -150,7 +150,7 @@ void fTolvaneMan::SetupViews()
     installEventFilter(events);
     if (QLabel* version = findChild<QLabel*>(QStringLiteral("FWVer"))) {
         version->installEventFilter(events);
-        version->setToolTip(version->toolTip() + tr(" (double-click: gun build info)"));
+        version->setToolTip(tr("%1 (double-click: gun build info)").arg(version->toolTip()));
     }
     if (auto* item = findChild<QAction*>(QStringLiteral("mnuCommLog")))
         item->setCheckable(true);

@@ -202,7 +202,7 @@ void fTolvaneMan::FillModeList(QComboBox* list, bool firing, qint32 code)
     list->clear();
     for (const mModes::tModeEntry& entry : table) {
         if (entry.visible)
-            list->addItem(entry.caption, entry.code);
+            list->addItem(cText::Translated(mModes::kContext, entry.caption), entry.code);
     }
     // The first item with the code; none selects nothing.
     list->setCurrentIndex(list->findData(code));

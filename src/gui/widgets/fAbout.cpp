@@ -16,10 +16,10 @@ QString fAbout::SystemInformation()
 {
     return QStringList{
         QStringLiteral("Marlo %1").arg(mMain::ProgramVersion()),
-        QStringLiteral("Qt %1 (built with %2)").arg(QString::fromLatin1(qVersion()), QStringLiteral(QT_VERSION_STR)),
-        QStringLiteral("%1, kernel %2 %3, %4").arg(QSysInfo::prettyProductName(), QSysInfo::kernelType(),
-                                                  QSysInfo::kernelVersion(), QSysInfo::currentCpuArchitecture()),
-        QStringLiteral("Display: %1").arg(QGuiApplication::platformName()),
+        tr("Qt %1 (built with %2)").arg(QString::fromLatin1(qVersion()), QStringLiteral(QT_VERSION_STR)),
+        tr("%1, kernel %2 %3, %4").arg(QSysInfo::prettyProductName(), QSysInfo::kernelType(), QSysInfo::kernelVersion(),
+                                       QSysInfo::currentCpuArchitecture()),
+        tr("Display: %1").arg(QGuiApplication::platformName()),
     }.join(QLatin1Char('\n'));
 }
 

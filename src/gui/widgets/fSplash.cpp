@@ -29,12 +29,12 @@ QPixmap fSplash::Picture(const QString& version, qreal devicePixelRatio)
     painter.setFont(text);
     painter.setPen(QColor(0xd8, 0xe4, 0xf0));
     painter.drawText(QRect(30, 110, 370, 24), Qt::AlignLeft | Qt::AlignVCenter,
-                     QObject::tr("Tolvane Interface Programme"));
+                     tr("Tolvane Interface Programme"));
     painter.drawText(QRect(30, 136, 370, 24), Qt::AlignLeft | Qt::AlignVCenter,
-                     QObject::tr("Version %1").arg(version));
+                     tr("Version %1").arg(version));
     painter.setPen(QColor(0x8f, 0xa8, 0xc0));
     painter.drawText(QRect(30, 180, 370, 24), Qt::AlignLeft | Qt::AlignVCenter,
-                     QObject::tr("Settings, counters and firmware of your grip"));
+                     tr("Settings, counters and firmware of your grip"));
     return pixmap;
 }
 
