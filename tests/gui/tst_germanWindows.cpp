@@ -30,12 +30,12 @@ namespace {
 QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidget>& owned)
 {
     fTolvaneMan& main = h.open(kind == QLatin1String("fTolvaneMan"));
-    const auto setting = mMain::Application().colSetsTemplate().Add();
+    const auto setting = h.app().colSetsTemplate().Add();
     const QString form = kind.section(QLatin1Char('/'), 0, 0);
     if (form == QLatin1String("fTolvaneMan"))
         return &main;
     if (form == QLatin1String("fLibSets"))
-        owned = std::make_unique<fLibSets>();
+        owned = std::make_unique<fLibSets>(h.app());
     else if (form == QLatin1String("fSetsTemplate")) {
         auto editor = std::make_unique<fSetsTemplate>();
         editor->Open(setting, QStringLiteral("1"));
@@ -43,7 +43,7 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
     } else if (form == QLatin1String("fUserVariable"))
         owned = std::make_unique<fUserVariable>();
     else if (form == QLatin1String("fOptions"))
-        owned = std::make_unique<fOptions>(h.grip.session.GunInfo());
+        owned = std::make_unique<fOptions>(h.grip.session.GunInfo(), h.prefs());
     else if (form == QLatin1String("fCommConsole"))
         owned = std::make_unique<fCommConsole>();
     else if (form == QLatin1String("fAbout"))

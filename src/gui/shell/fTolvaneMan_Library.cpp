@@ -63,7 +63,8 @@ void fTolvaneMan::ShowGripHistory()
         const cGripHistory::tEntry& entry = *history.ChosenEntry();
         // A new template each time, as the factory default of the library browser makes one.
         const auto setting = m_application.colSetsTemplate().AddOrThrow();
-        setting->setsName(tr("Grip %1 on %2").arg(entry.serial, entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm"))));
+        // The name goes into the library, which is never translated.
+        setting->setsName(QStringLiteral("Grip %1 on %2").arg(entry.serial, entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm"))));
         mTemplateRecords::HistoryToTemplate(entry.values, m_session, *setting);
         ChangeTemplate(setting, true);
     });
