@@ -3,6 +3,7 @@
 // The cases are listed in outputs/cases; outputs/NAME holds what the case printed when its
 // output was last settled (outputs/capture.sh writes them).
 #include "CliRunner.h"
+#include "TestFiles.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -11,12 +12,6 @@
 namespace {
 
 const QString kOutputs = QStringLiteral(MARLO_CLI_OUTPUTS);
-
-QByteArray fileBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 // The first line where two transcripts part, for the failure message.
 QString firstDifference(const QString& actual, const QString& expected)

@@ -1,6 +1,8 @@
 // The grip history file: entries come back newest first and per grip, at most the kept number of
 // a grip is listed and the file does not grow past it, a write cut off at any byte loses only
 // that entry, and a damaged or unwritable file is told once without raising.
+#include "TestFiles.h"
+
 #include "grip/cGripHistory.h"
 
 #include <QFile>
@@ -26,19 +28,6 @@ QStringList summary(const QList<cGripHistory::tEntry>& entries)
     for (const auto& e : entries)
         lines << QStringLiteral("%1 %2").arg(e.serial).arg(e.values.value(QStringLiteral("timing"))[QStringLiteral("ShotTime")].toInt());
     return lines;
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(bytes);
 }
 
 } // namespace
@@ -86,7 +75,7 @@ private slots:
         QCOMPARE(listed.first().time, entry(QString(), many).time);
         QCOMPARE(listed.last().time, entry(QString(), many - int(cGripHistory::kKeptPerGrip) + 1).time);
         QCOMPARE(history.Entries(QStringLiteral("OTHER")).size(), 1);
-        const qsizetype lines = readFile(path).count('\n');
+        const qsizetype lines = fileBytes(path).count('\n');
         QVERIFY2(lines <= cGripHistory::kKeptPerGrip + cGripHistory::kSlack + 1, qPrintable(QString::number(lines)));
     }
 
@@ -101,7 +90,7 @@ private slots:
             QVERIFY(history.Record(entry(QStringLiteral("A"), 1)));
             QVERIFY(history.Record(entry(QStringLiteral("A"), 2)));
         }
-        const QByteArray whole = readFile(path);
+        const QByteArray whole = fileBytes(path);
         const qsizetype second = whole.indexOf('\n') + 1;
         for (qsizetype cut = second; cut < whole.size(); ++cut) {
             writeFile(path, whole.left(cut));
@@ -138,7 +127,7 @@ private slots:
         QVERIFY(history.TakeProblem().isEmpty());
         const QStringList aside = QDir(dir.path()).entryList({QStringLiteral("A.jsonl.damaged-*")});
         QCOMPARE(aside.size(), 1);
-        QCOMPARE(readFile(dir.filePath(aside.first())), content);
+        QCOMPARE(fileBytes(dir.filePath(aside.first())), content);
         QVERIFY(history.Record(entry(QStringLiteral("A"), 5)));
         QCOMPARE(summary(history.Entries()), QStringList{"A 5"});
     }

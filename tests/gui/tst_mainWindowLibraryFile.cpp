@@ -2,6 +2,7 @@
 // exit's Yes write every template and user variable again, say where, and the next start finds
 // all of it, on the same active setting.
 #include "GuiTestSupport.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -28,12 +29,6 @@ QPair<int, int> rowsIn(const QString& path)
     }
     QSqlDatabase::removeDatabase(QStringLiteral("look"));
     return counts;
-}
-
-QByteArray bytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
@@ -91,10 +86,8 @@ private slots:
             }
             QVERIFY(QFile::remove(path));
             const QByteArray stranger = "a file that is no library";
-            if (replaced) {
-                QFile file(path);
-                QVERIFY(file.open(QIODevice::WriteOnly) && file.write(stranger) == stranger.size());
-            }
+            if (replaced)
+                writeFile(path, stranger);
 
             if (onExit) {
                 h.ui.script.yesNoAnswers.enqueue(true);
@@ -109,7 +102,7 @@ private slots:
             QVERIFY2(said.contains(QLatin1Char('"') + QDir::toNativeSeparators(written) + QLatin1Char('"')), qPrintable(said));
             QVERIFY2(said.contains(replaced ? QStringLiteral("replaced") : QStringLiteral("deleted")), qPrintable(said));
             if (replaced) {
-                QCOMPARE(bytesOf(path), stranger);
+                QCOMPARE(fileBytes(path), stranger);
                 // The next start opens the library, not the stranger.
                 QCOMPARE(stored(QStringLiteral("DBName")), written);
                 // Every ID is kept, so the next start must not forget the last active setting.

@@ -1,6 +1,7 @@
 #pragma once
 // Shared by the library's tests: a fresh library file made from the built template, the program's
 // objects with a scripted user, a second connection that looks at the file past the record classes, and record helpers.
+#include "TestFiles.h"
 #include "TestLink.h"
 #include "library/mDatabase.h"
 #include "shell/cApplication.h"
@@ -18,17 +19,8 @@ namespace LibraryTest {
 // The template the build made (CTest gives its folder).
 inline QString builtTemplate() { return QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("instdbxx.tmp")); }
 
-inline QByteArray fileBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size(), qPrintable(path));
-}
+using ::fileBytes;
+using ::writeFile;
 
 // The row a library made elsewhere might hold: shot time 11, firing mode 3, dated 2003-04-05.
 inline QString templateRow(const QString& id, const QString& parent = QString())

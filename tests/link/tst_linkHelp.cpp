@@ -3,6 +3,7 @@
 // lock file (found on a real pseudo-terminal with a real lock file), a silent grip, a device
 // unplugged during the exchange.
 #include "FakeSystem.h"
+#include "TestFiles.h"
 #include "TestLink.h"
 
 #include "base/MarloError.h"
@@ -126,10 +127,8 @@ private slots:
             QVERIFY(child.waitForStarted());
             content = QByteArray::number(child.processId()) + "\nsleep\n" + QSysInfo::machineHostName().toLocal8Bit() + "\n";
         }
-        if (content != "<none>") {
-            QFile file(lock);
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-        }
+        if (content != "<none>")
+            writeFile(lock, content);
         cSerialPort port;
         port.setDevice(pty.path);
         QString description;
