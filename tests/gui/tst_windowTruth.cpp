@@ -42,12 +42,6 @@ QStringList enabledCommands(QObject* window)
     return names;
 }
 
-// The grip's negative answer with the given error byte, as long as the command's report.
-QByteArray refusalWith(int command, int errorByte)
-{
-    return griptest::framed(QByteArray("\x50", 1) + char(errorByte)) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
-}
-
 QList<int> shownTimings(fTolvaneMan& w)
 {
     QList<int> values;
@@ -169,7 +163,7 @@ private slots:
         const QString gameTime = text(&w, QStringLiteral("txtCntDown"));
         const QList<int> ramping = {w.ActiveSetting()->lShots(), w.ActiveSetting()->lHyperTime(), w.ActiveSetting()->lHyperMode()};
         const QString maxRof = text(&w, QStringLiteral("txtDefaultLoadTime"));
-        h.grip.replies.insert(quint8(refused), refusalWith(refused, 0x07));
+        h.grip.replies.insert(quint8(refused), griptest::refusal(refused, 0x07));
         run(&w, command);
         // No error window, no confirmation; the status bar says what happened, with the byte.
         GUITEST_NO_ERRORS(h.ui.script);

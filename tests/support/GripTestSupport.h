@@ -32,11 +32,11 @@ inline QByteArray framed(const QString& hex)
     return framed(QByteArray::fromHex(hex.toLatin1()));
 }
 
-// The grip's negative answer, padded to the length of the report the command expects: the link
-// waits for that many bytes, and the record sees the same report either way.
-inline QByteArray refusal(int command)
+// The grip's negative answer with that error byte, padded to the length of the report the
+// command expects: the link waits for that many bytes, and the record sees the same report either way.
+inline QByteArray refusal(int command, int errorByte = 1)
 {
-    return framed(QStringLiteral("5001")) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
+    return framed(QByteArray("\x50", 1) + char(errorByte)) + QByteArray(qMax(0, mAppFunc::GetFunctionReturnSize(command) - 3), '\0');
 }
 
 // The error that run raised, if any (value() of none throws, which fails the test).
