@@ -33,6 +33,12 @@ class tst_install : public QObject {
     }
 
     QString installed(const QString& file) const { return QDir(prefix()).filePath(file); }
+    // An installed file's text (empty when it cannot be read).
+    QString textOf(const QString& file) const
+    {
+        QFile f(installed(file));
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+    }
 
     // A gzip file's text, by the gzip program.
     static QString gunzip(const QString& file)
@@ -89,16 +95,16 @@ private slots:
     {
         QFETCH(QString, file);
         QFETCH(bool, executable);
-        const QFileInfo info(QDir(prefix()).filePath(file));
+        const QFileInfo info(installed(file));
         QVERIFY2(info.isFile() && info.size() > 0, qPrintable(info.filePath()));
         QCOMPARE(info.isExecutable(), executable);
         // Nothing but the executables in bin: the template lives in the data folder.
-        QCOMPARE(QDir(QDir(prefix()).filePath(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
+        QCOMPARE(QDir(installed(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
     }
 
     void iconsAreWhatTheyClaim()
     {
-        QFile png(QDir(prefix()).filePath(QStringLiteral("share/icons/hicolor/256x256/apps/marlo.png")));
+        QFile png(installed(QStringLiteral("share/icons/hicolor/256x256/apps/marlo.png")));
         QVERIFY(png.open(QIODevice::ReadOnly));
         const QByteArray head = png.read(24);
         QVERIFY(head.startsWith("\x89PNG\r\n\x1a\n"));
@@ -107,17 +113,13 @@ private slots:
         };
         QCOMPARE(bigEndian(16), 256u); // width
         QCOMPARE(bigEndian(20), 256u); // height
-        QFile svg(QDir(prefix()).filePath(QStringLiteral("share/icons/hicolor/scalable/apps/marlo.svg")));
-        QVERIFY(svg.open(QIODevice::ReadOnly));
-        QVERIFY(svg.readAll().contains("<svg"));
+        QVERIFY(textOf(QStringLiteral("share/icons/hicolor/scalable/apps/marlo.svg")).contains(QStringLiteral("<svg")));
     }
 
     void desktopEntryIsValid()
     {
-        const QString entry = QDir(prefix()).filePath(QStringLiteral("share/applications/marlo.desktop"));
-        QFile file(entry);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(file.readAll());
+        const QString entry = installed(QStringLiteral("share/applications/marlo.desktop"));
+        const QString text = textOf(QStringLiteral("share/applications/marlo.desktop"));
         // It starts the installed program with the installed icon.
         for (const QString& line : {QStringLiteral("Exec=marlo"), QStringLiteral("Icon=marlo"), QStringLiteral("Name=Marlo"),
                                     QStringLiteral("Type=Application")})
@@ -217,9 +219,7 @@ private slots:
     void metainfoDescribesThisProgram()
     {
         const QString path = installed(QStringLiteral("share/metainfo/io.github.marlo_grip.marlo.metainfo.xml"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QString xml = QString::fromUtf8(file.readAll());
+        const QString xml = textOf(QStringLiteral("share/metainfo/io.github.marlo_grip.marlo.metainfo.xml"));
         QVERIFY(xml.contains(QStringLiteral("<id>io.github.marlo_grip.marlo</id>")));
         static const QRegularExpression launchable(QStringLiteral("<launchable type=\"desktop-id\">([^<]+)</launchable>"));
         const auto l = launchable.match(xml);
@@ -232,11 +232,9 @@ private slots:
         static const QRegularExpression category(QStringLiteral("<category>([^<]+)</category>"));
         for (auto it = category.globalMatch(xml); it.hasNext();)
             categories.append(it.next().captured(1));
-        QFile desktop(installed(QStringLiteral("share/applications/marlo.desktop")));
-        QVERIFY(desktop.open(QIODevice::ReadOnly));
         static const QRegularExpression desktopCategories(QStringLiteral("^Categories=(.*)$"), QRegularExpression::MultilineOption);
         const QStringList entryCategories =
-            desktopCategories.match(QString::fromUtf8(desktop.readAll())).captured(1).split(QLatin1Char(';'), Qt::SkipEmptyParts);
+            desktopCategories.match(textOf(QStringLiteral("share/applications/marlo.desktop"))).captured(1).split(QLatin1Char(';'), Qt::SkipEmptyParts);
         QVERIFY(!categories.isEmpty());
         QCOMPARE(categories, entryCategories);
 
@@ -253,9 +251,7 @@ private slots:
     // changelog's entry is this version's, signed by a name and an address.
     void copyrightAndChangelogAreDebians()
     {
-        QFile copyright(installed(QStringLiteral("share/doc/marlo/copyright")));
-        QVERIFY(copyright.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(copyright.readAll());
+        const QString text = textOf(QStringLiteral("share/doc/marlo/copyright"));
         QVERIFY(text.startsWith(QStringLiteral("Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/\n")));
         static const QRegularExpression everyFile(QStringLiteral("\n\nFiles: \\*\nCopyright: \\S.*\nLicense: \\S+\n \\S"));
         QVERIFY2(everyFile.match(text).hasMatch(), qPrintable(text));
@@ -301,7 +297,7 @@ private slots:
         ini.write("[Initialize]\nCommLogToFile=True\n");
         ini.close();
 
-        const QString cli = QDir(prefix()).filePath(QStringLiteral("bin/marlo-cli"));
+        const QString cli = installed(QStringLiteral("bin/marlo-cli"));
         QString output;
         QVERIFY2(run(cli, {QStringLiteral("library"), QStringLiteral("list")}, &output, environment) == 0, qPrintable(output));
         QVERIFY2(run(cli, {QStringLiteral("--device"), QStringLiteral("sim:firmware=4.0.5"), QStringLiteral("info")}, &output,
@@ -311,7 +307,7 @@ private slots:
         const QDir folder(data + QStringLiteral("/Marlo"));
         QVERIFY2(folder.exists(QStringLiteral("Marlo.mdb")), qPrintable(folder.entryList().join(QLatin1Char(' '))));
         QVERIFY(folder.exists(QStringLiteral("komm.log")));
-        QCOMPARE(QDir(QDir(prefix()).filePath(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
+        QCOMPARE(QDir(installed(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
     }
 };
 
