@@ -1,6 +1,7 @@
 // Preferences: defaults, text forms, round trips, odd and unreadable values in the file (read
 // key by key and reported once), window placement.
 #include "ScriptedUi.h"
+#include "TestFiles.h"
 
 #include "base/cPlacedWindow.h"
 #include "base/cRegistrySettings.h"
@@ -28,16 +29,10 @@ QString iniPath()
 void writeIni(const QByteArray& text)
 {
     QDir().mkpath(QFileInfo(iniPath()).path());
-    QFile file(iniPath());
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
+    writeFile(iniPath(), text);
 }
 
-QByteArray readIni()
-{
-    QFile file(iniPath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+QByteArray readIni() { return fileBytes(iniPath()); }
 
 class FakeWindow : public cPlacedWindow {
 public:
@@ -54,53 +49,35 @@ public:
     float x = 100, y = 200, w = 3000, h = 4000;
 };
 
-// A preferences file in which every value differs from its default, as "Section/Key" and the
-// stored text, in the order of the file.
-QList<QPair<QString, QString>> readableFile()
+// A preferences file in which every value differs from its default: "Section/Key", the stored
+// text and what the program reads from it through its public interface, in the order of the file.
+struct Entry {
+    QString key, stored;
+    QVariant read;
+};
+const QList<Entry>& readableFile()
 {
-    return {{"Initialize/BackwardCompatibleUpload", "False"}, {"Initialize/ShowSplash", "False"},
-            {"Initialize/ShowConfirmComm", "False"},          {"Initialize/ShowLogToFile", "True"},
-            {"Initialize/GripEye", "True"},                   {"Initialize/DBName", "/data/other.mdb"},
-            {"Initialize/DBChanged", "True"},                 {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
-            {"Initialize/CommPort", "4"},                     {"Initialize/CommSettings", "19200,E,7,2"},
-            {"Initialize/CommInputMode", "0"},                {"Initialize/CommLogToFile", "True"},
-            {"Initialize/CommLogToConsole", "True"},          {"Initialize/CommDevice", "/dev/ttyUSB1"},
-            {"Initialize/FirmwareBackup", "True"},
-            {"fTolvaneMan/WindowState", "0"},                 {"fTolvaneMan/Left", "1500"},
-            {"fTolvaneMan/Top", "900"},                       {"fTolvaneMan/Width", "6000.5"},
-            {"fTolvaneMan/Height", "5000"},                   {"Options/EyeMounted", "True"},
-            {"Options/TriggerFilter", "True"},                {"Options/EyeCheckMax", "True"},
-            {"Options/UseEye", "True"},                       {"Options/Loader", "True"},
-            {"Options/LED", "True"},                          {"Options/EyeCheckOK", "True"},
-            {"Options/CTOAdjust", "True"},                    {"Options/EyeCheckMaxTime", "7"},
-            {"Options/DefaultLoadTime", "8"},                 {"Options/EyeCheckOKTime", "9"},
-            {"Hyper/Shots", "5"},                             {"Hyper/HyperTime", "6"},
-            {"Hyper/HyperMode", "4"}};
+    static const QList<Entry> entries = {
+        {"Initialize/BackwardCompatibleUpload", "False", false}, {"Initialize/ShowSplash", "False", false},
+        {"Initialize/ShowConfirmComm", "False", false}, {"Initialize/ShowLogToFile", "True", true},
+        {"Initialize/GripEye", "True", true}, {"Initialize/DBName", "/data/other.mdb", "/data/other.mdb"},
+        {"Initialize/DBChanged", "True", true},
+        {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
+        {"Initialize/CommPort", "4", 4}, {"Initialize/CommSettings", "19200,E,7,2", "19200,E,7,2"},
+        {"Initialize/CommInputMode", "0", 0}, {"Initialize/CommLogToFile", "True", true},
+        {"Initialize/CommLogToConsole", "True", true}, {"Initialize/CommDevice", "/dev/ttyUSB1", "/dev/ttyUSB1"},
+        {"Initialize/FirmwareBackup", "True", true},
+        {"fTolvaneMan/WindowState", "0", 0}, {"fTolvaneMan/Left", "1500", 1500.0f}, {"fTolvaneMan/Top", "900", 900.0f},
+        {"fTolvaneMan/Width", "6000.5", 6000.5f}, {"fTolvaneMan/Height", "5000", 5000.0f},
+        {"Options/EyeMounted", "True", true}, {"Options/TriggerFilter", "True", true}, {"Options/EyeCheckMax", "True", true},
+        {"Options/UseEye", "True", true}, {"Options/Loader", "True", true}, {"Options/LED", "True", true},
+        {"Options/EyeCheckOK", "True", true}, {"Options/CTOAdjust", "True", true}, {"Options/EyeCheckMaxTime", "7", 7},
+        {"Options/DefaultLoadTime", "8", 8}, {"Options/EyeCheckOKTime", "9", 9},
+        {"Hyper/Shots", "5", 5}, {"Hyper/HyperTime", "6", 6}, {"Hyper/HyperMode", "4", 4}};
+    return entries;
 }
 
-// What the program reads from that file: every value through its public interface.
 using Values = QMap<QString, QVariant>;
-Values readableValues()
-{
-    return {{"Initialize/BackwardCompatibleUpload", false}, {"Initialize/ShowSplash", false},
-            {"Initialize/ShowConfirmComm", false},          {"Initialize/ShowLogToFile", true},
-            {"Initialize/GripEye", true},                   {"Initialize/DBName", "/data/other.mdb"},
-            {"Initialize/DBChanged", true},                 {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
-            {"Initialize/CommPort", 4},                     {"Initialize/CommSettings", "19200,E,7,2"},
-            {"Initialize/CommInputMode", 0},                {"Initialize/CommLogToFile", true},
-            {"Initialize/CommLogToConsole", true},          {"Initialize/CommDevice", "/dev/ttyUSB1"},
-            {"Initialize/FirmwareBackup", true},
-            {"fTolvaneMan/WindowState", 0},                 {"fTolvaneMan/Left", 1500.0f},
-            {"fTolvaneMan/Top", 900.0f},                    {"fTolvaneMan/Width", 6000.5f},
-            {"fTolvaneMan/Height", 5000.0f},                {"Options/EyeMounted", true},
-            {"Options/TriggerFilter", true},                {"Options/EyeCheckMax", true},
-            {"Options/UseEye", true},                       {"Options/Loader", true},
-            {"Options/LED", true},                          {"Options/EyeCheckOK", true},
-            {"Options/CTOAdjust", true},                    {"Options/EyeCheckMaxTime", 7},
-            {"Options/DefaultLoadTime", 8},                 {"Options/EyeCheckOKTime", 9},
-            {"Hyper/Shots", 5},                             {"Hyper/HyperTime", 6},
-            {"Hyper/HyperMode", 4}};
-}
 
 // The defaults of the keys that can hold an unreadable value (those of the window placement:
 // the window's current values).
@@ -168,7 +145,7 @@ QByteArray fileWith(const QMap<QString, QString>& replaced)
 {
     QByteArray text;
     QString section;
-    for (const auto& [name, value] : readableFile()) {
+    for (const auto& [name, value, read] : readableFile()) {
         const QString here = name.section(QLatin1Char('/'), 0, 0);
         if (here != section) {
             section = here;
@@ -177,6 +154,15 @@ QByteArray fileWith(const QMap<QString, QString>& replaced)
         text += name.section(QLatin1Char('/'), 1).toUtf8() + "=" + replaced.value(name, value).toUtf8() + "\n";
     }
     return text;
+}
+
+// Every value of expected is read as it says.
+void compareValues(cRegistrySettings& prefs, const Values& expected)
+{
+    const Values read = readValues(prefs);
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+        QVERIFY2(read.value(it.key()) == it.value(),
+                 qPrintable(it.key() + ": " + read.value(it.key()).toString() + " instead of " + it.value().toString()));
 }
 
 } // namespace
@@ -192,273 +178,215 @@ private slots:
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
-    void firstRunDefaults();
-    void textForms();
-    void roundTrip();
-    void oddButReadable_data();
-    void oddButReadable();
-    void unreadableValues_data();
-    void unreadableValues();
-    void unreadableValueIsReplacedWhenSet();
-    void backwardCompatibleUploadAnswersFromTheGrip_data();
-    void backwardCompatibleUploadAnswersFromTheGrip();
-    void dbNameChangeMarksDBChanged();
-    void windowPlacement();
-    void minimisedWindowKeepsStoredPosition();
+    void firstRunDefaults()
+    {
+        cRegistrySettings prefs;
+        Values expected = defaultValues();
+        expected.insert({{"Initialize/CommSettings", "9600,N,8,1"}, {"Initialize/LastKey", QString()}, {"Initialize/CommDevice", QString()},
+                         {"Initialize/DBName", QDir(mMain::ProgramFolder()).filePath(QStringLiteral("Marlo.mdb"))}});
+        compareValues(prefs, expected);
+        QVERIFY(ui.errors.isEmpty());
+        QVERIFY(!QFile::exists(iniPath())); // reading writes nothing
+    }
+    // What the file holds for a setting, and that the next start reads it back: booleans as
+    // True/False, texts with commas, braces and an equals sign as they were.
+    void textForms()
+    {
+        const QString key = QStringLiteral("{8C5B1E2A-0000-4000-8000-0123456789AB}");
+        {
+            cRegistrySettings prefs;
+            prefs.setShowSplash(false);
+            prefs.setCommPort(3);
+            prefs.setGripEye(true);
+            prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
+            prefs.setLastKey(key);
+            prefs.setCommDevice(QStringLiteral("sim:firmware=1.1.70"));
+        }
+        const QString ini = QString::fromUtf8(readIni());
+        for (const char* line : {"[Initialize]", "ShowSplash=False", "GripEye=True", "CommPort=3"})
+            QVERIFY2(ini.contains(QLatin1String(line)), qPrintable(ini));
+        cRegistrySettings prefs;
+        compareValues(prefs, {{"Initialize/ShowSplash", false}, {"Initialize/CommPort", 3}, {"Initialize/GripEye", true},
+                              {"Initialize/CommSettings", "19200,E,7,2"}, {"Initialize/LastKey", key},
+                              {"Initialize/CommDevice", "sim:firmware=1.1.70"}});
+    }
+    void oddButReadable_data()
+    {
+        QTest::addColumn<QByteArray>("ini");
+        QTest::addColumn<bool>("showSplash");
+        QTest::addColumn<int>("commPort");
+        QTest::addColumn<QString>("commSettings");
+        QTest::newRow("numbers for booleans, blanks around a number")
+            << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << 2 << QStringLiteral("9600,N,8,1");
+        QTest::newRow("lower-case booleans") << QByteArray("[Initialize]\nShowSplash=true\n") << true << 1 << QStringLiteral("9600,N,8,1");
+        QTest::newRow("a fraction rounds half to even") << QByteArray("[Initialize]\nCommPort=2.5\n") << true << 2 << QStringLiteral("9600,N,8,1");
+        QTest::newRow("the largest 32-bit number") << QByteArray("[Initialize]\nCommPort=2147483647\n") << true << 2147483647
+                                                   << QStringLiteral("9600,N,8,1");
+        QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << true << 1
+                                         << QStringLiteral("38400,O,8,2");
+        QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << true << 1
+                                          << QStringLiteral("9600,N,8,1");
+    }
+    void oddButReadable()
+    {
+        QFETCH(QByteArray, ini);
+        QFETCH(bool, showSplash);
+        QFETCH(int, commPort);
+        QFETCH(QString, commSettings);
+        writeIni(ini);
+        cRegistrySettings prefs;
+        QVERIFY(ui.errors.isEmpty());
+        QVERIFY(prefs.Unreadable().isEmpty());
+        QCOMPARE(prefs.ShowSplash(), showSplash);
+        QCOMPARE(prefs.CommPort(), commPort);
+        QCOMPARE(prefs.CommSettings(), commSettings);
+    }
+    void unreadableValues_data()
+    {
+        QTest::addColumn<QStringList>("bad");   // "Section/Key=text", stored instead of a readable text
+        QTest::addColumn<QStringList>("lines"); // the values of the report
+        const QString int32 = QStringLiteral("(not a number from -2147483648 to 2147483647)");
+        auto row = [](const char* name, const QString& bad, const QString& line) {
+            QTest::newRow(name) << QStringList{bad} << QStringList{line};
+        };
+        QTest::newRow("all readable: nothing to report") << QStringList{} << QStringList{};
+        row("ShowConfirmComm maybe", "Initialize/ShowConfirmComm=maybe", "[Initialize] ShowConfirmComm = \"maybe\" (not True or False)");
+        row("CommPort beyond 32 bits", "Initialize/CommPort=99999999999999999999",
+            "[Initialize] CommPort = \"99999999999999999999\" " + int32);
+        row("CommPort abc", "Initialize/CommPort=abc", "[Initialize] CommPort = \"abc\" (not a number)");
+        row("CommPort empty", "Initialize/CommPort=", "[Initialize] CommPort = \"\" (not a number)");
+        row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5",
+            "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
+        row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649",
+            "[Initialize] CommInputMode = \"-2147483649\" " + int32);
+        row("CommLogToFile yes", "Initialize/CommLogToFile=yes", "[Initialize] CommLogToFile = \"yes\" (not True or False)");
+        row("CommLogToConsole nan", "Initialize/CommLogToConsole=nan", "[Initialize] CommLogToConsole = \"nan\" (not True or False)");
+        row("ShowSplash empty", "Initialize/ShowSplash=", "[Initialize] ShowSplash = \"\" (not True or False)");
+        row("DBChanged a list", "Initialize/DBChanged=1,0", "[Initialize] DBChanged = \"1,0\" (not True or False)");
+        row("BackwardCompatibleUpload, the first key read", "Initialize/BackwardCompatibleUpload=perhaps",
+            "[Initialize] BackwardCompatibleUpload = \"perhaps\" (not True or False)");
+        row("placement Left abc", "fTolvaneMan/Left=abc", "[fTolvaneMan] Left = \"abc\" (not a number)");
+        row("placement WindowState beyond 16 bits", "fTolvaneMan/WindowState=99999",
+            "[fTolvaneMan] WindowState = \"99999\" (not a number from -32768 to 32767)");
+        row("placement Height beyond a single", "fTolvaneMan/Height=1e39",
+            "[fTolvaneMan] Height = \"1e39\" (not a number from -3.402823466e+38 to 3.402823466e+38)");
+        row("option switch maybe", "Options/EyeCheckOK=maybe", "[Options] EyeCheckOK = \"maybe\" (not True or False)");
+        row("option time no number", "Options/EyeCheckMaxTime=x", "[Options] EyeCheckMaxTime = \"x\" (not a number)");
+        row("option time beyond its range", "Options/DefaultLoadTime=127", "[Options] DefaultLoadTime = \"127\" (not a number from 1 to 126)");
+        row("ramping Shots below its range", "Hyper/Shots=0", "[Hyper] Shots = \"0\" (not a number from 1 to 255)");
+        row("ramping HyperTime no number", "Hyper/HyperTime=ten", "[Hyper] HyperTime = \"ten\" (not a number)");
+        row("ramping HyperMode beyond 32 bits", "Hyper/HyperMode=4294967296", "[Hyper] HyperMode = \"4294967296\" " + int32);
+        QTest::newRow("several, in every section: all reported, the others read")
+            << QStringList{"Hyper/Shots=many", "fTolvaneMan/Top=high", "Initialize/ShowSplash=maybe", "Options/EyeMounted=2x",
+                           "Initialize/CommPort=COM1"}
+            << QStringList{"[Initialize] ShowSplash = \"maybe\" (not True or False)", "[Initialize] CommPort = \"COM1\" (not a number)",
+                           "[Options] EyeMounted = \"2x\" (not True or False)", "[Hyper] Shots = \"many\" (not a number)",
+                           "[fTolvaneMan] Top = \"high\" (not a number)"};
+    }
+    void unreadableValues()
+    {
+        QFETCH(QStringList, bad);
+        QFETCH(QStringList, lines);
+        QMap<QString, QString> replaced;
+        Values expected;
+        for (const Entry& entry : readableFile())
+            expected.insert(entry.key, entry.read);
+        for (const QString& entry : bad) {
+            const QString name = entry.section(QLatin1Char('='), 0, 0);
+            replaced.insert(name, entry.section(QLatin1Char('='), 1));
+            QVERIFY2(defaultValues().contains(name), qPrintable(name));
+            expected[name] = defaultValues().value(name); // the bad one stands at its default
+        }
+        const QByteArray file = fileWith(replaced);
+        writeIni(file);
+        cRegistrySettings prefs;
+
+        // Every other value is read as stored, and nothing is shown as an error.
+        compareValues(prefs, expected);
+        QVERIFY(ui.errors.isEmpty());
+
+        // One report, naming the file, then each bad value with its section.
+        const QStringList report = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences(prefs));
+        if (lines.isEmpty()) {
+            QCOMPARE(report, QStringList{});
+        } else {
+            QCOMPARE(report.value(0), QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
+                                          .arg(iniPath()));
+            QCOMPARE(report.mid(1), lines);
+        }
+        // Reading changes nothing in the file: the text stays until the preference is set.
+        QCOMPARE(readIni(), file);
+    }
+    void unreadableValueIsReplacedWhenSet()
+    {
+        writeIni("[Initialize]\nCommPort=abc\n");
+        cRegistrySettings prefs;
+        QCOMPARE(prefs.CommPort(), 1);
+        prefs.setCommPort(5);
+        QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("CommPort=5")));
+        QVERIFY(cRegistrySettings().Unreadable().isEmpty());
+    }
+    void backwardCompatibleUploadAnswersFromTheGrip_data()
+    {
+        QTest::addColumn<QString>("firmware"); // major, minor, revision low, revision high
+        QTest::addColumn<bool>("answer");
+        QTest::newRow("1.1.70 is older than 1.2.0") << "01014600" << true;
+        QTest::newRow("1.2.0 itself") << "01020000" << false;
+        QTest::newRow("4.0.5") << "04000500" << false;
+    }
+    void backwardCompatibleUploadAnswersFromTheGrip()
+    {
+        QFETCH(QString, firmware);
+        QFETCH(bool, answer);
+        cRegistrySettings prefs;
+        prefs.setBackwardCompatibleUpload(!answer);
+        cGunInfo grip;
+        grip.Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
+        QCOMPARE(grip.BackwardCompatibleUpload(), answer);
+        QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !answer);
+    }
+    void dbNameChangeMarksDBChanged()
+    {
+        cRegistrySettings prefs;
+        prefs.setDBName(prefs.DBName());
+        QCOMPARE(prefs.DBChanged(), false);
+        prefs.setDBName(QStringLiteral("/tmp/other.mdb"));
+        QCOMPARE(prefs.DBChanged(), true);
+        QCOMPARE(cRegistrySettings().DBChanged(), true);
+    }
+    void windowPlacement()
+    {
+        cRegistrySettings prefs;
+        FakeWindow window;
+        window.x = 1500;
+        window.y = 900;
+        prefs.SaveWindowState(window, true, false);
+        FakeWindow reopened;
+        prefs.WindowState(reopened, true, false);
+        QCOMPARE(reopened.x, 1500.0f);
+        QCOMPARE(reopened.y, 900.0f);
+        QCOMPARE(reopened.w, 3000.0f); // size not asked for: untouched
+        QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("[fTolvaneMan]")));
+    }
+    void minimisedWindowKeepsStoredPosition()
+    {
+        cRegistrySettings prefs;
+        FakeWindow window;
+        window.x = 1500;
+        prefs.SaveWindowState(window, true, true);
+        window.state = cPlacedWindow::StateMaximized;
+        window.x = 0;
+        prefs.SaveWindowState(window, true, true);
+        QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("Left=1500")));
+        FakeWindow reopened;
+        prefs.WindowState(reopened, true, true);
+        QCOMPARE(reopened.state, cPlacedWindow::StateMaximized);
+        QCOMPARE(reopened.x, 100.0f); // not moved while maximised
+    }
 
 private:
     ScriptedUi ui;
 };
-
-void tst_cRegistrySettings::firstRunDefaults()
-{
-    cRegistrySettings prefs;
-    QCOMPARE(prefs.CommPort(), 1);
-    QCOMPARE(prefs.CommSettings(), QStringLiteral("9600,N,8,1"));
-    QCOMPARE(prefs.CommInputMode(), 1);
-    QCOMPARE(prefs.CommLogToFile(), false);
-    QCOMPARE(prefs.CommLogToConsole(), false);
-    QCOMPARE(prefs.LastKey(), QString());
-    QCOMPARE(prefs.DBName(), QDir(mMain::ProgramFolder()).filePath(QStringLiteral("Marlo.mdb")));
-    QCOMPARE(prefs.DBChanged(), false);
-    QCOMPARE(prefs.GripEye(), false);
-    QCOMPARE(prefs.ShowSplash(), true);
-    QCOMPARE(prefs.ShowConfirmComm(), true);
-    QCOMPARE(prefs.ShowLogToFile(), false);
-    QCOMPARE(prefs.StoredBackwardCompatibleUpload(), true);
-    QCOMPARE(prefs.CommDevice(), QString());
-    QVERIFY(ui.errors.isEmpty());
-    QVERIFY(!QFile::exists(iniPath())); // reading writes nothing
-}
-
-void tst_cRegistrySettings::textForms()
-{
-    cRegistrySettings prefs;
-    prefs.setShowSplash(false);
-    prefs.setCommPort(3);
-    prefs.setGripEye(true);
-    const QString ini = QString::fromUtf8(readIni());
-    QVERIFY2(ini.contains(QStringLiteral("[Initialize]")), qPrintable(ini));
-    QVERIFY2(ini.contains(QStringLiteral("ShowSplash=False")), qPrintable(ini));
-    QVERIFY2(ini.contains(QStringLiteral("GripEye=True")), qPrintable(ini));
-    QVERIFY2(ini.contains(QStringLiteral("CommPort=3")), qPrintable(ini));
-}
-
-void tst_cRegistrySettings::roundTrip()
-{
-    {
-        cRegistrySettings prefs;
-        prefs.setCommPort(4);
-        prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
-        prefs.setCommInputMode(0);
-        prefs.setCommLogToFile(true);
-        prefs.setCommLogToConsole(true);
-        prefs.setLastKey(QStringLiteral("{8C5B1E2A-0000-4000-8000-0123456789AB}"));
-        prefs.setGripEye(true);
-        prefs.setShowSplash(false);
-        prefs.setShowConfirmComm(false);
-        prefs.setShowLogToFile(true);
-        prefs.setBackwardCompatibleUpload(false);
-        prefs.setCommDevice(QStringLiteral("sim:firmware=1.1.70"));
-    }
-    cRegistrySettings prefs;
-    QCOMPARE(prefs.CommPort(), 4);
-    QCOMPARE(prefs.CommSettings(), QStringLiteral("19200,E,7,2"));
-    QCOMPARE(prefs.CommInputMode(), 0);
-    QCOMPARE(prefs.CommLogToFile(), true);
-    QCOMPARE(prefs.CommLogToConsole(), true);
-    QCOMPARE(prefs.LastKey(), QStringLiteral("{8C5B1E2A-0000-4000-8000-0123456789AB}"));
-    QCOMPARE(prefs.GripEye(), true);
-    QCOMPARE(prefs.ShowSplash(), false);
-    QCOMPARE(prefs.ShowConfirmComm(), false);
-    QCOMPARE(prefs.ShowLogToFile(), true);
-    QCOMPARE(prefs.StoredBackwardCompatibleUpload(), false);
-    QCOMPARE(prefs.CommDevice(), QStringLiteral("sim:firmware=1.1.70"));
-}
-
-void tst_cRegistrySettings::oddButReadable_data()
-{
-    QTest::addColumn<QByteArray>("ini");
-    QTest::addColumn<bool>("showSplash");
-    QTest::addColumn<int>("commPort");
-    QTest::addColumn<QString>("commSettings");
-    QTest::newRow("numbers for booleans, blanks around a number")
-        << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << 2 << QStringLiteral("9600,N,8,1");
-    QTest::newRow("lower-case booleans") << QByteArray("[Initialize]\nShowSplash=true\n") << true << 1 << QStringLiteral("9600,N,8,1");
-    QTest::newRow("a fraction rounds half to even") << QByteArray("[Initialize]\nCommPort=2.5\n") << true << 2 << QStringLiteral("9600,N,8,1");
-    QTest::newRow("the largest 32-bit number") << QByteArray("[Initialize]\nCommPort=2147483647\n") << true << 2147483647
-                                               << QStringLiteral("9600,N,8,1");
-    QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << true << 1
-                                     << QStringLiteral("38400,O,8,2");
-    QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << true << 1
-                                      << QStringLiteral("9600,N,8,1");
-}
-
-void tst_cRegistrySettings::oddButReadable()
-{
-    QFETCH(QByteArray, ini);
-    QFETCH(bool, showSplash);
-    QFETCH(int, commPort);
-    QFETCH(QString, commSettings);
-    writeIni(ini);
-    cRegistrySettings prefs;
-    QVERIFY(ui.errors.isEmpty());
-    QVERIFY(prefs.Unreadable().isEmpty());
-    QCOMPARE(prefs.ShowSplash(), showSplash);
-    QCOMPARE(prefs.CommPort(), commPort);
-    QCOMPARE(prefs.CommSettings(), commSettings);
-}
-
-void tst_cRegistrySettings::unreadableValues_data()
-{
-    QTest::addColumn<QStringList>("bad");   // "Section/Key=text", stored instead of a readable text
-    QTest::addColumn<QStringList>("lines"); // the values of the report
-    const QString int32 = QStringLiteral("(not a number from -2147483648 to 2147483647)");
-    auto row = [](const char* name, const QString& bad, const QString& line) {
-        QTest::newRow(name) << QStringList{bad} << QStringList{line};
-    };
-    QTest::newRow("all readable: nothing to report") << QStringList{} << QStringList{};
-    row("ShowConfirmComm maybe", "Initialize/ShowConfirmComm=maybe", "[Initialize] ShowConfirmComm = \"maybe\" (not True or False)");
-    row("CommPort beyond 32 bits", "Initialize/CommPort=99999999999999999999",
-        "[Initialize] CommPort = \"99999999999999999999\" " + int32);
-    row("CommPort abc", "Initialize/CommPort=abc", "[Initialize] CommPort = \"abc\" (not a number)");
-    row("CommPort empty", "Initialize/CommPort=", "[Initialize] CommPort = \"\" (not a number)");
-    row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5",
-        "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
-    row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649",
-        "[Initialize] CommInputMode = \"-2147483649\" " + int32);
-    row("CommLogToFile yes", "Initialize/CommLogToFile=yes", "[Initialize] CommLogToFile = \"yes\" (not True or False)");
-    row("CommLogToConsole nan", "Initialize/CommLogToConsole=nan", "[Initialize] CommLogToConsole = \"nan\" (not True or False)");
-    row("ShowSplash empty", "Initialize/ShowSplash=", "[Initialize] ShowSplash = \"\" (not True or False)");
-    row("DBChanged a list", "Initialize/DBChanged=1,0", "[Initialize] DBChanged = \"1,0\" (not True or False)");
-    row("BackwardCompatibleUpload, the first key read", "Initialize/BackwardCompatibleUpload=perhaps",
-        "[Initialize] BackwardCompatibleUpload = \"perhaps\" (not True or False)");
-    row("placement Left abc", "fTolvaneMan/Left=abc", "[fTolvaneMan] Left = \"abc\" (not a number)");
-    row("placement WindowState beyond 16 bits", "fTolvaneMan/WindowState=99999",
-        "[fTolvaneMan] WindowState = \"99999\" (not a number from -32768 to 32767)");
-    row("placement Height beyond a single", "fTolvaneMan/Height=1e39",
-        "[fTolvaneMan] Height = \"1e39\" (not a number from -3.402823466e+38 to 3.402823466e+38)");
-    row("option switch maybe", "Options/EyeCheckOK=maybe", "[Options] EyeCheckOK = \"maybe\" (not True or False)");
-    row("option time no number", "Options/EyeCheckMaxTime=x", "[Options] EyeCheckMaxTime = \"x\" (not a number)");
-    row("option time beyond its range", "Options/DefaultLoadTime=127", "[Options] DefaultLoadTime = \"127\" (not a number from 1 to 126)");
-    row("ramping Shots below its range", "Hyper/Shots=0", "[Hyper] Shots = \"0\" (not a number from 1 to 255)");
-    row("ramping HyperTime no number", "Hyper/HyperTime=ten", "[Hyper] HyperTime = \"ten\" (not a number)");
-    row("ramping HyperMode beyond 32 bits", "Hyper/HyperMode=4294967296", "[Hyper] HyperMode = \"4294967296\" " + int32);
-    QTest::newRow("several, in every section: all reported, the others read")
-        << QStringList{"Hyper/Shots=many", "fTolvaneMan/Top=high", "Initialize/ShowSplash=maybe", "Options/EyeMounted=2x",
-                       "Initialize/CommPort=COM1"}
-        << QStringList{"[Initialize] ShowSplash = \"maybe\" (not True or False)", "[Initialize] CommPort = \"COM1\" (not a number)",
-                       "[Options] EyeMounted = \"2x\" (not True or False)", "[Hyper] Shots = \"many\" (not a number)",
-                       "[fTolvaneMan] Top = \"high\" (not a number)"};
-}
-
-void tst_cRegistrySettings::unreadableValues()
-{
-    QFETCH(QStringList, bad);
-    QFETCH(QStringList, lines);
-    QMap<QString, QString> replaced;
-    Values expected = readableValues();
-    for (const QString& entry : bad) {
-        const QString name = entry.section(QLatin1Char('='), 0, 0);
-        replaced.insert(name, entry.section(QLatin1Char('='), 1));
-        QVERIFY2(defaultValues().contains(name), qPrintable(name));
-        expected[name] = defaultValues().value(name); // the bad one stands at its default
-    }
-    const QByteArray file = fileWith(replaced);
-    writeIni(file);
-    cRegistrySettings prefs;
-
-    // Every other value is read as stored, and nothing is shown as an error.
-    const Values read = readValues(prefs);
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
-        QVERIFY2(read.value(it.key()) == it.value(),
-                 qPrintable(it.key() + ": " + read.value(it.key()).toString() + " instead of " + it.value().toString()));
-    QVERIFY(ui.errors.isEmpty());
-
-    // One report, naming the file, then each bad value with its section.
-    const QStringList report = mMain::UnreadablePreferencesReport(mMain::UnreadablePreferences(prefs));
-    if (lines.isEmpty()) {
-        QCOMPARE(report, QStringList{});
-    } else {
-        QCOMPARE(report.value(0), QStringLiteral("The preferences file %1 has values that cannot be read; their defaults are used:")
-                                      .arg(iniPath()));
-        QCOMPARE(report.mid(1), lines);
-    }
-    // Reading changes nothing in the file: the text stays until the preference is set.
-    QCOMPARE(readIni(), file);
-}
-
-void tst_cRegistrySettings::unreadableValueIsReplacedWhenSet()
-{
-    writeIni("[Initialize]\nCommPort=abc\n");
-    cRegistrySettings prefs;
-    QCOMPARE(prefs.CommPort(), 1);
-    prefs.setCommPort(5);
-    QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("CommPort=5")));
-    QVERIFY(cRegistrySettings().Unreadable().isEmpty());
-}
-
-void tst_cRegistrySettings::backwardCompatibleUploadAnswersFromTheGrip_data()
-{
-    QTest::addColumn<QString>("firmware"); // major, minor, revision low, revision high
-    QTest::addColumn<bool>("answer");
-    QTest::newRow("1.1.70 is older than 1.2.0") << "01014600" << true;
-    QTest::newRow("1.2.0 itself") << "01020000" << false;
-    QTest::newRow("4.0.5") << "04000500" << false;
-}
-
-void tst_cRegistrySettings::backwardCompatibleUploadAnswersFromTheGrip()
-{
-    QFETCH(QString, firmware);
-    QFETCH(bool, answer);
-    cRegistrySettings prefs;
-    prefs.setBackwardCompatibleUpload(!answer);
-    cGunInfo grip;
-    grip.Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
-    QCOMPARE(grip.BackwardCompatibleUpload(), answer);
-    QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !answer);
-}
-
-void tst_cRegistrySettings::dbNameChangeMarksDBChanged()
-{
-    cRegistrySettings prefs;
-    prefs.setDBName(prefs.DBName());
-    QCOMPARE(prefs.DBChanged(), false);
-    prefs.setDBName(QStringLiteral("/tmp/other.mdb"));
-    QCOMPARE(prefs.DBChanged(), true);
-    QCOMPARE(cRegistrySettings().DBChanged(), true);
-}
-
-void tst_cRegistrySettings::windowPlacement()
-{
-    cRegistrySettings prefs;
-    FakeWindow window;
-    window.x = 1500;
-    window.y = 900;
-    prefs.SaveWindowState(window, true, false);
-    FakeWindow reopened;
-    prefs.WindowState(reopened, true, false);
-    QCOMPARE(reopened.x, 1500.0f);
-    QCOMPARE(reopened.y, 900.0f);
-    QCOMPARE(reopened.w, 3000.0f); // size not asked for: untouched
-    QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("[fTolvaneMan]")));
-}
-
-void tst_cRegistrySettings::minimisedWindowKeepsStoredPosition()
-{
-    cRegistrySettings prefs;
-    FakeWindow window;
-    window.x = 1500;
-    prefs.SaveWindowState(window, true, true);
-    window.state = cPlacedWindow::StateMaximized;
-    window.x = 0;
-    prefs.SaveWindowState(window, true, true);
-    QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("Left=1500")));
-    FakeWindow reopened;
-    prefs.WindowState(reopened, true, true);
-    QCOMPARE(reopened.state, cPlacedWindow::StateMaximized);
-    QCOMPARE(reopened.x, 100.0f); // not moved while maximised
-}
 
 QTEST_GUILESS_MAIN(tst_cRegistrySettings)
 #include "tst_cRegistrySettings.moc"
