@@ -9,6 +9,12 @@
 
 #include <QtTest>
 
+namespace {
+void inner() { RaiseError(10213, QString(), mErrCodes::MSG_DL_TIMING); }
+void middle() { PassErrors(QStringLiteral("cSettings"), QStringLiteral("$Revision: 1 $"), QStringLiteral("Download"), [] { inner(); }); }
+void outer() { PassErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("InitDLTiming"), [] { middle(); }); }
+} // namespace
+
 class tst_errorsAndServices : public QObject {
     Q_OBJECT
 private slots:
@@ -21,132 +27,108 @@ private slots:
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
-    void gripErrorRecord_data();
-    void gripErrorRecord();
-    void passErrorsBuildsTheTrail();
-    void passErrorsNamesTheStep();
-    void foreignExceptionsBecomeErrors();
-    void showErrorsShowsAndResetsPointer();
-    void nestedWaitPointer();
-    void waitPointerWhileHidden();
-    void progressOnlyWhenVisible();
+    void gripErrorRecord_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("description");
+        QTest::newRow("none") << 0 << "";
+        QTest::newRow("checksum") << 1 << "Checksum error.";
+        QTest::newRow("other") << 2 << "Unknown errorcode.";
+    }
+    void gripErrorRecord()
+    {
+        QFETCH(int, code);
+        QFETCH(QString, description);
+        cError record;
+        record.setErrorCode(code);
+        QCOMPARE(record.Description(), description);
+        record.RecordNegativeAnswer(QByteArray::fromHex("5007A9")); // the error byte does not matter
+        QCOMPARE(record.ErrorCode(), 1);
+        QCOMPARE(record.AnswerByte(), quint8(0x07)); // but it is kept, to be shown
+        record.Clear();
+        QCOMPARE(record.ErrorCode(), 0);
+    }
+    void passErrorsBuildsTheTrail()
+    {
+        try {
+            outer();
+            QFAIL("no error");
+        } catch (const MarloError& e) {
+            QCOMPARE(e.Number(), 10213);
+            QCOMPARE(e.Trail().size(), 2);
+            QCOMPARE(e.Trail()[0].module, QStringLiteral("cSettings"));
+            QCOMPARE(e.Trail()[0].procedure, QStringLiteral("Download"));
+            QCOMPARE(e.Trail()[1].module, QStringLiteral("fTolvaneMan"));
+            QCOMPARE(e.origin(), QStringLiteral("cSettings.Download"));
+        }
+    }
+    void passErrorsNamesTheStep()
+    {
+        try {
+            PassErrors(QStringLiteral("mFirmware"), QStringLiteral("$Revision: 1 $"), QStringLiteral("LoadFile"), [](Procedure& proc) {
+                proc.setName(QStringLiteral("LoadFile - get filehandle"));
+                proc.setName(QStringLiteral("LoadFile - open file (x.tvf)"));
+                RaiseRuntimeError(mErrCodes::RT_FILE_NOT_FOUND);
+            });
+            QFAIL("no error");
+        } catch (const MarloError& e) {
+            QCOMPARE(e.Trail().first().procedure, QStringLiteral("LoadFile - open file (x.tvf)"));
+            QCOMPARE(e.Description(), QStringLiteral("File not found"));
+        }
+    }
+    void foreignExceptionsBecomeErrors()
+    {
+        const bool ok = ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] { throw std::runtime_error("boom"); });
+        QVERIFY(!ok);
+        QCOMPARE(ui.errors.size(), 1);
+        QCOMPARE(ui.errors.first().Description(), QStringLiteral("boom"));
+    }
+    void showErrorsShowsAndResetsPointer()
+    {
+        mMain::WaitMousePointer();
+        mMain::WaitMousePointer();
+        const bool ok = ShowErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("mnuDLTiming_Click"), [] { middle(); });
+        QVERIFY(!ok);
+        QCOMPARE(mMain::MousePointerDepth(), 0);
+        QCOMPARE(ui.busyPointer.last(), false);
+        QCOMPARE(ui.errors.size(), 1);
+        QCOMPARE(ui.errors.first().Trail().last().procedure, QStringLiteral("mnuDLTiming_Click"));
+        QVERIFY(ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] {}));
+        QCOMPARE(ui.errors.size(), 1);
+    }
+    void nestedWaitPointer()
+    {
+        mMain::WaitMousePointer();
+        mMain::WaitMousePointer();
+        mMain::RestoreMousePointer();
+        QCOMPARE(ui.busyPointer, (QList<bool>{true, true})); // the inner restore keeps the hourglass
+        mMain::RestoreMousePointer();
+        QCOMPARE(ui.busyPointer, (QList<bool>{true, true, false}));
+        QCOMPARE(mMain::MousePointerDepth(), 0);
+    }
+    void waitPointerWhileHidden()
+    {
+        ui.visible = false;
+        mMain::WaitMousePointer();
+        mMain::RestoreMousePointer();
+        QVERIFY(ui.busyPointer.isEmpty());
+        QCOMPARE(mMain::MousePointerDepth(), 0);
+    }
+    void progressOnlyWhenVisible()
+    {
+        ui.visible = false;
+        mMain::StartProgress(10);
+        QVERIFY(ui.progressMaxima.isEmpty());
+        ui.visible = true;
+        mMain::StartProgress(264);
+        QCOMPARE(ui.progressMaxima, QList<int>{264});
+        mMain::EndProgress();
+        QCOMPARE(ui.progressEnds, 1);
+    }
 
 private:
     ScriptedUi ui;
 };
-
-void tst_errorsAndServices::gripErrorRecord_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("description");
-    QTest::newRow("none") << 0 << "";
-    QTest::newRow("checksum") << 1 << "Checksum error.";
-    QTest::newRow("other") << 2 << "Unknown errorcode.";
-}
-
-void tst_errorsAndServices::gripErrorRecord()
-{
-    QFETCH(int, code);
-    QFETCH(QString, description);
-    cError record;
-    record.setErrorCode(code);
-    QCOMPARE(record.Description(), description);
-    record.RecordNegativeAnswer(QByteArray::fromHex("5007A9")); // the error byte does not matter
-    QCOMPARE(record.ErrorCode(), 1);
-    QCOMPARE(record.AnswerByte(), quint8(0x07)); // but it is kept, to be shown
-    record.Clear();
-    QCOMPARE(record.ErrorCode(), 0);
-}
-
-namespace {
-void inner() { RaiseError(10213, QString(), mErrCodes::MSG_DL_TIMING); }
-void middle() { PassErrors(QStringLiteral("cSettings"), QStringLiteral("$Revision: 1 $"), QStringLiteral("Download"), [] { inner(); }); }
-void outer() { PassErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("InitDLTiming"), [] { middle(); }); }
-} // namespace
-
-void tst_errorsAndServices::passErrorsBuildsTheTrail()
-{
-    try {
-        outer();
-        QFAIL("no error");
-    } catch (const MarloError& e) {
-        QCOMPARE(e.Number(), 10213);
-        QCOMPARE(e.Trail().size(), 2);
-        QCOMPARE(e.Trail()[0].module, QStringLiteral("cSettings"));
-        QCOMPARE(e.Trail()[0].procedure, QStringLiteral("Download"));
-        QCOMPARE(e.Trail()[1].module, QStringLiteral("fTolvaneMan"));
-        QCOMPARE(e.origin(), QStringLiteral("cSettings.Download"));
-    }
-}
-
-void tst_errorsAndServices::passErrorsNamesTheStep()
-{
-    try {
-        PassErrors(QStringLiteral("mFirmware"), QStringLiteral("$Revision: 1 $"), QStringLiteral("LoadFile"), [](Procedure& proc) {
-            proc.setName(QStringLiteral("LoadFile - get filehandle"));
-            proc.setName(QStringLiteral("LoadFile - open file (x.tvf)"));
-            RaiseRuntimeError(mErrCodes::RT_FILE_NOT_FOUND);
-        });
-        QFAIL("no error");
-    } catch (const MarloError& e) {
-        QCOMPARE(e.Trail().first().procedure, QStringLiteral("LoadFile - open file (x.tvf)"));
-        QCOMPARE(e.Description(), QStringLiteral("File not found"));
-    }
-}
-
-void tst_errorsAndServices::foreignExceptionsBecomeErrors()
-{
-    const bool ok = ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] { throw std::runtime_error("boom"); });
-    QVERIFY(!ok);
-    QCOMPARE(ui.errors.size(), 1);
-    QCOMPARE(ui.errors.first().Description(), QStringLiteral("boom"));
-}
-
-void tst_errorsAndServices::showErrorsShowsAndResetsPointer()
-{
-    mMain::WaitMousePointer();
-    mMain::WaitMousePointer();
-    const bool ok = ShowErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("mnuDLTiming_Click"), [] { middle(); });
-    QVERIFY(!ok);
-    QCOMPARE(mMain::MousePointerDepth(), 0);
-    QCOMPARE(ui.busyPointer.last(), false);
-    QCOMPARE(ui.errors.size(), 1);
-    QCOMPARE(ui.errors.first().Trail().last().procedure, QStringLiteral("mnuDLTiming_Click"));
-    QVERIFY(ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] {}));
-    QCOMPARE(ui.errors.size(), 1);
-}
-
-void tst_errorsAndServices::nestedWaitPointer()
-{
-    mMain::WaitMousePointer();
-    mMain::WaitMousePointer();
-    mMain::RestoreMousePointer();
-    QCOMPARE(ui.busyPointer, (QList<bool>{true, true})); // the inner restore keeps the hourglass
-    mMain::RestoreMousePointer();
-    QCOMPARE(ui.busyPointer, (QList<bool>{true, true, false}));
-    QCOMPARE(mMain::MousePointerDepth(), 0);
-}
-
-void tst_errorsAndServices::waitPointerWhileHidden()
-{
-    ui.visible = false;
-    mMain::WaitMousePointer();
-    mMain::RestoreMousePointer();
-    QVERIFY(ui.busyPointer.isEmpty());
-    QCOMPARE(mMain::MousePointerDepth(), 0);
-}
-
-void tst_errorsAndServices::progressOnlyWhenVisible()
-{
-    ui.visible = false;
-    mMain::StartProgress(10);
-    QVERIFY(ui.progressMaxima.isEmpty());
-    ui.visible = true;
-    mMain::StartProgress(264);
-    QCOMPARE(ui.progressMaxima, QList<int>{264});
-    mMain::EndProgress();
-    QCOMPARE(ui.progressEnds, 1);
-}
 
 QTEST_GUILESS_MAIN(tst_errorsAndServices)
 #include "tst_errorsAndServices.moc"
