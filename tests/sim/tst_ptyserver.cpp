@@ -37,75 +37,70 @@ qint64 processCpuNs()
 
 } // namespace
 
-class TestPtyServer : public QObject
-{
+class TestPtyServer : public QObject {
     Q_OBJECT
 
 private slots:
-    void exchangesWithThePause();
-    void idleServerSleepsAndStopsAtOnce();
-};
-
-// Paced at 9600 baud, through the symbolic link, keeping its state in a file.
-void TestPtyServer::exchangesWithThePause()
-{
-    QTemporaryDir dir;
-    const QString link = dir.filePath(QStringLiteral("grip"));
-    const QString stateFile = dir.filePath(QStringLiteral("grip.json"));
+    // Paced at 9600 baud, through the symbolic link, keeping its state in a file.
+    void exchangesWithThePause()
     {
-        PtyServer server(simtest::options(QStringLiteral("pace=1,link=%1,state=%2").arg(link, stateFile)));
-        QString error;
-        QVERIFY2(server.start(&error), qPrintable(error));
-        QCOMPARE(QFileInfo(link).symLinkTarget(), server.devicePath());
-        QCOMPARE(simtest::exchange(link, bytes("2914C802F9"), 100, 2), bytes("42BE"));
-        QCOMPARE(simtest::exchange(link, bytes("13ED"), 100, 28),
-                 bytes("4353494D303030303030310400000001010100010201000101010075"));
+        QTemporaryDir dir;
+        const QString link = dir.filePath(QStringLiteral("grip"));
+        const QString stateFile = dir.filePath(QStringLiteral("grip.json"));
+        {
+            PtyServer server(simtest::options(QStringLiteral("pace=1,link=%1,state=%2").arg(link, stateFile)));
+            QString error;
+            QVERIFY2(server.start(&error), qPrintable(error));
+            QCOMPARE(QFileInfo(link).symLinkTarget(), server.devicePath());
+            QCOMPARE(simtest::exchange(link, bytes("2914C802F9"), 100, 2), bytes("42BE"));
+            QCOMPARE(simtest::exchange(link, bytes("13ED"), 100, 28),
+                     bytes("4353494D303030303030310400000001010100010201000101010075"));
 
-        // Each byte is stamped when the server thread reads it, so scheduling on a
-        // busy machine can shift either stamp: the bounds are loose.
-        const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server.grip().traffic());
-        QCOMPARE(pauses.size(), 2);
-        for (const qint64 pause : pauses)
-            QVERIFY2(pause > 60 * kNsPerMs && pause < 400 * kNsPerMs, qPrintable(QString::number(pause)));
-        QTRY_COMPARE(eventsOf(server, TrafficEvent::Kind::Report).size(), 2);
-        // Paced: 28 bytes of 1.04 ms each, counted from the command's arrival.
-        const qint64 took = eventsOf(server, TrafficEvent::Kind::Report).last().lastNs
-                          - eventsOf(server, TrafficEvent::Kind::Command).last().lastNs;
-        QVERIFY2(took >= 29 * kNsPerMs, qPrintable(QString::number(took)));
-        // Saved while still serving.
-        gripsim::GripState saved;
-        QTRY_VERIFY(gripsim::StateFile(stateFile).load(saved, nullptr) && saved.ramping.shots == 20);
+            // Each byte is stamped when the server thread reads it, so scheduling on a
+            // busy machine can shift either stamp: the bounds are loose.
+            const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server.grip().traffic());
+            QCOMPARE(pauses.size(), 2);
+            for (const qint64 pause : pauses)
+                QVERIFY2(pause > 60 * kNsPerMs && pause < 400 * kNsPerMs, qPrintable(QString::number(pause)));
+            QTRY_COMPARE(eventsOf(server, TrafficEvent::Kind::Report).size(), 2);
+            // Paced: 28 bytes of 1.04 ms each, counted from the command's arrival.
+            const qint64 took = eventsOf(server, TrafficEvent::Kind::Report).last().lastNs
+                              - eventsOf(server, TrafficEvent::Kind::Command).last().lastNs;
+            QVERIFY2(took >= 29 * kNsPerMs, qPrintable(QString::number(took)));
+            // Saved while still serving.
+            gripsim::GripState saved;
+            QTRY_VERIFY(gripsim::StateFile(stateFile).load(saved, nullptr) && saved.ramping.shots == 20);
+        }
+        QVERIFY(!QFileInfo(link).isSymLink());
     }
-    QVERIFY(!QFileInfo(link).isSymLink());
-}
+    // Idle, with an incomplete frame waiting to be dropped and with an answer
+    // waiting for its delay: the server sleeps, and stops at once.
+    void idleServerSleepsAndStopsAtOnce()
+    {
+        PtyServer server(simtest::options(QStringLiteral("fault=delay5000@14")));
+        QVERIFY(server.start());
+        const QString device = server.devicePath();
+        const qint64 cpuBefore = processCpuNs();
+        QThread::msleep(100);
+        QCOMPARE(simtest::exchange(device, bytes("240A"), 0, 0), QByteArray());
+        QThread::msleep(1100);
+        const qint64 cpuUsed = processCpuNs() - cpuBefore;
+        QVERIFY2(cpuUsed < 100 * kNsPerMs, qPrintable(QStringLiteral("%1 ms of CPU while idle").arg(cpuUsed / kNsPerMs)));
+        QCOMPARE(simtest::exchange(device, bytes("11EF"), 0, 3), bytes("4100BF"));
+        const auto dropped = eventsOf(server, TrafficEvent::Kind::Dropped);
+        QCOMPARE(dropped.size(), 1);
+        QCOMPARE(dropped.first().bytes, bytes("240A"));
 
-// Idle, with an incomplete frame waiting to be dropped and with an answer
-// waiting for its delay: the server sleeps, and stops at once.
-void TestPtyServer::idleServerSleepsAndStopsAtOnce()
-{
-    PtyServer server(simtest::options(QStringLiteral("fault=delay5000@14")));
-    QVERIFY(server.start());
-    const QString device = server.devicePath();
-    const qint64 cpuBefore = processCpuNs();
-    QThread::msleep(100);
-    QCOMPARE(simtest::exchange(device, bytes("240A"), 0, 0), QByteArray());
-    QThread::msleep(1100);
-    const qint64 cpuUsed = processCpuNs() - cpuBefore;
-    QVERIFY2(cpuUsed < 100 * kNsPerMs, qPrintable(QStringLiteral("%1 ms of CPU while idle").arg(cpuUsed / kNsPerMs)));
-    QCOMPARE(simtest::exchange(device, bytes("11EF"), 0, 3), bytes("4100BF"));
-    const auto dropped = eventsOf(server, TrafficEvent::Kind::Dropped);
-    QCOMPARE(dropped.size(), 1);
-    QCOMPARE(dropped.first().bytes, bytes("240A"));
-
-    QCOMPARE(simtest::exchange(device, bytes("14EC"), 0, 0), QByteArray());
-    QThread::msleep(50);
-    const qint64 start = gripsim::monotonicNs();
-    server.stop();
-    QVERIFY(gripsim::monotonicNs() - start < 500 * kNsPerMs);
-    QVERIFY(!server.isRunning());
-    QVERIFY(server.devicePath().isEmpty());
-    QCOMPARE(eventsOf(server, TrafficEvent::Kind::Report).size(), 1);
-}
+        QCOMPARE(simtest::exchange(device, bytes("14EC"), 0, 0), QByteArray());
+        QThread::msleep(50);
+        const qint64 start = gripsim::monotonicNs();
+        server.stop();
+        QVERIFY(gripsim::monotonicNs() - start < 500 * kNsPerMs);
+        QVERIFY(!server.isRunning());
+        QVERIFY(server.devicePath().isEmpty());
+        QCOMPARE(eventsOf(server, TrafficEvent::Kind::Report).size(), 1);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestPtyServer)
 #include "tst_ptyserver.moc"
