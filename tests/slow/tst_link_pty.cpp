@@ -17,17 +17,116 @@
 
 #include <QtTest>
 
+namespace {
+const QByteArray kBootModeQuery("\x11");
+using Outcome = cLink::Outcome;
+} // namespace
+
 class tst_link_pty : public QObject {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
-    void exchangeWithThePause();
-    void programControl();
-    void answersInPiecesAreAssembled();
-    void faultsGiveEmptyOrUnexpectedReports_data();
-    void faultsGiveEmptyOrUnexpectedReports();
-    void missingDevice();
+
+    void init()
+    {
+        server = std::make_unique<gripsim::PtyServer>();
+        QString error;
+        QVERIFY2(server->start(&error), qPrintable(error));
+        port = std::make_unique<cSerialPort>();
+        link = std::make_unique<cLink>(port.get(), settings);
+        session = std::make_unique<cGripSession>(*link);
+        mMain::SetUserInterface(&ui);
+        prefs.overrideCommDevice(server->devicePath());
+    }
+    void cleanup()
+    {
+        session.reset();
+        link.reset();
+        port.reset();
+        server.reset();
+        mMain::SetUserInterface(nullptr);
+    }
+    void exchangeWithThePause()
+    {
+        const QByteArray report = link->CommHexData(kBootModeQuery, true);
+        QCOMPARE(report, QByteArray::fromHex("4100BF"));
+        QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
+        QVERIFY(!port->PortOpen());
+        const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server->grip().traffic());
+        QCOMPARE(pauses.size(), 1);
+        // The grip stamps bytes when its thread reads them, so a loaded machine can shorten the
+        // recorded pause by a few milliseconds; without the pause it would be well under 1 ms.
+        QVERIFY2(pauses.first() >= 90'000'000, qPrintable(QString::number(pauses.first())));
+    }
+    void programControl()
+    {
+        QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, true));
+        QVERIFY(mCommSupportHex::GRIPStopProgram(*session, true));
+        QVERIFY(mCommSupportHex::GRIPIsBootmode(*session, true));
+        QVERIFY(mCommSupportHex::GRIPStartProgram(*session, true));
+        QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
+        // Each request with the refresh flag fetched the gun information first.
+        QList<quint8> codes;
+        for (const gripsim::TrafficEvent& event : server->grip().traffic())
+            if (event.kind == gripsim::TrafficEvent::Kind::Command)
+                codes.append(static_cast<quint8>(event.bytes.at(0)));
+        QCOMPARE(codes, (QList<quint8>{0x13, 0x11, 0x13, 0x81, 0x13, 0x11, 0x13, 0x83, 0x11}));
+        QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
+    }
+    void answersInPiecesAreAssembled()
+    {
+        QString error;
+        server->grip().addFault(*gripsim::FaultRule::parse(QStringLiteral("pieces@13*1"), &error));
+        session->GunInfo().Download(*link, session->GripError());
+        QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
+        QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
+    }
+    void faultsGiveEmptyOrUnexpectedReports_data()
+    {
+        // How a spoiled answer to the boot-mode query ends: the link returns what came, the request
+        // decides by the report's first byte.
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<int>("outcome"); // -1: not looked at
+        QTest::addColumn<QString>("ending");
+        QTest::newRow("silent") << "silent@11*1" << int(Outcome::Timeout) << "error";
+        QTest::newRow("negative answer") << "nak@11*1" << -1 << "refused";
+        QTest::newRow("short: the code alone still answers") << "short@11*1" << int(Outcome::WrongLength) << "answered";
+        QTest::newRow("bad checksum: returned all the same") << "badsum@11*1" << int(Outcome::BadChecksum) << "answered";
+        QTest::newRow("long: the extra bytes stay behind") << "long@11*1" << int(Outcome::WrongLength) << "answered";
+        QTest::newRow("garbage") << "garbage@11*1" << -1 << "error";
+    }
+    void faultsGiveEmptyOrUnexpectedReports()
+    {
+        QFETCH(QString, fault);
+        QFETCH(int, outcome);
+        QFETCH(QString, ending);
+        QString error;
+        server->grip().addFault(*gripsim::FaultRule::parse(fault, &error));
+        QString ended;
+        try {
+            mCommSupportHex::GRIPIsBootmode(*session, false);
+            ended = session->GripError().ErrorCode() == 1 ? QStringLiteral("refused") : QStringLiteral("answered");
+        } catch (const MarloError& e) {
+            // The request's own error (10008), or the link's when the report's code is unknown.
+            QVERIFY2(e.Number() == mErrCodes::ERR_PROGRAM_CONTROL || e.Number() == mErrCodes::RT_INVALID_CALL,
+                     qPrintable(e.Description()));
+            ended = QStringLiteral("error");
+        }
+        QCOMPARE(ended, ending);
+        if (outcome >= 0)
+            QCOMPARE(int(link->LastOutcome()), outcome);
+        QVERIFY(!port->PortOpen());
+        QVERIFY(!link->CommBusy());
+        // The link is usable again at once.
+        QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
+        QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
+    }
+    void missingDevice()
+    {
+        prefs.overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
+        QCOMPARE(link->CommHexData(kBootModeQuery, true), QByteArray());
+        QCOMPARE(int(link->LastOutcome()), int(Outcome::PortFailed));
+        QVERIFY2(link->LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(link->LastOpenError()));
+    }
 
 private:
     ScriptedUi ui;
@@ -38,120 +137,6 @@ private:
     std::unique_ptr<cLink> link;
     std::unique_ptr<cGripSession> session;
 };
-
-namespace {
-const QByteArray kBootModeQuery("\x11");
-using Outcome = cLink::Outcome;
-} // namespace
-
-void tst_link_pty::init()
-{
-    server = std::make_unique<gripsim::PtyServer>();
-    QString error;
-    QVERIFY2(server->start(&error), qPrintable(error));
-    port = std::make_unique<cSerialPort>();
-    link = std::make_unique<cLink>(port.get(), settings);
-    session = std::make_unique<cGripSession>(*link);
-    mMain::SetUserInterface(&ui);
-    prefs.overrideCommDevice(server->devicePath());
-}
-
-void tst_link_pty::cleanup()
-{
-    session.reset();
-    link.reset();
-    port.reset();
-    server.reset();
-    mMain::SetUserInterface(nullptr);
-}
-
-void tst_link_pty::exchangeWithThePause()
-{
-    const QByteArray report = link->CommHexData(kBootModeQuery, true);
-    QCOMPARE(report, QByteArray::fromHex("4100BF"));
-    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
-    QVERIFY(!port->PortOpen());
-    const QList<qint64> pauses = gripsim::pausesAfterCodeNs(server->grip().traffic());
-    QCOMPARE(pauses.size(), 1);
-    // The grip stamps bytes when its thread reads them, so a loaded machine can shorten the
-    // recorded pause by a few milliseconds; without the pause it would be well under 1 ms.
-    QVERIFY2(pauses.first() >= 90'000'000, qPrintable(QString::number(pauses.first())));
-}
-
-void tst_link_pty::programControl()
-{
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, true));
-    QVERIFY(mCommSupportHex::GRIPStopProgram(*session, true));
-    QVERIFY(mCommSupportHex::GRIPIsBootmode(*session, true));
-    QVERIFY(mCommSupportHex::GRIPStartProgram(*session, true));
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
-    // Each request with the refresh flag fetched the gun information first.
-    QList<quint8> codes;
-    for (const gripsim::TrafficEvent& event : server->grip().traffic())
-        if (event.kind == gripsim::TrafficEvent::Kind::Command)
-            codes.append(static_cast<quint8>(event.bytes.at(0)));
-    QCOMPARE(codes, (QList<quint8>{0x13, 0x11, 0x13, 0x81, 0x13, 0x11, 0x13, 0x83, 0x11}));
-    QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
-}
-
-void tst_link_pty::answersInPiecesAreAssembled()
-{
-    QString error;
-    server->grip().addFault(*gripsim::FaultRule::parse(QStringLiteral("pieces@13*1"), &error));
-    session->GunInfo().Download(*link, session->GripError());
-    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
-    QCOMPARE(session->GunInfo().Serial(), QStringLiteral("SIM0000001"));
-}
-
-void tst_link_pty::faultsGiveEmptyOrUnexpectedReports_data()
-{
-    // How a spoiled answer to the boot-mode query ends: the link returns what came, the request
-    // decides by the report's first byte.
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<int>("outcome"); // -1: not looked at
-    QTest::addColumn<QString>("ending");
-    QTest::newRow("silent") << "silent@11*1" << int(Outcome::Timeout) << "error";
-    QTest::newRow("negative answer") << "nak@11*1" << -1 << "refused";
-    QTest::newRow("short: the code alone still answers") << "short@11*1" << int(Outcome::WrongLength) << "answered";
-    QTest::newRow("bad checksum: returned all the same") << "badsum@11*1" << int(Outcome::BadChecksum) << "answered";
-    QTest::newRow("long: the extra bytes stay behind") << "long@11*1" << int(Outcome::WrongLength) << "answered";
-    QTest::newRow("garbage") << "garbage@11*1" << -1 << "error";
-}
-
-void tst_link_pty::faultsGiveEmptyOrUnexpectedReports()
-{
-    QFETCH(QString, fault);
-    QFETCH(int, outcome);
-    QFETCH(QString, ending);
-    QString error;
-    server->grip().addFault(*gripsim::FaultRule::parse(fault, &error));
-    QString ended;
-    try {
-        mCommSupportHex::GRIPIsBootmode(*session, false);
-        ended = session->GripError().ErrorCode() == 1 ? QStringLiteral("refused") : QStringLiteral("answered");
-    } catch (const MarloError& e) {
-        // The request's own error (10008), or the link's when the report's code is unknown.
-        QVERIFY2(e.Number() == mErrCodes::ERR_PROGRAM_CONTROL || e.Number() == mErrCodes::RT_INVALID_CALL,
-                 qPrintable(e.Description()));
-        ended = QStringLiteral("error");
-    }
-    QCOMPARE(ended, ending);
-    if (outcome >= 0)
-        QCOMPARE(int(link->LastOutcome()), outcome);
-    QVERIFY(!port->PortOpen());
-    QVERIFY(!link->CommBusy());
-    // The link is usable again at once.
-    QVERIFY(!mCommSupportHex::GRIPIsBootmode(*session, false));
-    QCOMPARE(int(link->LastOutcome()), int(Outcome::Ok));
-}
-
-void tst_link_pty::missingDevice()
-{
-    prefs.overrideCommDevice(QStringLiteral("/dev/marlo-no-such-port"));
-    QCOMPARE(link->CommHexData(kBootModeQuery, true), QByteArray());
-    QCOMPARE(int(link->LastOutcome()), int(Outcome::PortFailed));
-    QVERIFY2(link->LastOpenError().contains(QStringLiteral("does not exist")), qPrintable(link->LastOpenError()));
-}
 
 QTEST_GUILESS_MAIN(tst_link_pty)
 #include "tst_link_pty.moc"
