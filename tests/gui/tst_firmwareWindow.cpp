@@ -25,15 +25,6 @@ const QStringList kHeld{"cmdTools(0)", "cmdTools(1)", "cmdReset(0)", "cmdReset(1
                         "mnuULFirmware", "mnuULAll", "cmdTools(2)", "cmdTools(4)", "mnuLibTemplates", "mnuProperties",
                         "mnuOptions", "mnuAbout", "mnuExit"};
 
-bool enabled(QObject* window, const QString& name)
-{
-    QObject* command = window->findChild<QObject*>(name);
-    if (auto* action = qobject_cast<QAction*>(command))
-        return action->isEnabled();
-    auto* widget = qobject_cast<QWidget*>(command);
-    return widget && widget->isEnabled();
-}
-
 QMap<QString, bool> commandStates(QObject* window)
 {
     QMap<QString, bool> states;

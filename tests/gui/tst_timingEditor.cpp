@@ -31,11 +31,6 @@ QStringList items(QComboBox* list)
     return texts;
 }
 
-bool enabled(fTolvaneMan& w, const char* name)
-{
-    return control<QWidget>(&w, QLatin1String(name))->isEnabled();
-}
-
 // The firmware the grip reports, the setting's modes, and what the lists offer and select.
 struct Modes {
     QString firmware;
@@ -111,7 +106,7 @@ private slots:
         QCOMPARE(text(&w, QStringLiteral("txtTimingST")), QStringLiteral("5"));
         QCOMPARE(w.ActiveSetting()->lShotTime(), 5);
         QCOMPARE(control<QSlider>(&w, QStringLiteral("sldST"))->value(), 5);
-        QVERIFY(enabled(w, "cmdTools(0)"));
+        QVERIFY(enabled(&w, QStringLiteral("cmdTools(0)")));
     }
     void textThatIsNoNumberIsReportedOnce()
     {
@@ -197,14 +192,14 @@ private slots:
         type(&w, QStringLiteral("txtTimingCTC"), QStringLiteral("28"));
         control<QCheckBox>(&w, QStringLiteral("chkCopyCTO"))->setChecked(true);
         QCOMPARE(text(&w, QStringLiteral("txtTimingCTC")), QStringLiteral("30"));
-        QVERIFY(!enabled(w, "txtTimingCTC"));
+        QVERIFY(!enabled(&w, QStringLiteral("txtTimingCTC")));
         // Typing in Cycle Time Open copies the setting's stored open time into Cycle Time Close.
         type(&w, QStringLiteral("txtTimingCTO"), QStringLiteral("45"));
         QCOMPARE(text(&w, QStringLiteral("txtTimingCTC")), QStringLiteral("45"));
         QCOMPARE(w.ActiveSetting()->lCycleTimeClose(), 45);
         QCOMPARE(control<QSlider>(&w, QStringLiteral("sldCTC"))->value(), 45);
         control<QCheckBox>(&w, QStringLiteral("chkCopyCTO"))->setChecked(false);
-        QVERIFY(enabled(w, "txtTimingCTC"));
+        QVERIFY(enabled(&w, QStringLiteral("txtTimingCTC")));
     }
     void optionSwitchesEnableTheirTimes_data()
     {

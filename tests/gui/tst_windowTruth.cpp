@@ -26,18 +26,11 @@ const char* const kHeld[] = {
     "mnuDefaultSettings", "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
 };
 
-bool commandEnabled(QObject* window, const QString& name)
-{
-    if (auto* action = window->findChild<QAction*>(name))
-        return action->isEnabled();
-    return control<QWidget>(window, name)->isEnabled();
-}
-
 QStringList enabledCommands(QObject* window)
 {
     QStringList names;
     for (const char* name : kHeld)
-        if (commandEnabled(window, QLatin1String(name)))
+        if (enabled(window, QLatin1String(name)))
             names << QLatin1String(name);
     return names;
 }
@@ -95,7 +88,7 @@ private slots:
         QFETCH(QString, command);
         WindowHarness h;
         fTolvaneMan& w = openTemplate(h);
-        QVERIFY(commandEnabled(&w, command));
+        QVERIFY(enabled(&w, command));
         // At every frame the grip receives, the window is asked what a user could start.
         int frames = 0;
         QStringList enabledDuring;
@@ -317,7 +310,7 @@ private slots:
         QCOMPARE(h.takeCodes(), QList<int>{}); // nothing reached the grip
         QVERIFY(h.ui.script.messages.isEmpty());
         QVERIFY(!w.GripCommandRunning());
-        QVERIFY(commandEnabled(&w, command));
+        QVERIFY(enabled(&w, command));
     }
 
     void aGarbledReportGivesTheRecordsErrorAndTheHelpForDamagedData()

@@ -17,6 +17,14 @@ void run(QObject* window, const QString& name)
         control<QAbstractButton>(window, name)->click();
 }
 
+bool enabled(QObject* window, const QString& name)
+{
+    if (auto* action = window->findChild<QAction*>(name))
+        return action->isEnabled();
+    const QWidget* widget = control<QWidget>(window, name);
+    return widget && widget->isEnabled();
+}
+
 QString text(QObject* window, const QString& name)
 {
     return control<QLineEdit>(window, name)->text();

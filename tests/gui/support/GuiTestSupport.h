@@ -40,6 +40,8 @@ T* control(QObject* window, const QString& name)
 
 // Runs the command of that name as the user does: triggers the menu item or clicks the button.
 void run(QObject* window, const QString& name);
+// Whether the command or control of that name (a menu item or a widget) can be used.
+bool enabled(QObject* window, const QString& name);
 // The text of the text box of that name.
 QString text(QObject* window, const QString& name);
 // Replaces what a text box holds by typing (an empty text erases it).
