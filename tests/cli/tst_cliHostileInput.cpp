@@ -13,6 +13,7 @@
 #include <QtTest>
 
 using LibraryTest::fileBytes;
+using LibraryTest::runSql;
 using LibraryTest::writeFile;
 
 namespace {
@@ -32,21 +33,6 @@ qint64 rows(const QString& path, const QString& table)
     }
     QSqlDatabase::removeDatabase(QStringLiteral("look"));
     return count;
-}
-
-// Runs statements separated by "|" on the file.
-bool runSql(const QString& path, const QString& sql)
-{
-    bool ok = false;
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
-        db.setDatabaseName(path);
-        ok = db.open();
-        for (const QString& one : sql.split(QLatin1Char('|')))
-            ok = ok && QSqlQuery(db).exec(one);
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("make"));
-    return ok;
 }
 
 } // namespace
@@ -209,7 +195,7 @@ private slots:
     {
         const QString path = m_dir.filePath(QStringLiteral("accounts.db"));
         QFile::remove(path);
-        QVERIFY(runSql(path, "PRAGMA journal_mode=WAL|CREATE TABLE accounts (id, owner)|INSERT INTO accounts VALUES (1, 'me')"));
+        QVERIFY(runSql(path, {"PRAGMA journal_mode=WAL", "CREATE TABLE accounts (id, owner)", "INSERT INTO accounts VALUES (1, 'me')"}));
         const QByteArray before = fileBytes(path);
         const Run run = cli({"--db", path, "library", "import", "<nothing.json>"});
         QCOMPARE(run.status, 1);
@@ -246,7 +232,7 @@ private slots:
         writeFile(m_dir.filePath(QStringLiteral("import.json")), document);
         QCOMPARE(cli({"library", "import", "<seed.json>"}).status, 0);
         if (!trigger.isEmpty())
-            QVERIFY(runSql(library(), trigger));
+            QVERIFY(runSql(library(), trigger.split(QLatin1Char('|'))));
         const Run run = cli({"library", "import", "<import.json>"});
         QCOMPARE(run.status, status);
         QVERIFY2((status ? run.err : run.out).contains(said), qPrintable(run.out + run.err));
@@ -269,8 +255,9 @@ private slots:
             "{\"ID\": \"{00000000-0000-4000-8000-000000000002}\", \"sName\": \"broken\"},"
             "{\"sName\": \"plain\\u001b[31m\"}]");
         QCOMPARE(cli({"library", "import", "<seed.json>"}).status, 0);
-        QVERIFY(runSql(library(), "UPDATE ta_SetsTemplate SET lDwellTime = 2147483647, lCycleTimeOpen = 2147483647, lLoadTime = 2147483647, "
-                                  "lCycleTimeClose = 2147483647 WHERE sName = 'extreme'|UPDATE ta_SetsTemplate SET sName = NULL WHERE sName = 'broken'"));
+        QVERIFY(runSql(library(), {"UPDATE ta_SetsTemplate SET lDwellTime = 2147483647, lCycleTimeOpen = 2147483647, lLoadTime = 2147483647, "
+                                   "lCycleTimeClose = 2147483647 WHERE sName = 'extreme'",
+                                   "UPDATE ta_SetsTemplate SET sName = NULL WHERE sName = 'broken'"}));
         const Run run = cli({"library", "list"});
         QCOMPARE(run.status, 1);
         QVERIFY2(run.out.contains(QLatin1String("extreme")) && run.out.contains(QLatin1String("2147483647")) &&

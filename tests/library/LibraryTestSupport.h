@@ -29,6 +29,21 @@ inline QString templateRow(const QString& id, const QString& parent = QString())
                           "'2003-04-05', 1, 0, 1, 0, 17, 18)").arg(id, parent);
 }
 
+// Runs statements on the file through a connection of its own; false from the first that fails.
+inline bool runSql(const QString& path, const QStringList& statements)
+{
+    bool ok = false;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
+        db.setDatabaseName(path);
+        ok = db.open();
+        for (const QString& one : statements)
+            ok = ok && QSqlQuery(db).exec(one);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("make"));
+    return ok;
+}
+
 // Every stored field: the whole numbers in the insert's order (shot, dwell, open, load, close,
 // game time, firing mode, alert one, alert two), then CTC like CTO, expert mode and the alerts.
 inline void fill(cSetsTemplate& r, const QList<qint32>& l, const QString& name, const QDateTime& date, const QList<bool>& b)

@@ -64,19 +64,6 @@ struct Start {
     QString opened;          // the file the connection opens then
 };
 
-// Runs a statement on the file through a connection of its own.
-void runSql(const QString& path, const QString& statement)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        for (const QString& one : statement.split(QLatin1Char(';')))
-            QVERIFY2(QSqlQuery(db).exec(one), qPrintable(one));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("make"));
-}
-
 } // namespace
 
 class tst_libraryCheckForDB : public QObject {
@@ -113,7 +100,7 @@ private slots:
         QByteArray presentBytes;
         if (!present.isEmpty()) {
             QVERIFY(QFile::copy(builtTemplate(), s.path(present)));
-            runSql(s.path(present), LibraryTest::templateRow(QStringLiteral("{P}")));
+            QVERIFY(LibraryTest::runSql(s.path(present), {LibraryTest::templateRow(QStringLiteral("{P}"))}));
             presentBytes = fileBytes(s.path(present));
         }
         if (withTemplate)
@@ -194,7 +181,7 @@ private slots:
         else
             LibraryTest::writeFile(path, content);
         if (!sql.isEmpty())
-            runSql(path, sql);
+            QVERIFY2(LibraryTest::runSql(path, sql.split(QLatin1Char(';'))), qPrintable(sql));
         if (kind == QLatin1String("read-only"))
             QFile::setPermissions(path, QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther);
         const QByteArray before = fileBytes(path);

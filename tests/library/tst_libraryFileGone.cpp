@@ -81,19 +81,6 @@ QStringList rowsInFile(const QString& path, bool ownedOnly = false)
     return rows;
 }
 
-// Runs statements on a file through a connection of its own.
-void runSql(const QString& path, const QStringList& statements)
-{
-    {
-        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("make"));
-        db.setDatabaseName(path);
-        QVERIFY(db.open());
-        for (const QString& one : statements)
-            QVERIFY2(QSqlQuery(db).exec(one), qPrintable(one));
-    }
-    QSqlDatabase::removeDatabase(QStringLiteral("make"));
-}
-
 // A library of five saved templates with user variables, reopened as at a new start; then, not yet
 // saved: a new template, a changed one, a changed variable, a deleted template and a deleted
 // variable. The template a library is made anew from lies in the program's folder.
@@ -188,7 +175,7 @@ private slots:
             const QString other = f.dir.filePath(QStringLiteral("other.mdb"));
             QVERIFY(QFile::copy(builtTemplate(), other));
             QFile::setPermissions(other, QFile::permissions(other) | QFileDevice::WriteOwner);
-            runSql(other, {templateRow(QStringLiteral("{OTHER}"))});
+            QVERIFY(runSql(other, {templateRow(QStringLiteral("{OTHER}"))}));
             stranger = fileBytes(other);
             QVERIFY(QFile::remove(f.path));
             QVERIFY(QFile::rename(other, f.path));
@@ -355,9 +342,9 @@ private slots:
                 writeFile(f.path, QByteArray("INSERT INTO ta_SetsTemplate SELECT nothing;\n").repeated(50));
             } else if (damage == QLatin1String("no tables")) {
                 QVERIFY(QFile::remove(f.path));
-                runSql(f.path, {QStringLiteral("CREATE TABLE notes (x TEXT)")});
+                QVERIFY(runSql(f.path, {QStringLiteral("CREATE TABLE notes (x TEXT)")}));
             } else if (damage == QLatin1String("pages")) {
-                runSql(f.path, {templateRow(QStringLiteral("{A}"))});
+                QVERIFY(runSql(f.path, {templateRow(QStringLiteral("{A}"))}));
                 QByteArray bytes = fileBytes(f.path);
                 QVERIFY(bytes.size() > 1000);
                 for (qsizetype i = 100; i < bytes.size(); ++i)
