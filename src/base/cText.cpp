@@ -19,15 +19,6 @@ QStringList cText::Translated(const char* context, const QStringList& sources)
     return lines;
 }
 
-QString cText::Counted(const char* context, const char* plural, const char* singular, int n)
-{
-    const QString count = QString::number(n);
-    const QString translated = QCoreApplication::translate(context, plural, nullptr, n);
-    if (translated != QString::fromUtf8(plural).replace(QLatin1String("%n"), count))
-        return translated;
-    return QString::fromUtf8(n == 1 ? singular : plural).replace(QLatin1String("%n"), count);
-}
-
 QString cText::render(bool translated) const
 {
     const QString pattern = translated ? Translated(m_context, m_source) : m_source;

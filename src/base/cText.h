@@ -30,10 +30,6 @@ public:
     // A text of the program translated at once (a text that is only ever shown).
     static QString Translated(const char* context, const QString& source);
     static QStringList Translated(const char* context, const QStringList& sources);
-    // A text that counts, only ever shown: the plural source (marked with QT_TRANSLATE_N_NOOP) is
-    // translated with the plural forms of the user's language for n; English, which has no
-    // translation, says the singular source for one and the plural source otherwise.
-    static QString Counted(const char* context, const char* plural, const char* singular, int n);
 
 private:
     QString render(bool translated) const;

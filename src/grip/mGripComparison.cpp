@@ -1,6 +1,6 @@
 #include "grip/mGripComparison.h"
 
-#include "base/cText.h"
+#include "base/mCountedText.h"
 #include "base/mErrorReport.h"
 #include "grip/cGripSession.h"
 
@@ -110,7 +110,7 @@ QString Summary(const tComparison& comparison)
     const int differences = static_cast<int>(comparison.Differences());
     if (differences == 0)
         return QCoreApplication::translate("mGripComparison", "The grip holds these settings");
-    return cText::Counted("mGripComparison", QT_TRANSLATE_N_NOOP("mGripComparison", "%n values differ"), "%n value differs",
+    return mCountedText::Counted("mGripComparison", QT_TRANSLATE_N_NOOP("mGripComparison", "%n values differ"), "%n value differs",
                           differences);
 }
 

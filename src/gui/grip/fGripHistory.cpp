@@ -1,6 +1,6 @@
 #include "gui/grip/fGripHistory.h"
 
-#include "base/cText.h"
+#include "base/mCountedText.h"
 #include "base/mErrorReport.h"
 #include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
@@ -273,10 +273,10 @@ void fGripHistory::ListEntries()
         SetStatus(tr("No entries yet: every get and put of the timing, game timer, options or ramping adds one."));
     } else {
         const int count = static_cast<int>(m_entries.size());
-        SetStatus(thisGrip ? cText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of grip %1, newest first."),
+        SetStatus(thisGrip ? mCountedText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of grip %1, newest first."),
                                             "%n entry of grip %1, newest first.", count)
                                  .arg(serial)
-                           : cText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of all grips, newest first."),
+                           : mCountedText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of all grips, newest first."),
                                             "%n entry of all grips, newest first.", count));
     }
 }
