@@ -7,6 +7,7 @@
 #include "grip/mRecordFields.h"
 #include "gui/common/PlacedWidget.h"
 #include "gui/common/mGUISupport.h"
+#include "gui/common/mLabels.h"
 #include "base/cRegistrySettings.h"
 #include "base/mServices.h"
 
@@ -128,8 +129,7 @@ void fGripHistory::createControls()
     lvwValues->setUniformRowHeights(true);
     lvwValues->setEditTriggers(QAbstractItemView::NoEditTriggers);
 
-    lblStatus = MakeLabel(this, QStringLiteral("lblStatus"), QString());
-    lblStatus->setAccessibleName(tr("Status"));
+    lblStatus = mLabels::ValueLabel(this, QStringLiteral("lblStatus"), tr("Status"));
     lblStatus->setWordWrap(true);
     lblStatus->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
@@ -233,6 +233,7 @@ void fGripHistory::ListEntries()
     cGripHistory* history = m_session.History();
     if (!history) {
         m_entries.clear();
+        lvwHistory->setEnabled(false);
         ShowValues(nullptr);
         SetStatus(tr("No grip history is kept here."));
         return;
@@ -254,6 +255,8 @@ void fGripHistory::ListEntries()
         rows << row;
     }
     lvwHistory->addTopLevelItems(rows);
+    // An empty list takes no focus: nothing in it could show where the focus is.
+    lvwHistory->setEnabled(!rows.isEmpty());
     lvwHistory->setSortingEnabled(true);
     lvwHistory->sortByColumn(ColTime, Qt::DescendingOrder);
     for (int c = ColTime; c < ColSummary; ++c)
@@ -293,6 +296,7 @@ const cGripHistory::tEntry* fGripHistory::SelectedEntry() const
 void fGripHistory::ShowValues(const cGripHistory::tEntry* entry)
 {
     lvwValues->clear();
+    lvwValues->setEnabled(entry != nullptr);
     cmdUse->setEnabled(entry && (!recordOf(*entry, GripRecord::Timing).isEmpty() || !recordOf(*entry, GripRecord::GameTimer).isEmpty()));
     if (!entry)
         return;
