@@ -111,7 +111,7 @@ QString Summary(const tComparison& comparison)
     if (differences == 0)
         return QCoreApplication::translate("mGripComparison", "The grip holds these settings");
     return mCountedText::Counted("mGripComparison", QT_TRANSLATE_N_NOOP("mGripComparison", "%n values differ"), "%n value differs",
-                          differences);
+                                 differences);
 }
 
 } // namespace mGripComparison
