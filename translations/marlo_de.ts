@@ -8,10 +8,6 @@
         <translation>%1: Der Ordner %2 existiert nicht</translation>
     </message>
     <message>
-        <source>usage: marlo-cli firmware read FILE | firmware write FILE</source>
-        <translation>Aufruf: marlo-cli firmware read DATEI | firmware write DATEI</translation>
-    </message>
-    <message>
         <source>nothing was done</source>
         <translation>es wurde nichts getan</translation>
     </message>
@@ -196,18 +192,6 @@
         <translation>die seriellen Schnittstellen und was jeder im Weg steht</translation>
     </message>
     <message>
-        <source>Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused.
-DEVICE is a serial device such as /dev/ttyUSB0, or &apos;sim&apos; / &apos;sim:KEY=VALUE,...&apos; for the
-built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,
-baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).
-</source>
-        <translation>Rückgabewert: 0 erledigt, 1 Fehler, 2 falscher Aufruf, 3 der Griff hat abgelehnt.
-DEVICE ist ein serielles Gerät wie /dev/ttyUSB0, oder „sim“ / „sim:SCHLÜSSEL=WERT,...“ für den
-eingebauten virtuellen Griff (Schlüssel: firmware, boot, protocol, hardware, serial, bootmode, pace,
-baud, latency, battery, state=DATEI, fault=ART@CODE[*N], failblock=ADRESSE*N).
-</translation>
-    </message>
-    <message>
         <source>Run &apos;marlo-cli --help&apos; for the commands and their options.</source>
         <translation>„marlo-cli --help“ zeigt die Befehle und ihre Optionen.</translation>
     </message>
@@ -246,6 +230,75 @@ baud, latency, battery, state=DATEI, fault=ART@CODE[*N], failblock=ADRESSE*N).
     <message>
         <source>the library file is empty (give the path of a library file)</source>
         <translation>die Bibliotheksdatei ist leer (den Pfad einer Bibliotheksdatei angeben)</translation>
+    </message>
+    <message>
+        <source>usage: marlo-cli firmware read FILE | firmware write [--backup] FILE</source>
+        <translation>Aufruf: marlo-cli firmware read DATEI | firmware write [--backup] DATEI</translation>
+    </message>
+    <message>
+        <source>--backup: first save the grip&apos;s program in the Backups folder</source>
+        <translation>--backup: zuerst das Programm des Griffs im Ordner Backups sichern</translation>
+    </message>
+    <message>
+        <source>compare library template ID with the grip</source>
+        <translation>Bibliotheksvorlage ID mit dem Griff vergleichen</translation>
+    </message>
+    <message>
+        <source>the settings each grip held after every get and put</source>
+        <translation>die Einstellungen jedes Griffs nach jedem Auslesen und Übertragen</translation>
+    </message>
+    <message>
+        <source>Exit status: 0 done, 1 error, 2 wrong usage, 3 the grip refused, 4 the grip differs (diff).
+DEVICE is a serial device such as /dev/ttyUSB0, or &apos;sim&apos; / &apos;sim:KEY=VALUE,...&apos; for the
+built-in virtual grip (keys: firmware, boot, protocol, hardware, serial, bootmode, pace,
+baud, latency, battery, state=FILE, fault=KIND@CODE[*N], failblock=ADDR*N).
+</source>
+        <translation>Rückgabewert: 0 erledigt, 1 Fehler, 2 falscher Aufruf, 3 der Griff hat abgelehnt, 4 der Griff weicht ab (diff).
+DEVICE ist ein serielles Gerät wie /dev/ttyUSB0, oder „sim“ / „sim:SCHLÜSSEL=WERT,...“ für den
+eingebauten virtuellen Griff (Schlüssel: firmware, boot, protocol, hardware, serial, bootmode, pace,
+baud, latency, battery, state=DATEI, fault=ART@CODE[*N], failblock=ADRESSE*N).
+</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Grip</source>
+        <translation>Griff</translation>
+    </message>
+    <message>
+        <source>Template</source>
+        <translation>Vorlage</translation>
+    </message>
+    <message>
+        <source>diff needs the ID (or number in library list) of one template</source>
+        <translation>diff braucht die ID (oder Nummer in library list) einer Vorlage</translation>
+    </message>
+    <message>
+        <source>Backup: %1</source>
+        <translation>Sicherung: %1</translation>
+    </message>
+    <message>
+        <source>--serial needs the grip&apos;s serial number</source>
+        <translation>--serial braucht die Seriennummer des Griffs</translation>
+    </message>
+    <message>
+        <source>history takes only --serial S, not &apos;%1&apos;</source>
+        <translation>history nimmt nur --serial S, nicht „%1“</translation>
+    </message>
+    <message>
+        <source>%1  serial %2  firmware %3</source>
+        <extracomment>The time of an entry, the grip&apos;s serial number and its firmware version.</extracomment>
+        <translation>%1  Seriennummer %2  Firmware %3</translation>
+    </message>
+    <message>
+        <source>the grip history is empty</source>
+        <translation>der Griffverlauf ist leer</translation>
+    </message>
+    <message>
+        <source>the grip history holds nothing of %1</source>
+        <translation>der Griffverlauf enthält nichts von %1</translation>
     </message>
 </context>
 <context>
@@ -616,6 +669,322 @@ Die ganze Bibliothek wurde daneben nach „%2“ geschrieben; das ist von nun an
     </message>
 </context>
 <context>
+    <name>fCompareGrip</name>
+    <message>
+        <source>Timing</source>
+        <translation>Zeitwerte</translation>
+    </message>
+    <message>
+        <source>Game timer</source>
+        <translation>Spieltimer</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Ramping</source>
+        <translation>Ramping</translation>
+    </message>
+    <message>
+        <source>Shot (ms)</source>
+        <translation>Schuss (ms)</translation>
+    </message>
+    <message>
+        <source>Dwell (ms)</source>
+        <translation>Dwell (ms)</translation>
+    </message>
+    <message>
+        <source>Open (ms)</source>
+        <translation>Öffnen (ms)</translation>
+    </message>
+    <message>
+        <source>Load (ms)</source>
+        <translation>Laden (ms)</translation>
+    </message>
+    <message>
+        <source>Close (ms)</source>
+        <translation>Schließen (ms)</translation>
+    </message>
+    <message>
+        <source>Firing mode</source>
+        <translation>Feuermodus</translation>
+    </message>
+    <message>
+        <source>Game time (minutes)</source>
+        <translation>Spielzeit (Minuten)</translation>
+    </message>
+    <message>
+        <source>First alert</source>
+        <translation>Erstes Signal</translation>
+    </message>
+    <message>
+        <source>First alert time (s)</source>
+        <translation>Zeit des ersten Signals (s)</translation>
+    </message>
+    <message>
+        <source>Second alert</source>
+        <translation>Zweites Signal</translation>
+    </message>
+    <message>
+        <source>Second alert time (s)</source>
+        <translation>Zeit des zweiten Signals (s)</translation>
+    </message>
+    <message>
+        <source>A.C.E. mounted</source>
+        <translation>A.C.E. montiert</translation>
+    </message>
+    <message>
+        <source>Trigger filter</source>
+        <translation>Abzugsfilter</translation>
+    </message>
+    <message>
+        <source>Eye check max</source>
+        <translation>Eye-Prüfung max.</translation>
+    </message>
+    <message>
+        <source>Use A.C.E.</source>
+        <translation>A.C.E. verwenden</translation>
+    </message>
+    <message>
+        <source>Eye check max time (ms)</source>
+        <translation>Eye-Prüfung max. Zeit (ms)</translation>
+    </message>
+    <message>
+        <source>Max ROF in ms</source>
+        <translation>Max. Feuerrate in ms</translation>
+    </message>
+    <message>
+        <source>Use feeder</source>
+        <translation>Loader verwenden</translation>
+    </message>
+    <message>
+        <source>Use LED</source>
+        <translation>LED verwenden</translation>
+    </message>
+    <message>
+        <source>Eye OK max</source>
+        <translation>Eye OK max.</translation>
+    </message>
+    <message>
+        <source>Eye OK max time (ms)</source>
+        <translation>Eye OK max. Zeit (ms)</translation>
+    </message>
+    <message>
+        <source>Training mode</source>
+        <translation>Trainingsmodus</translation>
+    </message>
+    <message>
+        <source>Shots before ramping</source>
+        <translation>Schüsse vor dem Ramping</translation>
+    </message>
+    <message>
+        <source>ROF in ms before ramping</source>
+        <translation>Feuerrate in ms vor dem Ramping</translation>
+    </message>
+    <message>
+        <source>Ramping mode</source>
+        <translation>Ramping-Modus</translation>
+    </message>
+    <message>
+        <source>On</source>
+        <translation>Ein</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Compare with grip</source>
+        <translation>Mit Griff vergleichen</translation>
+    </message>
+    <message>
+        <source>Values on the grip and as Put sends them</source>
+        <translation>Werte auf dem Griff und wie Übertragen sie sendet</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>Datensatz</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>On the grip</source>
+        <translation>Auf dem Griff</translation>
+    </message>
+    <message>
+        <source>Put sends</source>
+        <translation>Übertragen sendet</translation>
+    </message>
+    <message>
+        <source>Differs</source>
+        <translation>Abweichung</translation>
+    </message>
+    <message>
+        <source>Not compared (the grip&apos;s firmware does not have them): %1.</source>
+        <translation>Nicht verglichen (die Firmware des Griffs kennt sie nicht): %1.</translation>
+    </message>
+    <message>
+        <source>differs</source>
+        <translation>weicht ab</translation>
+    </message>
+</context>
+<context>
+    <name>fGripHistory</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Serial number</source>
+        <translation>Seriennummer</translation>
+    </message>
+    <message>
+        <source>Firmware</source>
+        <translation>Firmware</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Timing</source>
+        <translation>Zeitwerte</translation>
+    </message>
+    <message>
+        <source>Game timer</source>
+        <translation>Spieltimer</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Ramping</source>
+        <translation>Ramping</translation>
+    </message>
+    <message>
+        <source>Grip history</source>
+        <translation>Griffverlauf</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Zeigen:</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Zeigen</translation>
+    </message>
+    <message>
+        <source>The entries of the grip last read, or of every grip</source>
+        <translation>Die Einträge des zuletzt ausgelesenen Griffs oder aller Griffe</translation>
+    </message>
+    <message>
+        <source>Grip history entries</source>
+        <translation>Einträge des Griffverlaufs</translation>
+    </message>
+    <message>
+        <source>Newest first. Enter makes a new template of the selected entry.</source>
+        <translation>Neueste zuerst. Die Eingabetaste macht aus dem gewählten Eintrag eine neue Vorlage.</translation>
+    </message>
+    <message>
+        <source>Values of the selected entry</source>
+        <translation>Werte des gewählten Eintrags</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Einstellung</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>&amp;Use</source>
+        <translation>&amp;Verwenden</translation>
+    </message>
+    <message>
+        <source>Make a new template in the active setting from the selected entry&apos;s timing and game timer (Enter)</source>
+        <translation>Aus den Zeitwerten und dem Spieltimer des gewählten Eintrags eine neue Vorlage in der aktiven Einstellung machen (Eingabe)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
+    <message>
+        <source>Close the grip history</source>
+        <translation>Den Griffverlauf schließen</translation>
+    </message>
+    <message>
+        <source>This grip (none read yet)</source>
+        <translation>Dieser Griff (noch keiner ausgelesen)</translation>
+    </message>
+    <message>
+        <source>This grip (%1)</source>
+        <translation>Dieser Griff (%1)</translation>
+    </message>
+    <message>
+        <source>All grips</source>
+        <translation>Alle Griffe</translation>
+    </message>
+    <message>
+        <source>Reading the grip history...</source>
+        <translation>Der Griffverlauf wird gelesen...</translation>
+    </message>
+    <message>
+        <source>No grip history is kept here.</source>
+        <translation>Hier wird kein Griffverlauf geführt.</translation>
+    </message>
+    <message>
+        <source>No entries yet: every get and put of the timing, game timer, options or ramping adds one.</source>
+        <translation>Noch keine Einträge: Jedes Auslesen und Übertragen der Zeitwerte, des Spieltimers, der Optionen oder des Rampings fügt einen hinzu.</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>ST/DT/CTO/LT/CTC %1 ms</source>
+        <translation>ST/DT/CTO/LT/CTC %1 ms</translation>
+    </message>
+    <message>
+        <source>game %1 min</source>
+        <translation>Spiel %1 min</translation>
+    </message>
+    <message>
+        <source>options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>ramping</source>
+        <translation>Ramping</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries of grip %1, newest first.</source>
+        <translation>
+            <numerusform>%n Eintrag von Griff %1, neueste zuerst.</numerusform>
+            <numerusform>%n Einträge von Griff %1, neueste zuerst.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries of all grips, newest first.</source>
+        <translation>
+            <numerusform>%n Eintrag aller Griffe, neueste zuerst.</numerusform>
+            <numerusform>%n Einträge aller Griffe, neueste zuerst.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>fLibSets</name>
     <message>
         <source>#</source>
@@ -891,6 +1260,14 @@ Die ganze Bibliothek wurde daneben nach „%2“ geschrieben; das ist von nun an
     <message>
         <source>Space</source>
         <translation>Space</translation>
+    </message>
+    <message>
+        <source>Back up the grip&apos;s firmware before writing new firmware</source>
+        <translation>Firmware des Griffs vor dem Schreiben neuer Firmware sichern</translation>
+    </message>
+    <message>
+        <source>A write first reads the grip&apos;s program into a file in %1; writing that file back restores the grip.</source>
+        <translation>Beim Schreiben wird zuerst das Programm des Griffs in eine Datei in %1 gelesen; wird diese Datei zurückgeschrieben, ist der Griff wiederhergestellt.</translation>
     </message>
 </context>
 <context>
@@ -1427,6 +1804,30 @@ Möchten Sie vor dem Beenden speichern?</translation>
         <source>%1 (double-click: gun build info)</source>
         <translation>%1 (Doppelklick: Markierer-Bauinfo)</translation>
     </message>
+    <message>
+        <source>Co&amp;mpare with grip...</source>
+        <translation>&amp;Mit Griff vergleichen...</translation>
+    </message>
+    <message>
+        <source>Grip &amp;history...</source>
+        <translation>&amp;Griffverlauf...</translation>
+    </message>
+    <message>
+        <source>Show the settings on the grip beside those Put would send; nothing is written.</source>
+        <translation>Die Einstellungen auf dem Griff neben denen zeigen, die Übertragen senden würde; nichts wird geschrieben.</translation>
+    </message>
+    <message>
+        <source>List the settings each grip held after every get and put, and make a template of one</source>
+        <translation>Die Einstellungen jedes Griffs nach jedem Auslesen und Übertragen auflisten und aus einer eine Vorlage machen</translation>
+    </message>
+    <message>
+        <source>Reading the grip to compare...</source>
+        <translation>Der Griff wird zum Vergleichen ausgelesen...</translation>
+    </message>
+    <message>
+        <source>Firmware backed up to %1</source>
+        <translation>Firmware gesichert in %1</translation>
+    </message>
 </context>
 <context>
     <name>fUserVariable</name>
@@ -1899,6 +2300,38 @@ Versuchen Sie es erneut...</translation>
     </message>
 </context>
 <context>
+    <name>mFirmwareBackup</name>
+    <message>
+        <source>The grip&apos;s firmware could not be backed up, so nothing was written to the grip.</source>
+        <translation>Die Firmware des Griffs konnte nicht gesichert werden; deshalb wurde nichts auf den Griff geschrieben.</translation>
+    </message>
+    <message>
+        <source>a file of that name is in the way</source>
+        <translation>eine Datei dieses Namens steht im Weg</translation>
+    </message>
+    <message>
+        <source>the folder cannot be made</source>
+        <translation>der Ordner kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>The grip&apos;s program could not be started again; the next command to the grip starts it.</source>
+        <translation>Das Programm des Griffs konnte nicht wieder gestartet werden; der nächste Befehl an den Griff startet es.</translation>
+    </message>
+    <message>
+        <source>%1: the backup folder %2 cannot take the backup: %3</source>
+        <extracomment>A run-time error&apos;s message, the folder, then why it cannot take the backup.</extracomment>
+        <translation>%1: Der Sicherungsordner %2 kann die Sicherung nicht aufnehmen: %3</translation>
+    </message>
+    <message>
+        <source>Make the folder writable, or write the firmware without a backup.</source>
+        <translation>Machen Sie den Ordner beschreibbar, oder schreiben Sie die Firmware ohne Sicherung.</translation>
+    </message>
+    <message>
+        <source>The grip&apos;s firmware as it was before this write is backed up in %1.</source>
+        <translation>Die Firmware des Griffs, wie sie vor diesem Schreiben war, ist in %1 gesichert.</translation>
+    </message>
+</context>
+<context>
     <name>mFirmwareWorkflows</name>
     <message>
         <source>Loading firmwarefile to be uploaded</source>
@@ -1963,6 +2396,31 @@ Besteht das Problem weiter, wenden Sie sich bitte an den Support von Tolvane Pro
     <message>
         <source>Save firmware file</source>
         <translation>Firmware-Datei speichern</translation>
+    </message>
+    <message>
+        <source>Backing up the grip&apos;s firmware...</source>
+        <translation>Die Firmware des Griffs wird gesichert...</translation>
+    </message>
+</context>
+<context>
+    <name>mGripCommands</name>
+    <message>
+        <source>Grip history</source>
+        <translation>Griffverlauf</translation>
+    </message>
+</context>
+<context>
+    <name>mGripComparison</name>
+    <message>
+        <source>The grip holds these settings</source>
+        <translation>Der Griff enthält diese Einstellungen</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n values differ</source>
+        <translation>
+            <numerusform>%n Wert weicht ab</numerusform>
+            <numerusform>%n Werte weichen ab</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -2211,24 +2669,20 @@ Besteht das Problem weiter, wenden Sie sich bitte an den Support von Tolvane Pro
         <translation>%1 V</translation>
     </message>
     <message>
-        <source>low</source>
-        <translation>niedrig</translation>
-    </message>
-    <message>
-        <source>middle</source>
-        <translation>mittel</translation>
-    </message>
-    <message>
-        <source>high</source>
-        <translation>hoch</translation>
-    </message>
-    <message>
-        <source>%1, %2</source>
-        <translation>%1, %2</translation>
-    </message>
-    <message>
         <source>No voltage read</source>
         <translation>Keine Spannung gelesen</translation>
+    </message>
+    <message>
+        <source>low charge</source>
+        <translation>niedrige Ladung</translation>
+    </message>
+    <message>
+        <source>middle charge</source>
+        <translation>mittlere Ladung</translation>
+    </message>
+    <message>
+        <source>high charge</source>
+        <translation>hohe Ladung</translation>
     </message>
 </context>
 <context>

@@ -30,7 +30,7 @@ void printJson(CliContext& ctx, const mGripComparison::tComparison& comparison)
 // The differing values as a table (field, grip, template), then the summary.
 void printText(CliContext& ctx, const mGripComparison::tComparison& comparison)
 {
-    QList<QStringList> rows{{QStringLiteral("Field"), QStringLiteral("Grip"), QStringLiteral("Template")}};
+    QList<QStringList> rows{{CliTexts::tr("Field"), CliTexts::tr("Grip"), CliTexts::tr("Template")}};
     for (const mGripComparison::tValue& value : comparison.values)
         if (value.Differs())
             rows.append({value.name, valueText(value.grip), valueText(value.put)});
@@ -51,7 +51,7 @@ void printText(CliContext& ctx, const mGripComparison::tComparison& comparison)
 int RunDiffCommand(CliContext& ctx)
 {
     if (ctx.words.size() != 1)
-        throw CliUsageError(QStringLiteral("diff needs the ID (or number in library list) of one template"));
+        throw CliUsageError(CliTexts::tr("diff needs the ID (or number in library list) of one template"));
     // The library first: a template that does not exist stops the command before the grip is asked.
     const std::shared_ptr<cSetsTemplate> setting = FindLibraryTemplate(ctx, ctx.words.first());
     if (!setting)

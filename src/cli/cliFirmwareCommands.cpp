@@ -61,7 +61,7 @@ int RunFirmwareCommand(CliContext& ctx)
             options.backupFolder = mFirmwareBackup::DefaultFolder();
         // Said as soon as the backup is saved: a write that fails after it leaves the path on the terminal.
         options.backedUp = [&ctx](const QString& path) {
-            *ctx.out << "Backup: " << CliText(QDir::toNativeSeparators(path)) << '\n';
+            *ctx.out << CliTexts::tr("Backup: %1").arg(CliText(QDir::toNativeSeparators(path))) << '\n';
             ctx.out->flush();
         };
         result = mFirmwareWorkflows::UploadFirmware(*ctx.session, file, kWrite, options);

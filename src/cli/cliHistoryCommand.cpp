@@ -22,8 +22,8 @@ QString serialArgument(const QStringList& words)
     if (first == QLatin1String("--serial") && words.size() == 2)
         return words.at(1);
     if (first == QLatin1String("--serial") && words.size() == 1)
-        throw CliUsageError(QStringLiteral("--serial needs the grip's serial number"));
-    throw CliUsageError(QStringLiteral("history takes only --serial S, not '%1'").arg(CliText(words.join(QLatin1Char(' ')))));
+        throw CliUsageError(CliTexts::tr("--serial needs the grip's serial number"));
+    throw CliUsageError(CliTexts::tr("history takes only --serial S, not '%1'").arg(CliText(words.join(QLatin1Char(' ')))));
 }
 
 // One record of an entry on one line, its fields in the order get shows them.
@@ -42,8 +42,10 @@ QString recordLine(mGripCommands::GripRecord record, const QJsonObject& values)
 
 void printEntry(CliContext& ctx, const cGripHistory::tEntry& entry)
 {
-    *ctx.out << entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")) << "  serial " << CliText(entry.serial)
-             << "  firmware " << CliText(entry.firmware) << '\n';
+    //: The time of an entry, the grip's serial number and its firmware version.
+    *ctx.out << CliTexts::tr("%1  serial %2  firmware %3")
+                    .arg(entry.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), CliText(entry.serial), CliText(entry.firmware))
+             << '\n';
     for (const mRecordFields::tTable& table : mRecordFields::Tables()) {
         const QString name = mGripCommands::RecordName(table.record);
         if (entry.values.contains(name))
@@ -60,7 +62,7 @@ int RunHistoryCommand(CliContext& ctx)
     const QList<cGripHistory::tEntry> entries = history ? history->Entries(serial) : QList<cGripHistory::tEntry>();
     // A damaged file was set aside: said as a get or put says it, and the rest is listed.
     if (const QString problem = history ? history->TakeProblem() : QString(); !problem.isEmpty())
-        mMain::UI().showMessage(problem, mGripCommands::kHistoryTitle, MsgIcon::Exclamation);
+        mMain::UI().showMessage(problem, mGripCommands::HistoryTitle(), MsgIcon::Exclamation);
     if (ctx.json) {
         QJsonArray array;
         for (const cGripHistory::tEntry& entry : entries)
@@ -70,8 +72,9 @@ int RunHistoryCommand(CliContext& ctx)
         for (const cGripHistory::tEntry& entry : entries)
             printEntry(ctx, entry);
         if (entries.isEmpty())
-            *ctx.err << (serial.isEmpty() ? QStringLiteral("the grip history is empty\n")
-                                          : QStringLiteral("the grip history holds nothing of %1\n").arg(CliText(serial)));
+            *ctx.err << (serial.isEmpty() ? CliTexts::tr("the grip history is empty")
+                                          : CliTexts::tr("the grip history holds nothing of %1").arg(CliText(serial)))
+                     << '\n';
     }
     ctx.out->flush();
     ctx.err->flush();

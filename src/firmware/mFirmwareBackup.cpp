@@ -1,5 +1,6 @@
 #include "firmware/mFirmwareBackup.h"
 
+#include "base/cText.h"
 #include "base/mErrCodes.h"
 #include "base/mErrorReport.h"
 #include "base/mServices.h"
@@ -9,6 +10,7 @@
 #include "grip/cGunInfo.h"
 #include "grip/mCommSupportHex.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
@@ -17,7 +19,17 @@
 namespace mFirmwareBackup {
 namespace {
 
-const QString kNotWrittenHint = QStringLiteral("The grip's firmware could not be backed up, so nothing was written to the grip.");
+const char* const kContext = "mFirmwareBackup";
+
+// The hints are only ever shown: translated where they are made.
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(mFirmwareBackup)
+};
+
+QString notWrittenHint()
+{
+    return Texts::tr("The grip's firmware could not be backed up, so nothing was written to the grip.");
+}
 
 // A serial number or version as part of a file name: letters, digits, "." and "-" stay.
 QString namePart(const QString& text)
@@ -50,15 +62,15 @@ QString newFilePath(const QString& folder, const QString& name)
 }
 
 // Why nothing can be saved in the folder; empty when a file can be.
-QString folderProblem(const QString& folder)
+cText folderProblem(const QString& folder)
 {
     const QFileInfo info(folder);
     if (info.exists() && !info.isDir())
-        return QStringLiteral("a file of that name is in the way");
+        return cText(kContext, QT_TRANSLATE_NOOP("mFirmwareBackup", "a file of that name is in the way"));
     if (!QDir().mkpath(folder))
-        return QStringLiteral("the folder cannot be made");
+        return cText(kContext, QT_TRANSLATE_NOOP("mFirmwareBackup", "the folder cannot be made"));
     QTemporaryFile probe(QDir(folder).filePath(QStringLiteral(".backup-XXXXXX")));
-    return probe.open() ? QString() : probe.errorString();
+    return probe.open() ? cText() : cText(probe.errorString());
 }
 
 // After a failed backup the grip gets its program back. Should that fail too, the backup's error
@@ -68,7 +80,7 @@ void startProgramAgain(cGripSession& session, MarloError& failure)
     try {
         mCommSupportHex::GRIPStartProgram(session);
     } catch (...) {
-        failure.addHint(QStringLiteral("The grip's program could not be started again; the next command to the grip starts it."));
+        failure.addHint(Texts::tr("The grip's program could not be started again; the next command to the grip starts it."));
     }
 }
 
@@ -82,14 +94,15 @@ QString DefaultFolder()
 void PrepareFolder(const QString& folder)
 {
     PassErrors(kModule, kRevision, QStringLiteral("PrepareFolder"), [&] {
-        const QString problem = folderProblem(folder);
+        const cText problem = folderProblem(folder);
         if (problem.isEmpty())
             return;
+        //: A run-time error's message, the folder, then why it cannot take the backup.
         MarloError error(mErrCodes::RT_FILE_ACCESS, QString(),
-                         mErrCodes::RuntimeErrorText(mErrCodes::RT_FILE_ACCESS) + QStringLiteral(": the backup folder ") +
-                             QDir::toNativeSeparators(folder) + QStringLiteral(" cannot take the backup: ") + problem);
-        error.addHint(kNotWrittenHint);
-        error.addHint(QStringLiteral("Make the folder writable, or write the firmware without a backup."));
+                         cText(kContext, QT_TRANSLATE_NOOP("mFirmwareBackup", "%1: the backup folder %2 cannot take the backup: %3"),
+                               {mErrCodes::RuntimeError(mErrCodes::RT_FILE_ACCESS), QDir::toNativeSeparators(folder), problem}));
+        error.addHint(notWrittenHint());
+        error.addHint(Texts::tr("Make the folder writable, or write the firmware without a backup."));
         throw error;
     });
 }
@@ -107,7 +120,7 @@ QString BackUp(cGripSession& session, const QString& folder)
             return path;
         });
     } catch (MarloError& failure) {
-        failure.addHint(kNotWrittenHint);
+        failure.addHint(notWrittenHint());
         startProgramAgain(session, failure);
         throw;
     }
@@ -115,8 +128,7 @@ QString BackUp(cGripSession& session, const QString& folder)
 
 QString BackedUpHint(const QString& path)
 {
-    return QStringLiteral("The grip's firmware as it was before this write is backed up in ") + QDir::toNativeSeparators(path) +
-           QLatin1Char('.');
+    return Texts::tr("The grip's firmware as it was before this write is backed up in %1.").arg(QDir::toNativeSeparators(path));
 }
 
 } // namespace mFirmwareBackup

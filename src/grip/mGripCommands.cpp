@@ -8,6 +8,7 @@
 #include "grip/mCommSupportHex.h"
 #include "grip/mRecordFields.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <functional>
 #include <optional>
@@ -148,6 +149,11 @@ bool CanPut(GripRecord record)
     return record != GripRecord::Counters && record != GripRecord::Battery;
 }
 
+QString HistoryTitle()
+{
+    return QCoreApplication::translate("mGripCommands", "Grip history");
+}
+
 void RecordHistory(cGripSession& session, const QList<GripRecord>& records)
 {
     cGripHistory* history = session.History();
@@ -166,7 +172,7 @@ void RecordHistory(cGripSession& session, const QList<GripRecord>& records)
     history->Record(entry);
     const QString problem = history->TakeProblem();
     if (!problem.isEmpty())
-        mMain::UI().showMessage(problem, kHistoryTitle, MsgIcon::Exclamation);
+        mMain::UI().showMessage(problem, HistoryTitle(), MsgIcon::Exclamation);
 }
 
 bool StartProgramIfInBootMode(cGripSession& session)

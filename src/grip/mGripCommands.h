@@ -98,7 +98,8 @@ void CheckPut(cGripSession& session, const QList<GripRecord>& records);
 // The commands above record by themselves. A history that cannot be written or read never stops
 // a command: the problem is told once through the user-interface services.
 void RecordHistory(cGripSession& session, const QList<GripRecord>& records);
-inline const QString kHistoryTitle = QStringLiteral("Grip history");
+// The title of what is told about the history, in the user's language.
+QString HistoryTitle();
 
 // The pieces, for front ends that run several steps in one command (e.g. get, change, put):
 // the boot-mode check (true when the program had to be started) and one transfer without it.

@@ -1,5 +1,6 @@
 #include "grip/mGripComparison.h"
 
+#include "base/mCountedText.h"
 #include "base/mErrorReport.h"
 #include "grip/cGripSession.h"
 
@@ -109,9 +110,8 @@ QString Summary(const tComparison& comparison)
     const int differences = static_cast<int>(comparison.Differences());
     if (differences == 0)
         return QCoreApplication::translate("mGripComparison", "The grip holds these settings");
-    // English has one form for one and another for the rest; a translation brings its own by %n.
-    return differences == 1 ? QCoreApplication::translate("mGripComparison", "%n value differs", nullptr, differences)
-                            : QCoreApplication::translate("mGripComparison", "%n values differ", nullptr, differences);
+    return mCountedText::Counted("mGripComparison", QT_TRANSLATE_N_NOOP("mGripComparison", "%n values differ"), "%n value differs",
+                                 differences);
 }
 
 } // namespace mGripComparison

@@ -181,7 +181,7 @@ private slots:
         const QList<ScriptedUi::Message>& messages = h.link.ui.messages;
         QCOMPARE(messages.size(), 1);
         QVERIFY2(messages.first().text.contains(told), qPrintable(messages.first().text));
-        QCOMPARE(messages.first().title, kHistoryTitle);
+        QCOMPARE(messages.first().title, HistoryTitle());
         QCOMPARE(messages.first().icon, MsgIcon::Exclamation);
         QVERIFY(h.link.ui.errors.isEmpty());
         QCOMPARE(history.Entries().size(), entriesAfter);

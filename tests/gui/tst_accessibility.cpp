@@ -8,6 +8,8 @@
 
 #include "base/mErrCodes.h"
 #include "gui/grip/fBuildInfo.h"
+#include "gui/grip/fCompareGrip.h"
+#include "gui/grip/fGripHistory.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/library/fUserVariable.h"
 #include "gui/link/fCommConsole.h"
@@ -27,6 +29,16 @@
 using namespace guitest;
 
 namespace {
+
+// A comparison where one value of each kind differs and a record was left out.
+mGripComparison::tComparison differingComparison()
+{
+    mGripComparison::tComparison comparison;
+    comparison.values = {{mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), 14, 12},
+                         {mGripCommands::GripRecord::GameTimer, QStringLiteral("PreAlert1On"), true, false}};
+    comparison.unsupported = {mGripCommands::GripRecord::Ramping};
+    return comparison;
+}
 
 // Makes the window of that kind over a library with one setting: the main window (after a get, or
 // during a firmware transfer, after the slash), a page of the property editor after the slash, or
@@ -65,6 +77,10 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
         owned = std::make_unique<fBuildInfo>(h.grip.session.GunInfo());
     else if (kind == QLatin1String("fAbout"))
         owned = std::make_unique<fAbout>();
+    else if (kind == QLatin1String("fCompareGrip"))
+        owned = std::make_unique<fCompareGrip>(differingComparison(), h.prefs());
+    else if (kind == QLatin1String("fGripHistory"))
+        owned = std::make_unique<fGripHistory>(h.grip.session, h.prefs());
     else
         owned = std::make_unique<ErrorWindow>(MarloError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO),
                                               mErrCodes::HELP_TIMEOUT, QStringLiteral("4.0.0"), QStringLiteral("Marlo"));
@@ -74,7 +90,7 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
 
 const char* const kWindows[] = {"fTolvaneMan", "fTolvaneMan/get", "fTolvaneMan/transfer", "fLibSets",
                                 "fSetsTemplate/Basic", "fSetsTemplate/User", "fUserVariable", "fOptions",
-                                "fCommConsole", "fBuildInfo", "fAbout", "ErrorWindow"};
+                                "fCommConsole", "fBuildInfo", "fAbout", "ErrorWindow", "fCompareGrip", "fGripHistory"};
 
 void addWindowRows()
 {

@@ -4,6 +4,8 @@
 #include "GuiTestSupport.h"
 
 #include "base/mErrCodes.h"
+#include "gui/grip/fCompareGrip.h"
+#include "gui/grip/fGripHistory.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/library/fUserVariable.h"
 #include "gui/link/fCommConsole.h"
@@ -24,6 +26,16 @@
 using namespace guitest;
 
 namespace {
+
+// A comparison where one value of each kind differs and a record was left out.
+mGripComparison::tComparison differingComparison()
+{
+    mGripComparison::tComparison comparison;
+    comparison.values = {{mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), 14, 12},
+                         {mGripCommands::GripRecord::GameTimer, QStringLiteral("PreAlert1On"), true, false}};
+    comparison.unsupported = {mGripCommands::GripRecord::Ramping};
+    return comparison;
+}
 
 // The window of that kind ("fOptions/1": the dialog on its second page), over a library with one
 // setting; the main window is the harness's, any other is owned by owned.
@@ -48,6 +60,10 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
         owned = std::make_unique<fCommConsole>();
     else if (form == QLatin1String("fAbout"))
         owned = std::make_unique<fAbout>();
+    else if (form == QLatin1String("fCompareGrip"))
+        owned = std::make_unique<fCompareGrip>(differingComparison(), h.prefs());
+    else if (form == QLatin1String("fGripHistory"))
+        owned = std::make_unique<fGripHistory>(h.grip.session, h.prefs());
     else
         owned = std::make_unique<ErrorWindow>(MarloError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MessageText(mErrCodes::MSG_DL_GUNINFO)),
                                               QStringList{QStringLiteral("Check")}, QStringLiteral("4.0.0"), QStringLiteral("Marlo"));
@@ -207,7 +223,7 @@ private slots:
         for (const char* menu : {"mnuFile", "mnuEdit", "mnuFunction", "mnuDownload", "mnuUpload", "mnuView", "mnuHelp"})
             QTest::newRow(menu) << "fTolvaneMan" << QString::fromLatin1(menu);
         for (const char* window : {"fTolvaneMan", "fLibSets", "fSetsTemplate/0", "fSetsTemplate/1", "fUserVariable", "fOptions/0",
-                                   "fOptions/1", "fCommConsole", "fAbout", "ErrorWindow"})
+                                   "fOptions/1", "fCommConsole", "fAbout", "ErrorWindow", "fCompareGrip", "fGripHistory"})
             QTest::newRow(window) << QString::fromLatin1(window) << QString();
     }
     void mnemonicsDoNotClash()
@@ -235,7 +251,7 @@ private slots:
     {
         QTest::addColumn<QString>("window");
         for (const char* window : {"fTolvaneMan", "fLibSets", "fSetsTemplate/0", "fSetsTemplate/1", "fUserVariable", "fOptions/0",
-                                   "fOptions/1", "fCommConsole", "fAbout", "ErrorWindow"})
+                                   "fOptions/1", "fCommConsole", "fAbout", "ErrorWindow", "fCompareGrip", "fGripHistory"})
             QTest::newRow(window) << QString::fromLatin1(window);
     }
     void nothingIsCutOff()

@@ -4,6 +4,7 @@
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "firmware/mCommSupport.h"
+#include "grip/mGripComparison.h"
 #include "shell/mLanguage.h"
 
 #include <QCoreApplication>
@@ -109,6 +110,31 @@ private slots:
                  QString::fromUtf8("Übertragen fehlgeschlagen an Adresse: %1"));
         mLanguage::Remove();
         QCOMPARE(error.ShownDescription(), error.Description());
+    }
+
+    // A text that counts takes the plural form of the language shown: English by its own rule,
+    // German by the translation's forms.
+    void countedTexts_data()
+    {
+        QTest::addColumn<QString>("language"); // empty: English
+        QTest::addColumn<int>("differing");
+        QTest::addColumn<QString>("summary");
+        QTest::newRow("English one") << QString() << 1 << "1 value differs";
+        QTest::newRow("English two") << QString() << 2 << "2 values differ";
+        QTest::newRow("German one") << "de" << 1 << "1 Wert weicht ab";
+        QTest::newRow("German eleven") << "de" << 11 << "11 Werte weichen ab";
+    }
+    void countedTexts()
+    {
+        QFETCH(QString, language);
+        QFETCH(int, differing);
+        QFETCH(QString, summary);
+        if (!language.isEmpty())
+            QCOMPARE(mLanguage::Install({language}), language);
+        mGripComparison::tComparison comparison;
+        for (int i = 0; i < differing; ++i)
+            comparison.values.append({mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), i, i + 1});
+        QCOMPARE(mGripComparison::Summary(comparison), summary);
     }
 };
 

@@ -7,8 +7,10 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -127,12 +129,6 @@ fCompareGrip::fCompareGrip(const mGripComparison::tComparison& comparison, cRegi
 void fCompareGrip::Form_Load(const mGripComparison::tComparison& comparison)
 {
     ShowErrors(kForm, kRevision, QStringLiteral("Form_Load"), [&] {
-        resize(TwipsToPixels(8600, this), TwipsToPixels(7200, this));
-        if (parentWidget())
-            move(parentWidget()->geometry().center() - rect().center());
-        PlacedWidget placement(*this);
-        m_preferences.WindowState(placement, false, true);
-
         lblSummary->setText(mGripComparison::Summary(comparison));
         for (const mGripComparison::tValue& value : comparison.values)
             addRow(value);
@@ -141,6 +137,16 @@ void fCompareGrip::Form_Load(const mGripComparison::tComparison& comparison)
         lvwCompare->setSortingEnabled(true);
         for (int column = 0; column < ColumnCount; ++column)
             lvwCompare->resizeColumnToContents(column);
+
+        // Wide enough for every column at first (longer captions in some languages), until the
+        // user sizes the window otherwise.
+        const int columns = lvwCompare->header()->length() + lvwCompare->verticalScrollBar()->sizeHint().width() +
+                            2 * lvwCompare->frameWidth() + layout()->contentsMargins().left() + layout()->contentsMargins().right();
+        resize(qMax(TwipsToPixels(8600, this), columns), TwipsToPixels(7200, this));
+        if (parentWidget())
+            move(parentWidget()->geometry().center() - rect().center());
+        PlacedWidget placement(*this);
+        m_preferences.WindowState(placement, false, true);
         if (lvwCompare->topLevelItemCount() > 0)
             lvwCompare->setCurrentItem(lvwCompare->topLevelItem(0));
 

@@ -1,11 +1,13 @@
 #include "gui/grip/fGripHistory.h"
 
+#include "base/mCountedText.h"
 #include "base/mErrorReport.h"
 #include "grip/cGripSession.h"
 #include "grip/mGripCommands.h"
 #include "grip/mRecordFields.h"
 #include "gui/common/PlacedWidget.h"
 #include "gui/common/mGUISupport.h"
+#include "gui/common/mLabels.h"
 #include "base/cRegistrySettings.h"
 #include "base/mServices.h"
 
@@ -48,10 +50,6 @@ const RecordCaption kRecords[] = {
     {GripRecord::Ramping, QT_TRANSLATE_NOOP("fGripHistory", "Ramping")},
 };
 
-QString tr(const char* text)
-{
-    return QCoreApplication::translate("fGripHistory", text);
-}
 
 QJsonObject recordOf(const cGripHistory::tEntry& entry, GripRecord record)
 {
@@ -63,7 +61,7 @@ QString valueText(const QJsonValue& value)
     if (value.isUndefined())
         return QStringLiteral("?");
     if (value.isBool())
-        return value.toBool() ? tr("Yes") : tr("No");
+        return value.toBool() ? fGripHistory::tr("Yes") : fGripHistory::tr("No");
     return value.isDouble() ? QString::number(value.toDouble()) : value.toVariant().toString();
 }
 
@@ -76,15 +74,15 @@ QString summary(const cGripHistory::tEntry& entry)
         QStringList times;
         for (const char* name : {"ShotTime", "Dwelltime", "CycleTimeOpen", "LoadTime", "CycleTimeClose"})
             times << valueText(timing.value(QLatin1String(name)));
-        parts << tr("ST/DT/CTO/LT/CTC %1 ms").arg(times.join(QLatin1Char('/')));
+        parts << fGripHistory::tr("ST/DT/CTO/LT/CTC %1 ms").arg(times.join(QLatin1Char('/')));
     }
     const QJsonObject timer = recordOf(entry, GripRecord::GameTimer);
     if (!timer.isEmpty())
-        parts << tr("game %1 min").arg(valueText(timer.value(QLatin1String("CountDownTimer"))));
+        parts << fGripHistory::tr("game %1 min").arg(valueText(timer.value(QLatin1String("CountDownTimer"))));
     if (entry.values.contains(mGripCommands::RecordName(GripRecord::Options)))
-        parts << tr("options");
+        parts << fGripHistory::tr("options");
     if (entry.values.contains(mGripCommands::RecordName(GripRecord::Ramping)))
-        parts << tr("ramping");
+        parts << fGripHistory::tr("ramping");
     return parts.join(QStringLiteral(", "));
 }
 
@@ -131,8 +129,7 @@ void fGripHistory::createControls()
     lvwValues->setUniformRowHeights(true);
     lvwValues->setEditTriggers(QAbstractItemView::NoEditTriggers);
 
-    lblStatus = MakeLabel(this, QStringLiteral("lblStatus"), QString());
-    lblStatus->setAccessibleName(tr("Status"));
+    lblStatus = mLabels::ValueLabel(this, QStringLiteral("lblStatus"), tr("Status"));
     lblStatus->setWordWrap(true);
     lblStatus->setTextInteractionFlags(Qt::TextSelectableByMouse);
 
@@ -236,6 +233,7 @@ void fGripHistory::ListEntries()
     cGripHistory* history = m_session.History();
     if (!history) {
         m_entries.clear();
+        lvwHistory->setEnabled(false);
         ShowValues(nullptr);
         SetStatus(tr("No grip history is kept here."));
         return;
@@ -257,6 +255,8 @@ void fGripHistory::ListEntries()
         rows << row;
     }
     lvwHistory->addTopLevelItems(rows);
+    // An empty list takes no focus: nothing in it could show where the focus is.
+    lvwHistory->setEnabled(!rows.isEmpty());
     lvwHistory->setSortingEnabled(true);
     lvwHistory->sortByColumn(ColTime, Qt::DescendingOrder);
     for (int c = ColTime; c < ColSummary; ++c)
@@ -271,12 +271,16 @@ void fGripHistory::ListEntries()
     if (!problem.isEmpty()) {
         // A damaged file was set aside: said once, and the rest is listed.
         SetStatus(problem);
-        mMain::UI().showMessage(problem, mGripCommands::kHistoryTitle, MsgIcon::Exclamation);
+        mMain::UI().showMessage(problem, mGripCommands::HistoryTitle(), MsgIcon::Exclamation);
     } else if (m_entries.isEmpty()) {
         SetStatus(tr("No entries yet: every get and put of the timing, game timer, options or ramping adds one."));
     } else {
-        const QString count = m_entries.size() == 1 ? tr("1 entry") : tr("%1 entries").arg(m_entries.size());
-        SetStatus(thisGrip ? tr("%1 of grip %2, newest first.").arg(count, serial) : tr("%1 of all grips, newest first.").arg(count));
+        const int count = static_cast<int>(m_entries.size());
+        SetStatus(thisGrip ? mCountedText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of grip %1, newest first."),
+                                            "%n entry of grip %1, newest first.", count)
+                                 .arg(serial)
+                           : mCountedText::Counted("fGripHistory", QT_TRANSLATE_N_NOOP("fGripHistory", "%n entries of all grips, newest first."),
+                                            "%n entry of all grips, newest first.", count));
     }
 }
 
@@ -292,6 +296,7 @@ const cGripHistory::tEntry* fGripHistory::SelectedEntry() const
 void fGripHistory::ShowValues(const cGripHistory::tEntry* entry)
 {
     lvwValues->clear();
+    lvwValues->setEnabled(entry != nullptr);
     cmdUse->setEnabled(entry && (!recordOf(*entry, GripRecord::Timing).isEmpty() || !recordOf(*entry, GripRecord::GameTimer).isEmpty()));
     if (!entry)
         return;
