@@ -30,16 +30,6 @@ using namespace guitest;
 
 namespace {
 
-// A comparison where one value of each kind differs and a record was left out.
-mGripComparison::tComparison differingComparison()
-{
-    mGripComparison::tComparison comparison;
-    comparison.values = {{mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), 14, 12},
-                         {mGripCommands::GripRecord::GameTimer, QStringLiteral("PreAlert1On"), true, false}};
-    comparison.unsupported = {mGripCommands::GripRecord::Ramping};
-    return comparison;
-}
-
 // Makes the window of that kind over a library with one setting: the main window (after a get, or
 // during a firmware transfer, after the slash), a page of the property editor after the slash, or
 // any other, owned by owned.

@@ -27,16 +27,6 @@ using namespace guitest;
 
 namespace {
 
-// A comparison where one value of each kind differs and a record was left out.
-mGripComparison::tComparison differingComparison()
-{
-    mGripComparison::tComparison comparison;
-    comparison.values = {{mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), 14, 12},
-                         {mGripCommands::GripRecord::GameTimer, QStringLiteral("PreAlert1On"), true, false}};
-    comparison.unsupported = {mGripCommands::GripRecord::Ramping};
-    return comparison;
-}
-
 // The window of that kind ("fOptions/1": the dialog on its second page), over a library with one
 // setting; the main window is the harness's, any other is owned by owned.
 QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidget>& owned)

@@ -9,6 +9,17 @@
 
 namespace guitest {
 
+// A comparison where one value of each kind differs and a record was left out.
+mGripComparison::tComparison differingComparison()
+{
+    mGripComparison::tComparison comparison;
+    comparison.values = {{mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), 14, 12},
+                         {mGripCommands::GripRecord::GameTimer, QStringLiteral("PreAlert1On"), true, false}};
+    comparison.unsupported = {mGripCommands::GripRecord::Ramping};
+    return comparison;
+}
+
+
 void run(QObject* window, const QString& name)
 {
     if (auto* action = window->findChild<QAction*>(name))

@@ -3,6 +3,7 @@
 // the in-memory port, or a library alone, with the scripted services installed; controls found
 // by name and used as the user uses them; the next modal dialog answered; what a screen reader
 // reads. It brings the headers nearly every test of a window needs.
+#include "grip/mGripComparison.h"
 #include "GripTestSupport.h"
 #include "ScriptedQtUi.h"
 
@@ -27,6 +28,10 @@
 #define GUITEST_NO_ERRORS(script) QVERIFY2((script).errors.isEmpty(), qPrintable(guitest::firstError(script)))
 
 namespace guitest {
+
+// A comparison where one value of each kind differs and a record was left out.
+mGripComparison::tComparison differingComparison();
+
 
 // A control of a window by its object name; warns when there is none.
 template <typename T>
