@@ -1,5 +1,7 @@
 // The small widgets of the desktop program: the battery indicator's bands and texts, the up-down
-// with its text box, and the about box's copy for a support request.
+// with its text box, the status panel that shortens a long text, and the about box's copy for a
+// support request.
+#include "gui/widgets/StatusPanel.h"
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
@@ -8,7 +10,9 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
+#include <QHelpEvent>
 #include <QPushButton>
+#include <QToolTip>
 #include <QtTest>
 
 class tst_widgets : public QObject {
@@ -101,6 +105,37 @@ private slots:
         QFocusEvent out(QEvent::FocusOut, Qt::TabFocusReason);
         QApplication::sendEvent(upDown, &out);
         QVERIFY(!mark->isVisible());
+    }
+    void statusPanelShortensALongText_data()
+    {
+        QTest::addColumn<int>("elide");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("keeps"); // what stays in sight when the room is short
+        const QString path = QStringLiteral("/home/player/a/very/long/folder/for/the/field/laptop/Marlo.mdb");
+        QTest::newRow("path keeps its file name") << int(Qt::ElideMiddle) << path << "Marlo.mdb";
+        QTest::newRow("step keeps its beginning") << int(Qt::ElideRight) << QStringLiteral("Firmware backed up to ") + path
+                                                  << "Firmware";
+    }
+    void statusPanelShortensALongText()
+    {
+        QFETCH(int, elide);
+        QFETCH(QString, text);
+        QFETCH(QString, keeps);
+        StatusPanel panel(Qt::TextElideMode(elide), nullptr);
+        panel.setText(text);
+        panel.resize(panel.sizeHint());
+        QCOMPARE(panel.shownText(), text);
+        panel.resize(panel.sizeHint().width() / 2, panel.height());
+        QVERIFY(panel.minimumSizeHint().width() <= panel.width());
+        const QString shown = panel.shownText();
+        QVERIFY2(shown.contains(QChar(0x2026)) && shown.contains(keeps), qPrintable(shown));
+        QVERIFY(panel.fontMetrics().horizontalAdvance(shown) <= panel.contentsRect().width());
+        // Whole for the window and a screen reader; its tool tip shows it whole.
+        QCOMPARE(panel.text(), text);
+        QCOMPARE(QAccessible::queryAccessibleInterface(&panel)->text(QAccessible::Name), text);
+        QHelpEvent help(QEvent::ToolTip, QPoint(1, 1), QPoint(1, 1));
+        QVERIFY(QApplication::sendEvent(&panel, &help));
+        QTRY_COMPARE(QToolTip::text(), text);
     }
     void aboutBoxCopiesTheVersions()
     {

@@ -4,6 +4,7 @@
 #include "GuiTestSupport.h"
 
 #include "gui/shell/Main.h"
+#include "gui/widgets/StatusPanel.h"
 #include "gui/widgets/ucIProgress.h"
 
 #include <QScrollArea>
@@ -17,6 +18,8 @@ namespace {
 // Room the widget needs to show its text whole, or an empty size when it shows none.
 QSize neededSize(QWidget* widget)
 {
+    if (auto* panel = qobject_cast<StatusPanel*>(widget))
+        return panel->minimumSizeHint(); // shortens its text, whole in its tool tip
     if (auto* label = qobject_cast<QLabel*>(widget))
         return label->text().isEmpty() || label->wordWrap() ? QSize() : label->sizeHint();
     if (auto* button = qobject_cast<QAbstractButton*>(widget))

@@ -26,7 +26,12 @@ void LabelFor(QLabel* label, QWidget* control)
 
 QLabel* ValueLabel(QWidget* parent, const QString& name, const QString& caption, const QString& value)
 {
-    auto* label = new QLabel(value, parent);
+    return AsValueLabel(new QLabel(parent), name, caption, value);
+}
+
+QLabel* AsValueLabel(QLabel* label, const QString& name, const QString& caption, const QString& value)
+{
+    label->setText(value);
     label->setObjectName(name);
     label->setAccessibleDescription(readCaption(caption));
     return label;

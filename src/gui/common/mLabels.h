@@ -16,5 +16,7 @@ void LabelFor(QLabel* label, QWidget* control);
 // control: read by the value itself, with the caption as its description. Having no name of its
 // own, the label announces every new text as a change of its name.
 QLabel* ValueLabel(QWidget* parent, const QString& name, const QString& caption, const QString& value = QString());
+// The same for a label of a kind of its own; returns it.
+QLabel* AsValueLabel(QLabel* label, const QString& name, const QString& caption, const QString& value = QString());
 
 } // namespace mLabels

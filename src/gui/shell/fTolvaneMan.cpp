@@ -7,6 +7,7 @@
 #include "gui/library/cifSetsTemplate.h"
 #include "gui/shell/GripCommandScope.h"
 #include "gui/shell/QtUserInterface.h"
+#include "gui/widgets/StatusPanel.h"
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/ucIProgress.h"
 #include "library/cSetsTemplate.h"
@@ -548,7 +549,9 @@ void fTolvaneMan::createStatusBar()
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Firmware version"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Status")};
     for (int panel = 1; panel <= 3; ++panel) {
-        auto* text = mLabels::ValueLabel(bar, QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
+        // The library's path keeps its file name when shortened, a step its beginning.
+        auto* text = mLabels::AsValueLabel(new StatusPanel(panel == kPanelDatabase ? Qt::ElideMiddle : Qt::ElideRight, bar),
+                                         QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
                                          panel == kPanelDatabase ? QString() : tr("N/A"));
         text->setFrameShape(QFrame::StyledPanel);
         text->setFrameShadow(QFrame::Sunken);
