@@ -43,18 +43,20 @@ struct Samples {
     bool closed = false;        // closing the window, tried at the 20th pause, worked
 };
 
-// A firmware command: the grip, the file chosen ("" the dialog is cancelled), the messages
-// ("title|icon: text"), the progress bar's maximum (0 no bar), panel 3 at the pauses, panel 2
-// afterwards, and which of "stop", "write", "start" went out.
+// A firmware command: the file chosen ("" the dialog is cancelled), the progress bar's maximum
+// (0 no bar), panel 3 at the pauses, panel 2 afterwards, and whether the backup is on.
 struct Workflow {
-    QString command, grip, file;
-    QStringList messages;
+    QString command, file;
     int progress;
     QStringList steps;
-    QString version, sent;
+    QString version;
+    bool backup = false;
 };
 
-// A grip and a file that make an upload fail, the error reported (-1 any) and the step the
+// A grip that fits the test files.
+const QString kFits = QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0");
+
+// A grip and a file that make an upload fail, the error reported and the step the
 // report names (%1: the file); with the backup on, and a file where its folder should be.
 struct BadUpload {
     QString grip, file;
@@ -109,52 +111,39 @@ class tst_firmwareWindow : public QObject {
 private slots:
     void initTestCase()
     {
-        // Three data lines and the end record for boot code 1.0.0-1.2.0 and hardware 2.1.0; in
-        // bad.tvf a later line overwrites the first, so the read-back cannot match it.
-        QList<HexLine> lines{Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x300, Pattern(3)), Line(0, {}, 1, 0xFF)};
+        // Three data lines and the end record for boot code 1.0.0-1.2.0 and hardware 2.1.0, and
+        // the same for other hardware.
+        const QList<HexLine> lines{Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x300, Pattern(3)), Line(0, {}, 1, 0xFF)};
         mFirmware::SaveFirmwareFile(path(QStringLiteral("good.tvf")), Image(lines));
-        lines.insert(1, Line(0x40, Pattern(9)));
-        mFirmware::SaveFirmwareFile(path(QStringLiteral("bad.tvf")), Image(lines));
         FirmwareFile other = Image(lines);
         other.Hardware = QStringLiteral("3.0.0");
         mFirmware::SaveFirmwareFile(path(QStringLiteral("other.tvf")), other);
-        QFile garbage(path(QStringLiteral("garbage.tvf")));
-        QVERIFY(garbage.open(QIODevice::WriteOnly));
-        garbage.write(";Firmware: 1\r\n:10XYZ0QQ\r\n\x01\x02\xff binary\r\n");
     }
     void init() { FreshStart(); }
 
+    // What the messages say and what goes over the wire is the workflows' own; the window shows
+    // the steps, the progress and the grip's firmware, and holds its commands meanwhile.
     void workflows_data()
     {
         QTest::addColumn<Workflow>("row");
         const QString put = QStringLiteral("mnuULFirmware"), get = QStringLiteral("mnuDLFirmware");
-        const QString fits = QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0");
-        const QString putMsg = QStringLiteral("Confirmation|1: Firmware was put.");
-        const QString success = QStringLiteral("Success!|1: Firmware uploaded successfully!\r\nPress OK to start using the newly uploaded firmware.");
         const QStringList steps{"Preparing grip for upload", "Uploading firmware...", "Verifying uploaded firmware..."};
-        QTest::newRow("put") << Workflow{put, fits, "good.tvf", {success, putMsg}, 256, steps, "4.0.7", "stop write start"};
-        QTest::newRow("put, grip in boot mode: no stop") << Workflow{put, fits + ",bootmode=1", "good.tvf", {success, putMsg}, 256, steps, "4.0.7", "write start"};
-        QTest::newRow("put, verification fails: program started all the same")
-            << Workflow{put, fits, "bad.tvf",
-                        {"Failure!|1: Firmware uploaded failed!\r\nYou should reset you grip (turn it off and then back on) and try "
-                         "uploading again.\r\nIf the problem persists, please contact Tolvane Products' supportunit.", putMsg},
-                        257, steps, "4.0.7", "stop write start"};
+        QTest::newRow("put") << Workflow{put, "good.tvf", 256, steps, "4.0.7"};
+        // The backup reads the grip's program first: a step of its own, in the same bar.
+        QTest::newRow("put with the backup")
+            << Workflow{put, "good.tvf", 508, {steps[0], "Backing up the grip's firmware...", steps[1], steps[2]}, "4.0.7", true};
         QTest::newRow("put, file for other hardware: refused before any write")
-            << Workflow{put, fits, "other.tvf",
-                        {"Firmwarefile version error|2: Firmwarefile version does not match the current version of the grip.\r\n"
-                         "It is not possible to upload this firmwarefile to the grip.", putMsg},
-                        0, {"Loading firmwarefile to be uploaded"}, "4.0.7", ""};
-        QTest::newRow("put, dialog cancelled: confirmed all the same") << Workflow{put, fits, "", {putMsg}, 0, {}, "N/A", ""};
-        const QStringList fetched{"Confirmation|1: Firmware was fetched."};
-        QTest::newRow("get") << Workflow{get, fits, "fetched.tvf", fetched, 252, {"Ready"}, "N/A", "stop start"};
-        QTest::newRow("get, grip in boot mode: no stop") << Workflow{get, fits + ",bootmode=1", "fetched.tvf", fetched, 252, {"Ready"}, "N/A", "start"};
-        QTest::newRow("get, dialog cancelled") << Workflow{get, fits, "", {}, 0, {}, "N/A", ""};
+            << Workflow{put, "other.tvf", 0, {"Loading firmwarefile to be uploaded"}, "4.0.7"};
+        QTest::newRow("put, dialog cancelled") << Workflow{put, "", 0, {}, "N/A"};
+        QTest::newRow("get") << Workflow{get, "fetched.tvf", 252, {"Ready"}, "N/A"};
     }
     void workflows()
     {
         QFETCH(Workflow, row);
-        const auto& [command, grip, file, messages, progress, steps, version, sent] = row;
-        WindowHarness h(grip);
+        const auto& [command, file, progress, steps, version, backup] = row;
+        RemoveBackups();
+        WindowHarness h(kFits);
+        h.prefs().setFirmwareBackup(backup);
         fTolvaneMan& w = h.open();
         w.SetPanelText(3, QStringLiteral("Ready"));
         const QMap<QString, bool> before = commandStates(&w);
@@ -163,15 +152,6 @@ private slots:
 
         const Samples s = sample(h, command);
         GUITEST_NO_ERRORS(h.ui.script);
-        QStringList shown;
-        for (const auto& m : h.ui.script.messages)
-            shown << QStringLiteral("%1|%2: %3").arg(m.title).arg(int(m.icon)).arg(m.text);
-        QCOMPARE(shown, messages);
-        // The file dialog: the classic filter with the firmware entry preselected.
-        QCOMPARE(h.ui.script.fileRequests.size(), 1);
-        QCOMPARE(h.ui.script.fileRequests[0].filter, QStringLiteral("All (*.*)|*.*|Tolvane Firmware (*.tvf)|*.tvf"));
-        QCOMPARE(h.ui.script.fileRequests[0].filterIndex, 2);
-        QCOMPARE(h.ui.script.fileRequests[0].hideReadOnly, command == QLatin1String("mnuDLFirmware"));
         // The bar over panel 4 with its maximum, advancing block by block up to it, gone afterwards.
         QCOMPARE(s.maxima, progress ? QSet<int>{progress} : QSet<int>{});
         if (progress) {
@@ -180,73 +160,31 @@ private slots:
             QCOMPARE(w.ProgressValue(), progress);
         }
         QVERIFY(!control<QProgressBar>(&w, QStringLiteral("pgbProgress"))->isVisible());
-        // Panel 3 named the steps and has its text back; panel 2 the grip's firmware.
+        // Panel 3 named the steps and has its text back, or names the backup; panel 2 the grip's
+        // firmware.
         QCOMPARE(s.steps.mid(s.steps.indexOf(steps.value(0))), steps);
-        QCOMPARE(w.PanelText(3), QStringLiteral("Ready"));
+        const QDir backups(mFirmwareBackup::DefaultFolder());
+        const QStringList files = backups.entryList(QDir::Files);
+        QCOMPARE(files.size(), backup ? 1 : 0);
+        QCOMPARE(w.PanelText(3), backup ? QStringLiteral("Firmware backed up to ") + backups.filePath(files[0]) : QStringLiteral("Ready"));
         QCOMPARE(w.PanelText(2), version);
         // Held while it ran (closing was refused, the get did not start), given back afterwards.
         QVERIFY(s.heldEverywhere);
         QVERIFY(!s.closed && w.isVisible() && !w.FirmwareTransferRunning());
         QCOMPARE(commandStates(&w), before);
         QCOMPARE(mMain::MousePointerDepth(), 0);
-        const QList<int> codes = h.grip.codes();
-        QStringList went;
-        if (codes.contains(0x81))
-            went << QStringLiteral("stop");
-        if (codes.contains(0x8A) || codes.contains(0x82))
-            went << QStringLiteral("write");
-        if (!codes.isEmpty() && codes.last() == 0x83)
-            went << QStringLiteral("start");
-        QCOMPARE(went.join(QLatin1Char(' ')), sent);
         QVERIFY(!h.grip.grip.state().bootMode);
-        if (command == QLatin1String("mnuDLFirmware") && !file.isEmpty()) {
-            FirmwareFile saved;
-            mFirmware::LoadFirmwareFile(saved, path(file));
-            QCOMPARE(saved.Segments.size(), 252);
-            QCOMPARE(saved.Firmware, QStringLiteral(" 4.0.7"));
-        }
-    }
-    // With the backup on, a put first reads the grip's program into the backup folder: a step of
-    // its own on panel 3 and the progress bar, and panel 3 names the file afterwards.
-    void putWithBackup()
-    {
-        RemoveBackups();
-        WindowHarness h(QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0"));
-        h.prefs().setFirmwareBackup(true);
-        fTolvaneMan& w = h.open();
-        w.SetPanelText(3, QStringLiteral("Ready"));
-        const QByteArray memory = h.grip.grip.state().memory;
-        h.ui.script.fileAnswers.enqueue(path(QStringLiteral("good.tvf")));
-
-        const Samples s = sample(h, QStringLiteral("mnuULFirmware"));
-        GUITEST_NO_ERRORS(h.ui.script);
-        QCOMPARE(s.maxima, QSet<int>{508});
-        const QStringList steps{"Preparing grip for upload", "Backing up the grip's firmware...", "Uploading firmware...",
-                                "Verifying uploaded firmware..."};
-        QCOMPARE(s.steps.mid(s.steps.indexOf(steps[0])), steps);
-        const QDir folder(mFirmwareBackup::DefaultFolder());
-        const QStringList files = folder.entryList(QDir::Files);
-        QCOMPARE(files.size(), 1);
-        QCOMPARE(w.PanelText(3), QStringLiteral("Firmware backed up to ") + folder.filePath(files[0]));
-        FirmwareFile saved;
-        mFirmware::LoadFirmwareFile(saved, folder.filePath(files[0]));
-        QCOMPARE(saved.Segments.size(), 252);
-        QCOMPARE(bytes(saved.Segments.last().Data), memory.mid(0xFF0, 16));
-        QVERIFY(h.grip.grip.state().memory != memory);
     }
     void badInputLeavesAUsableWindow_data()
     {
         QTest::addColumn<BadUpload>("badUpload");
 
-        const QString fits = QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0");
-        const QString load = QStringLiteral("UploadFirmware - load firmware file (%1)");
-        QTest::newRow("missing file") << BadUpload{fits, "missing.tvf", mErrCodes::RT_FILE_NOT_FOUND, load};
-        QTest::newRow("a folder, not a file") << BadUpload{fits, ".", mErrCodes::RT_FILE_ACCESS, load};
-        QTest::newRow("garbage") << BadUpload{fits, "garbage.tvf", -1, load};
-        QTest::newRow("grip refuses a block halfway") << BadUpload{fits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - stop program for upload"};
-        QTest::newRow("grip in boot mode refuses a block") << BadUpload{fits + ",bootmode=1,failblock=50*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - Check bootmode"};
-        QTest::newRow("backup folder that cannot take the backup") << BadUpload{fits, "good.tvf", mErrCodes::RT_FILE_ACCESS, "PrepareFolder", true, true};
-        QTest::newRow("backup that cannot read a block") << BadUpload{fits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_DL_FIRMWARE, "BackUp", true};
+        // One of each kind: a file, the grip, the backup's folder and the backup's reading.
+        QTest::newRow("missing file")
+            << BadUpload{kFits, "missing.tvf", mErrCodes::RT_FILE_NOT_FOUND, "UploadFirmware - load firmware file (%1)"};
+        QTest::newRow("grip refuses a block halfway") << BadUpload{kFits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_UL_FIRMWARE, "UploadFirmware - stop program for upload"};
+        QTest::newRow("backup folder that cannot take the backup") << BadUpload{kFits, "good.tvf", mErrCodes::RT_FILE_ACCESS, "PrepareFolder", true, true};
+        QTest::newRow("backup that cannot read a block") << BadUpload{kFits + ",failblock=300*3", "good.tvf", mErrCodes::ERR_DL_FIRMWARE, "BackUp", true};
     }
     void badInputLeavesAUsableWindow()
     {
@@ -268,8 +206,7 @@ private slots:
         // One error report, with the step it failed in; no success or failure message.
         QCOMPARE(h.ui.script.errors.size(), 1);
         const MarloError& e = h.ui.script.errors[0];
-        if (error >= 0)
-            QCOMPARE(e.Number(), error);
+        QCOMPARE(e.Number(), error);
         QStringList trail;
         for (const ErrorFrame& frame : e.Trail())
             trail << frame.procedure;
@@ -300,7 +237,7 @@ private slots:
     }
     void commandLineUploadsOnceShown()
     {
-        WindowHarness h(QStringLiteral("firmware=4.0.7,boot=1.2.0,hardware=2.1.0"));
+        WindowHarness h(kFits);
         fTolvaneMan& w = h.open(false);
         w.setCommandLine({QStringLiteral("-f\"") + path(QStringLiteral("good.tvf")) + QLatin1Char('"')});
         QTest::qWait(0);
