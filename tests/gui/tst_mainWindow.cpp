@@ -1,12 +1,20 @@
 // The main window's commands against a virtual grip behind the in-memory port: what each command
 // sends and confirms, what the panes show afterwards, refusals and failures, the dispatcher, the
-// dialogs it opens, the command line and the save question on closing.
+// dialogs it opens, the command line and the save question on closing. Which controls a
+// template, a downloaded setting, Expert Mode and Close = Open enable and show, the colour of
+// disabled text boxes, and the tab order through the panes. Saving a library whose file was
+// taken away while the window ran: File > Save and the exit's Yes write every template and user
+// variable again, say where, and the next start finds all of it, on the same active setting.
 #include "GuiTestSupport.h"
+#include "TestFiles.h"
 
 #include "gui/shell/fLibSets.h"
 #include "gui/widgets/ucIProgress.h"
 #include "sim/Fault.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
 #include <QSlider>
 #include <QSqlQuery>
 
@@ -19,11 +27,54 @@ QPushButton* tool(fTolvaneMan& w, int index)
     return control<QPushButton>(&w, QStringLiteral("cmdTools(%1)").arg(index));
 }
 
-int rowsInLibrary()
+// The number of templates and of user variables in the library file at path.
+QPair<int, int> rowsIn(const QString& path)
 {
-    QSqlQuery query(mMain::ConnectDB());
-    query.exec(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate"));
-    return query.next() ? query.value(0).toInt() : -1;
+    QPair<int, int> counts{-1, -1};
+    if (!QFileInfo(path).isFile())
+        return counts;
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("look"));
+        db.setDatabaseName(path);
+        if (db.open()) {
+            QSqlQuery q(db);
+            if (q.exec(QStringLiteral("SELECT (SELECT COUNT(*) FROM ta_SetsTemplate), (SELECT COUNT(*) FROM ta_UserVar)")) && q.next())
+                counts = {q.value(0).toInt(), q.value(1).toInt()};
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("look"));
+    return counts;
+}
+
+// Enabled-when rules of the state table.
+bool rule(const QString& when, bool expert, bool copyCTO, bool isTemplate)
+{
+    if (when == QLatin1String("always")) return true;
+    if (when == QLatin1String("never")) return false;
+    if (when == QLatin1String("T")) return isTemplate;
+    if (when == QLatin1String("!T")) return !isTemplate;
+    if (when == QLatin1String("E&T")) return expert && isTemplate;
+    if (when == QLatin1String("E&C&T")) return expert && !copyCTO && isTemplate;
+    qFatal("unknown rule");
+}
+
+struct State {
+    bool enabled;
+    bool visible;
+};
+
+State stateOf(fTolvaneMan& w, const QString& name)
+{
+    // A hidden menu item always reads as disabled (the toolkit's rule): only its visibility tells.
+    const auto ofAction = [](const QAction* action) {
+        return State{action->isEnabled() || !action->isVisible(), action->isVisible()};
+    };
+    if (auto* action = w.findChild<QAction*>(name))
+        return ofAction(action);
+    if (auto* menu = w.findChild<QMenu*>(name))
+        return ofAction(menu->menuAction());
+    QWidget* widget = control<QWidget>(&w, name);
+    return {widget->isEnabled(), !widget->isHidden()};
 }
 
 const QList<int> kShownTools = {0, 1, 2, 4, 6};
@@ -462,7 +513,7 @@ private slots:
             QCOMPARE(h.ui.script.questions.first().text,
                      QStringLiteral("Some data have changed without being saved.\r\nDo you wish to save before exiting?"));
             QCOMPARE(h.ui.script.questions.first().icon, MsgIcon::Question);
-            QCOMPARE(rowsInLibrary(), answer ? 1 : 0);
+            QCOMPARE(rowsIn(mMain::ProgramFile(QStringLiteral("Marlo.mdb"))).first, answer ? 1 : 0);
             QCOMPARE(h.app().RegistrySettings().LastKey(), answer ? id : QString());
         }
         // The next start: the window where it was, on the saved setting or on a new one.
@@ -474,6 +525,167 @@ private slots:
         QCOMPARE(w.windowTitle(), answer ? QStringLiteral("Tolvane Interface Programme [Field day]")
                                          : QStringLiteral("Tolvane Interface Programme [Untitled]"));
         QCOMPARE(text(&w, QStringLiteral("txtTimingLT")), answer ? QStringLiteral("33") : fresh);
+    }
+
+    void updateStateTable_data()
+    {
+        QTest::addColumn<QStringList>("controls");
+        QTest::addColumn<QString>("enabledWhen");
+        QTest::addColumn<bool>("visible");
+        const auto timing = [](const QString& t) {
+            return QStringList{"txtTiming" + t, "upd" + t, "sld" + t, "lbl" + t, "lbl" + t + "ms"};
+        };
+        QTest::newRow("get, default settings") << QStringList{"cmdTools(0)", "cmdTools(6)"} << "always" << true;
+        QTest::newRow("library (stats)") << QStringList{"cmdTools(3)"} << "always" << false;
+        QTest::newRow("put, properties, expert") << QStringList{"cmdTools(1)", "cmdTools(4)", "mnuProperties", "mnuUpload", "chkExpert"} << "T" << true;
+        QTest::newRow("promote") << QStringList{"cmdTools(5)", "mnuPromote"} << "!T" << false;
+        QTest::newRow("close = open, shot, dwell and open times")
+            << QStringList{"chkCopyCTO"} + timing("ST") + timing("DT") + timing("CTO") << "E&T" << true;
+        QTest::newRow("load time") << timing("LT") << "T" << true;
+        QTest::newRow("cycle time close") << timing("CTC") << "E&C&T" << true;
+        QTest::newRow("rate of fire") << QStringList{"lblROFbps", "lblROFbpstxt", "lblROFtxt"} << "T" << true;
+        QTest::newRow("game timer") << QStringList{"txtCntDown", "updGT", "chkAlertOne", "lblGT", "lblGTmin"} << "T" << true;
+        QTest::newRow("counters") << QStringList{"txtCounters(0)", "txtCounters(1)", "txtCounters(2)"} << "never" << true;
+        QTest::newRow("counter captions") << QStringList{"lblCounter(0)", "lblCounter(1)", "lblCounter(2)"} << "always" << true;
+        QTest::newRow("reset buttons") << QStringList{"cmdReset(0)", "cmdReset(1)"} << "T" << true;
+    }
+    void updateStateTable()
+    {
+        QFETCH(QStringList, controls);
+        QFETCH(QString, enabledWhen);
+        QFETCH(bool, visible);
+        WindowHarness h;
+        fTolvaneMan& w = h.open();
+        const QPalette system = QApplication::palette();
+        for (int combination = 0; combination < 8; ++combination) {
+            const bool expert = combination & 1;
+            const bool copyCTO = combination & 2;
+            const bool isTemplate = combination & 4;
+            control<QCheckBox>(&w, QStringLiteral("chkExpert"))->setChecked(expert);
+            control<QCheckBox>(&w, QStringLiteral("chkCopyCTO"))->setChecked(copyCTO);
+            w.setIsTemplate(isTemplate);
+            for (const QString& name : controls) {
+                const State state = stateOf(w, name);
+                const QString where = QStringLiteral("%1 with E=%2 C=%3 T=%4").arg(name).arg(expert).arg(!copyCTO).arg(isTemplate);
+                const bool expected = rule(enabledWhen, expert, copyCTO, isTemplate) || (!visible && w.findChild<QAction*>(name));
+                QVERIFY2(state.enabled == expected, qPrintable(where + " enabled"));
+                QVERIFY2(state.visible == visible, qPrintable(where + " visible"));
+                // A disabled text box takes the button face's colour.
+                if (auto* box = qobject_cast<QLineEdit*>(w.findChild<QWidget*>(name)))
+                    QVERIFY2(box->palette().color(QPalette::Base) == system.color(expected ? QPalette::Base : QPalette::Button),
+                             qPrintable(where + " colour"));
+            }
+        }
+        QVERIFY(h.ui.script.errors.isEmpty());
+    }
+    void tabOrderGoesThroughThePanes()
+    {
+        WindowHarness h;
+        fTolvaneMan& w = h.open();
+        w.setIsTemplate(true);
+        control<QCheckBox>(&w, QStringLiteral("chkExpert"))->setChecked(true);
+        // Walk the focus chain from the first tool button: every pane is reached in its order.
+        QStringList reached;
+        QWidget* current = control<QWidget>(&w, QStringLiteral("cmdTools(0)"));
+        for (int step = 0; step < 400 && current; ++step) {
+            const bool takesTab = (current->focusPolicy() & Qt::TabFocus) && current->isVisibleTo(&w) && current->isEnabled();
+            for (QWidget* pane = takesTab ? current : nullptr; pane; pane = pane->parentWidget()) {
+                if (pane->objectName().startsWith(QLatin1String("fra"))) {
+                    if (reached.isEmpty() || reached.last() != pane->objectName())
+                        reached.append(pane->objectName());
+                    break;
+                }
+            }
+            current = current->nextInFocusChain();
+            if (current == control<QWidget>(&w, QStringLiteral("cmdTools(0)")))
+                break;
+        }
+        reached.removeDuplicates();
+        QCOMPARE(reached, (QStringList{"fraTiming", "fraOptions", "fraRamping", "fraCounters", "fraGameTimer"}));
+    }
+    void savingAfterTheFileWasTakenAway_data()
+    {
+        QTest::addColumn<bool>("onExit");   // the exit's Yes, else File > Save
+        QTest::addColumn<bool>("replaced"); // another file put in its place, else deleted
+        QTest::addColumn<bool>("changed");  // a template added after the last save
+        QTest::newRow("deleted, File > Save") << false << false << true;
+        QTest::newRow("replaced, exit with Yes") << true << true << true;
+        // Nothing changed, yet the file is gone: closing asks all the same.
+        QTest::newRow("deleted, unchanged, exit with Yes") << true << false << false;
+    }
+    void savingAfterTheFileWasTakenAway()
+    {
+        QFETCH(bool, onExit);
+        QFETCH(bool, replaced);
+        QFETCH(bool, changed);
+        const QPair<int, int> rows = changed ? qMakePair(6, 43) : qMakePair(5, 35);
+        const QString path = mMain::ProgramFile(QStringLiteral("Marlo.mdb"));
+        const QString written = replaced ? mMain::ProgramFile(QStringLiteral("Marlo (2).mdb")) : path;
+        for (const char* beside : {"", "-wal", "-shm"})
+            QFile::remove(written + QLatin1String(beside));
+        QString activeId;
+        {
+            WindowHarness h;
+            fTolvaneMan& w = h.open();
+            // Five templates with their user variables, saved: the window's own and four more.
+            type(&w, QStringLiteral("txtTimingLT"), QStringLiteral("33"));
+            w.ActiveSetting()->setsName(QStringLiteral("Field day"));
+            activeId = w.ActiveSetting()->ID();
+            for (int n = 1; n <= 4; ++n) {
+                auto r = h.app().colSetsTemplate().Add();
+                r->setsName(QStringLiteral("Setting %1").arg(n));
+                r->colUserVar().Item(3)->setsValue(QStringLiteral("%1 C").arg(20 + n));
+            }
+            run(&w, QStringLiteral("mnuSave"));
+            GUITEST_NO_ERRORS(h.ui.script);
+            QCOMPARE(rowsIn(path), qMakePair(5, 35));
+            // One more, made through the window and changed there; then the file goes.
+            if (changed) {
+                run(&w, QStringLiteral("mnuNew"));
+                type(&w, QStringLiteral("txtTimingLT"), QStringLiteral("44"));
+                w.ActiveSetting()->AddUserVar(QStringLiteral("Barrel length"), QStringLiteral("14\""));
+                activeId = w.ActiveSetting()->ID();
+            }
+            QVERIFY(QFile::remove(path));
+            const QByteArray stranger = "a file that is no library";
+            if (replaced)
+                writeFile(path, stranger);
+
+            if (onExit) {
+                h.ui.script.yesNoAnswers.enqueue(true);
+                QVERIFY(w.close());
+            } else {
+                run(&w, QStringLiteral("mnuSave"));
+            }
+            GUITEST_NO_ERRORS(h.ui.script);
+            QCOMPARE(rowsIn(written), rows);
+            QCOMPARE(h.ui.script.messages.size(), 1);
+            const QString said = h.ui.script.messages.first().text;
+            QVERIFY2(said.contains(QLatin1Char('"') + QDir::toNativeSeparators(written) + QLatin1Char('"')), qPrintable(said));
+            QVERIFY2(said.contains(replaced ? QStringLiteral("replaced") : QStringLiteral("deleted")), qPrintable(said));
+            if (replaced) {
+                QCOMPARE(fileBytes(path), stranger);
+                // The next start opens the library, not the stranger.
+                QCOMPARE(stored(QStringLiteral("DBName")), written);
+                // Every ID is kept, so the next start must not forget the last active setting.
+                QVERIFY(stored(QStringLiteral("DBChanged")) != QLatin1String("True"));
+            }
+            QVERIFY(!h.app().AnythingNeedSave());
+            if (!onExit) {
+                // Nothing is left to save: closing asks nothing.
+                QVERIFY(w.close());
+                QCOMPARE(h.ui.script.questions.size(), 0);
+            }
+        }
+        // The next start: every template, and the one last active is active again.
+        mDatabase::DisconnectDB();
+        WindowHarness h;
+        fTolvaneMan& w = h.open();
+        GUITEST_NO_ERRORS(h.ui.script);
+        QCOMPARE(h.app().colSetsTemplate().Count(), rows.first);
+        QVERIFY(w.ActiveSetting());
+        QCOMPARE(w.ActiveSetting()->ID(), activeId);
+        QCOMPARE(text(&w, QStringLiteral("txtTimingLT")), changed ? QStringLiteral("44") : QStringLiteral("33"));
     }
 };
 
