@@ -19,6 +19,20 @@ mGripComparison::tComparison differingComparison()
     return comparison;
 }
 
+void fillGrip(griptest::GripHarness& grip)
+{
+    grip.grip.updateState([](gripsim::GripState& s) {
+        s.timing = {12, 9, 31, 40, 29, 6};
+        s.counters = {300, 65535, 197121};
+        s.options.flags = 0x41; // eye mounted, use eye
+        s.options.defaultLoadTime = 50;
+        s.ramping = {7, 120, 4};
+        s.gameTimer.countDownTimer = 15;
+        s.gameTimer.preAlert1On = 1;
+        s.battery = 880;
+    });
+}
+
 
 void run(QObject* window, const QString& name)
 {

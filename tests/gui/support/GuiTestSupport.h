@@ -31,6 +31,9 @@ namespace guitest {
 
 // A comparison where one value of each kind differs and a record was left out.
 mGripComparison::tComparison differingComparison();
+// Fills every record of the grip with values that differ from a fresh window's and from each
+// other.
+void fillGrip(griptest::GripHarness& grip);
 
 
 // A control of a window by its object name; warns when there is none.
