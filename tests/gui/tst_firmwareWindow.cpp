@@ -1,7 +1,7 @@
 // The firmware commands in the main window against the virtual grip: what the window shows
-// during and after a transfer (progress bar, status panels, messages), the commands held while
-// it runs, the command-line upload, the backup before a write, and bad files, a failing grip or a
-// backup folder that cannot take the backup leaving a usable window.
+// during and after a transfer (progress bar, status panels), the commands held while it runs,
+// the backup before a write, and bad files, a failing grip or a backup folder that cannot take
+// the backup leaving a usable window.
 #include "GuiTestSupport.h"
 #include "../firmware/FirmwareTestSupport.h"
 
@@ -234,27 +234,6 @@ private slots:
         QVERIFY(!h.grip.grip.state().bootMode);
         QCOMPARE(h.ui.script.messages.last().text,
                  QStringLiteral("Timinginformation, Countdowntimers, Counters and Batteryinformation were fetched."));
-    }
-    void commandLineUploadsOnceShown()
-    {
-        WindowHarness h(kFits);
-        fTolvaneMan& w = h.open(false);
-        w.setCommandLine({QStringLiteral("-f\"") + path(QStringLiteral("good.tvf")) + QLatin1Char('"')});
-        QTest::qWait(0);
-        QVERIFY(h.grip.codes().isEmpty()); // nothing before the window is shown
-        w.show();
-        QTRY_VERIFY(h.grip.codes().contains(0x83));
-        QVERIFY(h.ui.script.errors.isEmpty());
-        QCOMPARE(h.ui.script.messages.size(), 1); // the upload's own message; no confirmation
-        QCOMPARE(h.ui.script.messages[0].title, QStringLiteral("Success!"));
-        QCOMPARE(w.PanelText(2), QStringLiteral("4.0.7"));
-        QCOMPARE(h.ui.script.fileRequests.size(), 0);
-        // Shown again: the command line is read once.
-        const qsizetype sent = h.grip.codes().size();
-        w.hide();
-        w.show();
-        QTest::qWait(10);
-        QCOMPARE(h.grip.codes().size(), sent);
     }
 };
 

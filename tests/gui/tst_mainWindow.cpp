@@ -419,8 +419,17 @@ private slots:
         QFETCH(int, warnings);
         QFETCH(QString, uploaded);
         WindowHarness h;
-        h.open(true, words);
-        QTRY_COMPARE(h.ui.script.messages.size() + h.ui.script.errors.size(), warnings + (uploaded.isEmpty() ? 0 : 1));
+        fTolvaneMan& w = h.open(false, words);
+        const auto said = [&] { return h.ui.script.messages.size() + h.ui.script.errors.size(); };
+        QTest::qWait(0);
+        QCOMPARE(said(), 0); // nothing before the window is shown
+        w.show();
+        QTRY_COMPARE(said(), warnings + (uploaded.isEmpty() ? 0 : 1));
+        // Shown again: the command line is read once.
+        w.hide();
+        w.show();
+        QTest::qWait(10);
+        QCOMPARE(said(), warnings + (uploaded.isEmpty() ? 0 : 1));
         for (const ScriptedUi::Message& m : h.ui.script.messages) {
             QCOMPARE(m.text, QStringLiteral("Unsupported command-line parameter."));
             QCOMPARE(m.icon, MsgIcon::Exclamation);
@@ -432,6 +441,7 @@ private slots:
             for (const ErrorFrame& frame : h.ui.script.errors.first().Trail())
                 steps << frame.procedure;
             QVERIFY(steps.contains(QStringLiteral("UploadFirmware - load firmware file (%1)").arg(uploaded)));
+            QVERIFY(h.ui.script.fileRequests.isEmpty()); // the file is not asked for again
             QCOMPARE(h.takeCodes(), QList<int>{});
         }
     }
