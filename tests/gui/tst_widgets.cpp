@@ -26,7 +26,6 @@ private slots:
         QTest::addColumn<QString>("description"); // and the band it reads with it
         QTest::newRow("nothing read") << -1 << 0 << "No voltage read" << "";
         // The main window's scale: 4.00 to 5.80 V, low up to 4.25 V, middle up to 4.50 V.
-        QTest::newRow("empty") << 0 << 0 << "0.00 V" << "low charge";
         QTest::newRow("low edge") << 425 << 0 << "4.25 V" << "low charge";
         QTest::newRow("middle") << 426 << 1 << "4.26 V" << "middle charge";
         QTest::newRow("middle edge") << 450 << 1 << "4.50 V" << "middle charge";
