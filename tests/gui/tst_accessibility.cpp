@@ -1,9 +1,11 @@
-// What a screen reader and a keyboard user get in the windows of the desktop program. A walk over
-// each window's accessibility tree: every control a user can reach has a name, every value the
-// window shows (labels, boxes, lists, the battery, progress) is exposed to the screen reader, and
-// every control that takes the focus shows that it has it. Beside the walk: the names are those
-// of the captions, value labels are described by theirs, and the library's columns are read by
-// their headers.
+// What a screen reader, a keyboard user and a German reader get in the windows of the desktop
+// program. A walk over each window's accessibility tree: every control a user can reach has a
+// name, every value the window shows (labels, boxes, lists, the battery, progress) is exposed to
+// the screen reader, and every control that takes the focus shows that it has it. Beside the
+// walk: the names are those of the captions, value labels are described by theirs, and the
+// library's columns are read by their headers. In German: the captions come from the
+// translation, no two controls of a menu or a window answer to the same mnemonic and no caption is
+// cut off.
 #include "GuiTestSupport.h"
 
 #include "base/mErrCodes.h"
@@ -19,21 +21,37 @@
 #include "gui/shell/fOptions.h"
 #include "gui/widgets/fAbout.h"
 #include "gui/widgets/ucIProgress.h"
+#include "shell/mLanguage.h"
 
+#include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QGroupBox>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QRegularExpression>
+#include <QStyleOptionButton>
 #include <QTabBar>
 
 using namespace guitest;
 
 namespace {
 
-// Makes the window of that kind over a library with one setting: the main window (after a get, or
-// during a firmware transfer, after the slash), a page of the property editor after the slash, or
-// any other, owned by owned.
-QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidget>& owned)
+// The window of that kind on screen over a library with one setting: the main window (after a
+// get, or during a firmware transfer, after the slash), or any other on the page given after the
+// slash, owned by owned.
+struct ShownWindow {
+    explicit ShownWindow(const QString& kind, const QString& gripOptions = QString()) : h(gripOptions), window(make(kind)) {}
+    QWidget* make(const QString& kind);
+
+    WindowHarness h;
+    std::unique_ptr<QWidget> owned;
+    QWidget* window;
+};
+
+QWidget* ShownWindow::make(const QString& kind)
 {
     fTolvaneMan& main = h.open(kind.startsWith(QLatin1String("fTolvaneMan")));
     const auto setting = h.app().colSetsTemplate().Add();
@@ -55,11 +73,10 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
     else if (kind.startsWith(QLatin1String("fSetsTemplate"))) {
         auto editor = std::make_unique<fSetsTemplate>();
         editor->Open(setting, QStringLiteral("1"));
-        control<QTabBar>(editor.get(), QStringLiteral("tbsSettings"))->setCurrentIndex(kind.endsWith(QLatin1String("User")) ? 1 : 0);
         owned = std::move(editor);
     } else if (kind == QLatin1String("fUserVariable"))
         owned = std::make_unique<fUserVariable>();
-    else if (kind == QLatin1String("fOptions"))
+    else if (kind.startsWith(QLatin1String("fOptions")))
         owned = std::make_unique<fOptions>(h.grip.session.GunInfo(), h.prefs());
     else if (kind == QLatin1String("fCommConsole"))
         owned = std::make_unique<fCommConsole>();
@@ -72,21 +89,35 @@ QWidget* makeWindow(const QString& kind, WindowHarness& h, std::unique_ptr<QWidg
     else if (kind == QLatin1String("fGripHistory"))
         owned = std::make_unique<fGripHistory>(h.grip.session, h.prefs());
     else
-        owned = std::make_unique<ErrorWindow>(MarloError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MSG_DL_GUNINFO),
-                                              mErrCodes::HELP_TIMEOUT, QStringLiteral("4.0.0"), QStringLiteral("Marlo"));
+        owned = std::make_unique<ErrorWindow>(
+            MarloError(mErrCodes::ERR_DL_GUNINFO, QString(), mErrCodes::MessageText(mErrCodes::MSG_DL_GUNINFO)), mErrCodes::HELP_TIMEOUT,
+            QStringLiteral("4.0.0"), QStringLiteral("Marlo"));
+    if (auto* tabs = owned->findChild<QTabBar*>(); tabs && kind.contains(QLatin1Char('/')))
+        tabs->setCurrentIndex(kind.section(QLatin1Char('/'), 1).toInt());
     owned->show();
+    QCoreApplication::processEvents();
     return owned.get();
 }
 
-const char* const kWindows[] = {"fTolvaneMan", "fTolvaneMan/get", "fTolvaneMan/transfer", "fLibSets",
-                                "fSetsTemplate/Basic", "fSetsTemplate/User", "fUserVariable", "fOptions",
-                                "fCommConsole", "fBuildInfo", "fAbout", "ErrorWindow", "fCompareGrip", "fGripHistory"};
+const char* const kWindows[] = {"fTolvaneMan", "fTolvaneMan/get", "fTolvaneMan/transfer", "fLibSets", "fSetsTemplate/0",
+                                "fSetsTemplate/1", "fUserVariable", "fOptions/0", "fOptions/1", "fCommConsole", "fBuildInfo",
+                                "fAbout", "ErrorWindow", "fCompareGrip", "fGripHistory"};
 
-void addWindowRows()
+// The windows, the main window in each of its states or only as it opens.
+QStringList windows(bool mainWindowStates)
+{
+    QStringList kinds;
+    for (const char* window : kWindows)
+        if (mainWindowStates || !QByteArray(window).startsWith("fTolvaneMan/"))
+            kinds << QString::fromLatin1(window);
+    return kinds;
+}
+
+void addWindowRows(bool mainWindowStates = true)
 {
     QTest::addColumn<QString>("window");
-    for (const char* window : kWindows)
-        QTest::newRow(window) << QString::fromLatin1(window);
+    for (const QString& window : windows(mainWindowStates))
+        QTest::newRow(qPrintable(window)) << window;
 }
 
 // The texts of the interface and of everything below it.
@@ -180,6 +211,85 @@ QStringList focusNotShown(QWidget* window)
     return faults;
 }
 
+QChar mnemonicOf(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral("&([^&\\s])"));
+    const QRegularExpressionMatch match = pattern.match(QString(text).remove(QLatin1String("&&")));
+    return match.hasMatch() ? match.captured(1).at(0).toLower() : QChar();
+}
+
+// "letter: text, text" for every mnemonic that more than one of the texts has.
+QStringList clashes(const QStringList& texts)
+{
+    QMap<QChar, QStringList> owners;
+    for (const QString& text : texts) {
+        if (const QChar letter = mnemonicOf(text); !letter.isNull())
+            owners[letter] << text;
+    }
+    QStringList found;
+    for (auto it = owners.cbegin(); it != owners.cend(); ++it) {
+        if (it.value().size() > 1)
+            found << QString(it.key()) + QStringLiteral(": ") + it.value().join(QStringLiteral(", "));
+    }
+    return found;
+}
+
+// The captions of a window a mnemonic reaches at once: its buttons, its labels with a buddy, its
+// tabs and its menu bar's menus (not the menus' items, which count within their menu).
+QStringList windowCaptions(QWidget* window)
+{
+    QStringList texts;
+    for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+        if (button->isVisibleTo(window))
+            texts << button->text();
+    }
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->buddy() && label->isVisibleTo(window))
+            texts << label->text();
+    }
+    for (QTabBar* tabs : window->findChildren<QTabBar*>()) {
+        for (int i = 0; i < tabs->count(); ++i)
+            texts << tabs->tabText(i);
+    }
+    if (auto* main = qobject_cast<QMainWindow*>(window)) {
+        for (QAction* menu : main->menuBar()->actions())
+            texts << menu->text();
+    }
+    return texts;
+}
+
+// How much of a control's caption does not fit (0: none): a push button's text against the room
+// the style leaves it inside its frame (the style's wider minimum is a matter of looks), anything
+// else against its minimum size.
+int missingWidth(QWidget* control, const QString& text)
+{
+    if (auto* button = qobject_cast<QPushButton*>(control)) {
+        QStyleOptionButton option;
+        option.initFrom(button);
+        const int room = button->style()->subElementRect(QStyle::SE_PushButtonContents, &option, button).width();
+        return button->fontMetrics().horizontalAdvance(QString(text).remove(QLatin1Char('&'))) - room;
+    }
+    return control->minimumSizeHint().width() - control->width();
+}
+
+// The captions that are narrower on screen than their text: cut off.
+QStringList cutCaptions(QWidget* window)
+{
+    QStringList cut;
+    const auto check = [&](QWidget* control, const QString& text) {
+        const int missing = missingWidth(control, text);
+        if (control->isVisible() && !text.isEmpty() && missing > 0)
+            cut << QStringLiteral("%1 \"%2\": %3 pixels short").arg(control->objectName(), text).arg(missing);
+    };
+    for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
+        check(button, button->text());
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+        if (!label->wordWrap())
+            check(label, label->text());
+    }
+    return cut;
+}
+
 } // namespace
 
 class tst_accessibility : public QObject {
@@ -187,61 +297,53 @@ class tst_accessibility : public QObject {
 private slots:
     void initTestCase() { mMain::SetUpWindows(); }
     void init() { FreshStart(); }
+    void cleanup() { mLanguage::Remove(); }
     void everyReachableControlHasAName_data() { addWindowRows(); }
     void everyReachableControlHasAName()
     {
         QFETCH(QString, window);
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        QCOMPARE(unnamedControls(makeWindow(window, h, owned)), QStringList());
-        GUITEST_NO_ERRORS(h.ui.script);
+        const ShownWindow shown(window);
+        QCOMPARE(unnamedControls(shown.window), QStringList());
+        GUITEST_NO_ERRORS(shown.h.ui.script);
     }
     void everyValueShownIsExposed_data() { addWindowRows(); }
     void everyValueShownIsExposed()
     {
         QFETCH(QString, window);
-        WindowHarness h(QStringLiteral("firmware=4.0.5,serial=AB12345678"));
-        std::unique_ptr<QWidget> owned;
-        QCOMPARE(unexposedValues(makeWindow(window, h, owned)).join(QStringLiteral(", ")), QString());
+        QCOMPARE(unexposedValues(ShownWindow(window, QStringLiteral("firmware=4.0.5,serial=AB12345678")).window).join(QStringLiteral(", ")),
+                 QString());
     }
     void everyFocusIsShown_data() { addWindowRows(); }
     void everyFocusIsShown()
     {
         QFETCH(QString, window);
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        QCOMPARE(focusNotShown(makeWindow(window, h, owned)).join(QStringLiteral(", ")), QString());
+        QCOMPARE(focusNotShown(ShownWindow(window).window).join(QStringLiteral(", ")), QString());
     }
     void namesAreTheCaptions_data()
     {
         QTest::addColumn<QString>("window");
         QTest::addColumn<QStringList>("names"); // "control|name read"
         // A text box, up-down or slider is read by its caption label, a button or check box by its
-        // caption without the accelerator.
+        // caption without the accelerator: one of each kind in each pane.
         QTest::newRow("main window") << "fTolvaneMan" << QStringList{
-            "txtTimingST|Shot", "updST|Shot", "sldST|Shot", "txtTimingDT|Dwell", "sldDT|Dwell", "txtTimingCTO|Open",
-            "updCTO|Open", "txtTimingLT|Load", "sldLT|Load", "txtTimingCTC|Close", "updCTC|Close",
-            "cboFiringModes|Firing mode:", "cboHyperModes|Ramping Mode :", "chkExpert|Expert Mode", "chkCopyCTO|Close = Open",
-            "chkAlertOne|Sound alert 60 sec. before game end", "cmdTools(0)|Get", "cmdTools(4)|Properties",
-            "cmdTools(6)|Default settings", "txtEyeCheckMax|Eye Check Max", "updEyeOKMax|Eye OK Max",
-            "txtDefaultLoadTime|Max ROF in ms", "txtShots|Shots before ramping", "txtCounters(0)|Counter 1 is at",
-            "txtCounters(2)|Total is at", "cmdReset(1)|Reset", "txtCntDown|Counting down from", "ucIProgress1|Battery",
-            "pgbProgress|Progress"};
+            "txtTimingST|Shot", "updST|Shot", "sldST|Shot", "cboFiringModes|Firing mode:", "cboHyperModes|Ramping Mode :",
+            "chkExpert|Expert Mode", "chkAlertOne|Sound alert 60 sec. before game end", "cmdTools(0)|Get", "txtEyeCheckMax|Eye Check Max",
+            "updEyeOKMax|Eye OK Max", "txtDefaultLoadTime|Max ROF in ms", "txtShots|Shots before ramping",
+            "txtCounters(0)|Counter 1 is at", "txtCounters(2)|Total is at", "cmdReset(1)|Reset", "txtCntDown|Counting down from",
+            "ucIProgress1|Battery", "pgbProgress|Progress"};
         QTest::newRow("library browser") << "fLibSets" << QStringList{"cmdUse|Use", "cmdProperties|Properties"};
-        QTest::newRow("property editor") << "fSetsTemplate/Basic" << QStringList{"txtName|Name"};
+        QTest::newRow("property editor") << "fSetsTemplate/0" << QStringList{"txtName|Name"};
         QTest::newRow("user variable") << "fUserVariable" << QStringList{"txtVarName|Name", "txtValue|Value"};
-        QTest::newRow("options") << "fOptions" << QStringList{"txtDBPath|Database path", "txtAutocheckInterval|Interval (secs)"};
+        QTest::newRow("options") << "fOptions/0" << QStringList{"txtDBPath|Database path", "txtAutocheckInterval|Interval (secs)"};
     }
     void namesAreTheCaptions()
     {
         QFETCH(QString, window);
         QFETCH(QStringList, names);
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        QWidget* shown = makeWindow(window, h, owned);
+        const ShownWindow shown(window);
         for (const QString& row : names) {
             const QStringList parts = row.split(QLatin1Char('|'));
-            QCOMPARE(accessibleName(control<QWidget>(shown, parts[0])).trimmed(), parts[1]);
+            QCOMPARE(accessibleName(control<QWidget>(shown.window, parts[0])).trimmed(), parts[1]);
         }
     }
     void valuesAreReadWithTheirCaptions_data()
@@ -254,7 +356,7 @@ private slots:
         QTest::newRow("library file") << "fTolvaneMan/get" << "stbStatus.Panels(1)" << "Library";
         QTest::newRow("firmware version") << "fTolvaneMan/get" << "FWVer" << "Firmware version";
         QTest::newRow("status") << "fTolvaneMan/transfer" << "stbStatus.Panels(3)" << "Status";
-        QTest::newRow("property editor") << "fSetsTemplate/Basic" << "lblST" << "Shot time";
+        QTest::newRow("property editor") << "fSetsTemplate/0" << "lblST" << "Shot time";
         QTest::newRow("error advice") << "ErrorWindow" << "lblWhatToDo" << "What to do";
     }
     void valuesAreReadWithTheirCaptions()
@@ -262,9 +364,8 @@ private slots:
         QFETCH(QString, window);
         QFETCH(QString, label);
         QFETCH(QString, caption);
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        auto* shown = control<QLabel>(makeWindow(window, h, owned), label);
+        const ShownWindow on(window);
+        auto* shown = control<QLabel>(on.window, label);
         QAccessibleInterface* face = QAccessible::queryAccessibleInterface(shown);
         QVERIFY(!shown->text().isEmpty());
         QCOMPARE(face->text(QAccessible::Name), shown->text());
@@ -272,9 +373,8 @@ private slots:
     }
     void batteryIsAProgressBar()
     {
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        QWidget* window = makeWindow(QStringLiteral("fTolvaneMan"), h, owned);
+        const ShownWindow shown(QStringLiteral("fTolvaneMan"));
+        QWidget* window = shown.window;
         QAccessibleInterface* face = QAccessible::queryAccessibleInterface(control<ucIProgress>(window, QStringLiteral("ucIProgress1")));
         QCOMPARE(face->role(), QAccessible::ProgressBar);
         QCOMPARE(face->text(QAccessible::Value), QStringLiteral("No voltage read"));
@@ -287,15 +387,92 @@ private slots:
     }
     void libraryColumnsAreReadByTheirHeaders()
     {
-        WindowHarness h;
-        std::unique_ptr<QWidget> owned;
-        QAccessibleInterface* list = QAccessible::queryAccessibleInterface(
-            control<QTreeWidget>(makeWindow(QStringLiteral("fLibSets"), h, owned), QStringLiteral("lvwLib")));
+        const ShownWindow shown(QStringLiteral("fLibSets"));
+        QAccessibleInterface* list = QAccessible::queryAccessibleInterface(control<QTreeWidget>(shown.window, QStringLiteral("lvwLib")));
         QVERIFY(list && list->tableInterface());
         QStringList headers;
         for (int c = 1; c < list->tableInterface()->columnCount(); ++c)
             headers << list->tableInterface()->columnDescription(c);
         QCOMPARE(headers, (QStringList{"#", "Name", "Date", "ROF bps", "ST ms", "DT ms", "CTO ms", "LT ms", "CTC ms"}));
+    }
+
+    void germanMainWindowCaptions_data()
+    {
+        QTest::addColumn<QString>("control");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("tool button Get") << "cmdTools(0)" << "Aus&lesen";
+        QTest::newRow("tool button Put") << "cmdTools(1)" << QString::fromUtf8("&Übertragen");
+        QTest::newRow("menu File") << "mnuFile" << "&Datei";
+        QTest::newRow("menu Get Timing") << "mnuDLTiming" << "&Zeitwerte";
+        QTest::newRow("timing pane") << "fraTiming" << "Zeitwerte";
+        QTest::newRow("firing mode") << "lblFiringModes" << "Feuermodus:";
+        QTest::newRow("firing modes") << "cboFiringModes" << "Semi-Auto|Classic|Sniper|NXL Full Auto|Burst 3|Ramping";
+        QTest::newRow("ramping modes") << "cboHyperModes" << "Ramping unbegrenzt|Ramping 100 %|Ramping 75 %|Ramping 50 %|Ramping 33 %";
+    }
+    void germanMainWindowCaptions()
+    {
+        QFETCH(QString, control);
+        QFETCH(QString, caption);
+        QCOMPARE(mLanguage::Install({QStringLiteral("de_DE")}), QStringLiteral("de"));
+        const ShownWindow main(QStringLiteral("fTolvaneMan/get"), QStringLiteral("firmware=4.0.0")); // the firmware decides the modes
+        QObject* found = main.window->findChild<QObject*>(control);
+        QVERIFY2(found, qPrintable(control));
+        QString shown;
+        if (auto* action = qobject_cast<QAction*>(found))
+            shown = action->text();
+        else if (auto* menu = qobject_cast<QMenu*>(found))
+            shown = menu->menuAction()->text();
+        else if (auto* button = qobject_cast<QAbstractButton*>(found))
+            shown = button->text();
+        else if (auto* label = qobject_cast<QLabel*>(found))
+            shown = label->text();
+        else if (auto* box = qobject_cast<QGroupBox*>(found))
+            shown = box->title();
+        else if (auto* list = qobject_cast<QComboBox*>(found)) {
+            QStringList items;
+            for (int i = 0; i < list->count(); ++i)
+                items << list->itemText(i);
+            shown = items.join(QLatin1Char('|'));
+        }
+        QCOMPARE(shown, caption);
+    }
+
+    void germanMnemonicsDoNotClash_data()
+    {
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<QString>("menu"); // a menu of the main window; empty: the window itself
+        for (const char* menu : {"mnuFile", "mnuEdit", "mnuFunction", "mnuDownload", "mnuUpload", "mnuView", "mnuHelp"})
+            QTest::newRow(menu) << "fTolvaneMan" << QString::fromLatin1(menu);
+        for (const QString& window : windows(false))
+            QTest::newRow(qPrintable(window)) << window << QString();
+    }
+    void germanMnemonicsDoNotClash()
+    {
+        QFETCH(QString, window);
+        QFETCH(QString, menu);
+        QCOMPARE(mLanguage::Install({QStringLiteral("de_DE")}), QStringLiteral("de"));
+        const ShownWindow shown(window);
+        QStringList texts;
+        if (menu.isEmpty()) {
+            texts = windowCaptions(shown.window);
+        } else {
+            auto* items = control<QMenu>(shown.window, menu);
+            QVERIFY(items);
+            for (QAction* action : items->actions())
+                texts << action->text();
+        }
+        QVERIFY(!texts.isEmpty());
+        const QStringList found = clashes(texts);
+        QVERIFY2(found.isEmpty(), qPrintable(found.join(QStringLiteral("; "))));
+    }
+
+    void germanNothingIsCutOff_data() { addWindowRows(false); }
+    void germanNothingIsCutOff()
+    {
+        QFETCH(QString, window);
+        QCOMPARE(mLanguage::Install({QStringLiteral("de_DE")}), QStringLiteral("de"));
+        const QStringList cut = cutCaptions(ShownWindow(window).window);
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(QStringLiteral("; "))));
     }
 };
 

@@ -1,5 +1,5 @@
-// The property editor: its pages, edits that go into the record as typed (so Cancel keeps them),
-// the user variables with their dialog, and the variable binder.
+// The property editor: its pages, the record shown and edits that go into it as typed (so Cancel
+// keeps them), the user variables with their dialog, and the variable binder.
 #include "GuiTestSupport.h"
 
 #include "gui/library/cifUserVar.h"
@@ -75,7 +75,9 @@ private slots:
         QCOMPARE(tabs->currentIndex(), 0);
         QCOMPARE(editor.windowTitle(), QStringLiteral("Settings #7"));
     }
-    void basicPageShowsTheRecord()
+    // The basic page shows the record; what is typed goes into it at once, so that even Cancel keeps
+    // it (the name through either button is the library browser's test).
+    void basicPageShowsAndEditsTheRecord()
     {
         ScriptedLibrary library;
         const auto record = library.app().colSetsTemplate().Add();
@@ -86,8 +88,14 @@ private slots:
         record->setlCycleTimeOpen(33);
         record->setlLoadTime(40);
         record->setlCycleTimeClose(15);
+        for (int save = 0; save < 2; ++save) { // made, then written again as changed after it was made
+            QSqlDatabase connection;
+            library.app().colSetsTemplate().Save(connection);
+        }
+        QVERIFY(!record->IsDirty());
         fSetsTemplate editor;
         editor.Open(record, QStringLiteral("1"));
+        editor.show();
         QWidget* page = editor.Page();
         QCOMPARE(text(page, QStringLiteral("txtName")), QStringLiteral("Cold morning"));
         QCOMPARE(control<QDateEdit>(page, QStringLiteral("dtpDate"))->date(), QDate(2023, 11, 4));
@@ -98,33 +106,12 @@ private slots:
         QCOMPARE(values, (QStringList{"4", "12", "33", "40", "15", "10.0"}));
         // Showing changes nothing: the time of day stays with the date.
         QCOMPARE(record->dtDate(), QDateTime(QDate(2023, 11, 4), QTime(9, 30)));
-        QCOMPARE(record->sName(), QStringLiteral("Cold morning"));
-    }
-    void editsStayWhateverButtonCloses_data()
-    {
-        QTest::addColumn<QString>("button");
-        QTest::newRow("OK") << "cmdOK";
-        QTest::newRow("Cancel") << "cmdCancel";
-    }
-    void editsStayWhateverButtonCloses()
-    {
-        QFETCH(QString, button);
-        ScriptedLibrary library;
-        const auto record = library.app().colSetsTemplate().Add();
-        record->setsName(QStringLiteral("Before"));
-        record->setdtDate(QDateTime(QDate(2020, 5, 5), QTime(0, 0)));
-        for (int save = 0; save < 2; ++save) { // made, then written again as changed after it was made
-            QSqlDatabase connection;
-            library.app().colSetsTemplate().Save(connection);
-        }
         QVERIFY(!record->IsDirty());
-        fSetsTemplate editor;
-        editor.Open(record, QStringLiteral("1"));
-        editor.show();
-        type(editor.Page(), QStringLiteral("txtName"), QStringLiteral("After"));
+
+        type(page, QStringLiteral("txtName"), QStringLiteral("After"));
         QCOMPARE(record->sName(), QStringLiteral("After")); // as it is typed
-        control<QDateEdit>(editor.Page(), QStringLiteral("dtpDate"))->setDate(QDate(2021, 6, 30));
-        run(&editor, button);
+        control<QDateEdit>(page, QStringLiteral("dtpDate"))->setDate(QDate(2021, 6, 30));
+        run(&editor, QStringLiteral("cmdCancel"));
         QVERIFY(!editor.isVisible());
         QCOMPARE(record->sName(), QStringLiteral("After"));
         QCOMPARE(record->dtDate().date(), QDate(2021, 6, 30));

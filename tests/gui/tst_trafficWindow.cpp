@@ -1,7 +1,7 @@
 // The traffic window and the build information in the main window: entries as the link logs
-// them, batched into a view that follows the end, Clear and Save as, View > Communication log
-// with the preference behind it, and "Gun Build Info" from the gun information as it stands,
-// following every reading of it while the window is open.
+// them, batched into a view that follows the end unless scrolled back, Clear and Save as, View >
+// Communication log with the preference behind it, and "Gun Build Info" from the gun information
+// as it stands, following every reading of it while the window is open.
 #include "GuiTestSupport.h"
 
 #include "grip/cGunInfo.h"
@@ -51,29 +51,11 @@ private slots:
         QCOMPARE(logText(w), QString());
         QTRY_VERIFY(!logText(w).isEmpty());
         const QStringList lines = logText(w).split(QLatin1Char('\n'));
-        // Every write and read: the code byte, the rest, the report's code byte and its rest.
+        // Every write, as the link logs it (its format is the link's), and the same text as
+        // komm.log: CR LF after every line.
         QCOMPARE(lines.filter(QStringLiteral(": Sending data")).size(), 2);
-        QCOMPARE(lines.filter(QStringLiteral(": Receiving data")).size(), 2);
-        QVERIFY(lines.contains(QStringLiteral("  hex:   [13]")));
-        // The same text as komm.log: CR LF after every line.
         QVERIFY(log->LogText().endsWith(QStringLiteral("]\r\n")));
         QCOMPARE(log->LogText().count(QStringLiteral("\r\n")), lines.size());
-        QCOMPARE(w.PanelText(2), QStringLiteral("4.0.5"));
-
-        // More than a screenful: the view follows the end; scrolled back, it stays where the user is.
-        auto* view = control<QPlainTextEdit>(log, QStringLiteral("txtLog"));
-        for (int i = 0; i < 20; ++i)
-            run(&w, QStringLiteral("mnuDLGunInfo"));
-        log->flush();
-        QApplication::processEvents();
-        QScrollBar* bar = view->verticalScrollBar();
-        QVERIFY(bar->maximum() > 0);
-        QCOMPARE(bar->value(), bar->maximum());
-        bar->triggerAction(QAbstractSlider::SliderToMinimum); // as the user scrolls
-        run(&w, QStringLiteral("mnuDLGunInfo"));
-        log->flush();
-        QApplication::processEvents();
-        QCOMPARE(bar->value(), 0);
     }
     void theWindowFollowsThePreference_data()
     {
@@ -167,37 +149,27 @@ private slots:
         log.resize(log.width(), log.height() / 2);
         QTRY_COMPARE(bar->value(), bar->maximum());
         QVERIFY(bar->value() > 0);
+        // Scrolled back, it stays where the user is.
+        bar->triggerAction(QAbstractSlider::SliderToMinimum);
+        log.appendEntry(QStringLiteral("one more"));
+        log.flush();
+        QApplication::processEvents();
+        QCOMPARE(bar->value(), 0);
     }
-    void buildInfo_data()
-    {
-        QTest::addColumn<QString>("grip");   // empty: no download before opening
-        QTest::addColumn<bool>("doubleClick"); // on the firmware-version panel, else the View item
-        QTest::addColumn<QStringList>("boxes");
-        QTest::newRow("new record") << QString() << false << QStringList{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
-        QTest::newRow("after a download, by double-click")
-            << "firmware=1.1.70,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678" << true
-            << QStringList{"AB12345678", "1.1.70", "1.2.1", "1.1.300", "2.1.5"};
-    }
+    // Opened from the firmware-version panel after a download: read only, and no download of its own.
     void buildInfo()
     {
-        QFETCH(QString, grip);
-        QFETCH(bool, doubleClick);
-        QFETCH(QStringList, boxes);
-        WindowHarness h(grip);
+        WindowHarness h(QStringLiteral("firmware=1.1.70,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678"));
         fTolvaneMan& w = h.open();
-        if (!grip.isEmpty())
-            w.Session().GunInfo().Download(w.Link(), w.Session().GripError());
+        w.Session().GunInfo().Download(w.Link(), w.Session().GripError());
         const qsizetype sent = h.grip.codes().size();
-        if (doubleClick)
-            QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);
-        else
-            run(&w, QStringLiteral("mnuBuildInfo"));
+        QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);
         auto* dialog = w.findChild<fBuildInfo*>();
         QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(h.grip.codes().size(), sent); // no download
+        QCOMPARE(h.grip.codes().size(), sent);
         for (const char* name : kBuildBoxes)
             QVERIFY(control<QLineEdit>(dialog, QLatin1String(name))->isReadOnly());
-        QCOMPARE(buildBoxes(dialog), boxes);
+        QCOMPARE(buildBoxes(dialog), (QStringList{"AB12345678", "1.1.70", "1.2.1", "1.1.300", "2.1.5"}));
         run(dialog, QStringLiteral("cmdOK"));
         QTRY_VERIFY(!w.findChild<fBuildInfo*>());
     }
@@ -209,10 +181,7 @@ private slots:
         const QStringList read{"AB12345678", "1.2.1", "1.2.1", "1.1.300", "2.1.5"};
         const QStringList opened{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
         QTest::newRow("get") << "cmdTools(0)" << false << read;
-        QTest::newRow("gun information") << "mnuDLGunInfo" << false << read;
-        QTest::newRow("get counters") << "mnuDLCounters" << false << read;
         QTest::newRow("put timing") << "mnuULTiming" << false << read;
-        QTest::newRow("reset counter") << "cmdReset(0)" << false << read;
         QTest::newRow("refused") << "mnuDLGunInfo" << true << opened;
     }
     void buildInfoFollowsTheGrip()

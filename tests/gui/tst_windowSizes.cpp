@@ -76,7 +76,6 @@ private slots:
         QTest::newRow("large font") << 1.6 << "C" << false;
         QTest::newRow("very large font") << 2.2 << "C" << false;
         QTest::newRow("right-to-left locale") << 1.0 << "ar_EG" << true;
-        QTest::newRow("right-to-left, large font") << 1.6 << "he_IL" << true;
     }
     void nothingIsCut()
     {
