@@ -8,34 +8,28 @@ class tst_libraryRecords : public QObject {
     Q_OBJECT
 
 private slots:
-    void saveAndLoadRoundTrip()
+    // Named after it was made: the insert leaves that edit pending, so the next save writes it
+    // once more, and only then is the record clean. A changed variable makes the record dirty,
+    // not itself. (What the rows hold: tst_libraryStorage.)
+    void dirtyFlags()
     {
         LIBRARY_FIXTURE(f);
         auto r = f.library().Add();
-        LibraryTest::fill(*r, {10, 11, 30, 35, 28, 600, 4, -5, INT32_MAX}, QStringLiteral("Tournament"),
-                          QDateTime(QDate(2001, 8, 1), QTime(17, 45)), {true, false, true, false});
+        r->setsName(QStringLiteral("Tournament"));
         f.save();
-        // Named and valued after they were made: the insert leaves that edit pending, so the next
-        // save writes it once more, and only then is the record clean.
         QVERIFY(r->IsDirtySelf() && f.app().AnythingNeedSave());
         f.save();
         QVERIFY(!r->IsDirty());
         r->colUserVar().Item(3)->setsValue(QStringLiteral("21 C"));
         QVERIFY(!r->IsDirtySelf() && r->IsDirty());
-        r->setlDwellTime(12);
         f.save();
         QVERIFY(!r->IsDirty());
-        // Dates as ISO dates, yes/no as 0/1.
-        QCOMPARE(f.row(QStringLiteral("SELECT dtDate || ' ' || bCTCLikeCTO || bExpertMode || ' ' || typeof(bCTCLikeCTO) "
-                                      "FROM ta_SetsTemplate")).value(0).toString(), QStringLiteral("2001-08-01 10 integer"));
         f.restart();
         auto loaded = f.library().Item(r->ID());
         QVERIFY(loaded && !loaded->IsNew() && !loaded->IsDeleted() && !loaded->IsDirty());
-        // Every stored field comes back (the date without its time of day).
-        QCOMPARE(loaded->InsertStatement().values, r->InsertStatement().values);
         // The stored variables replace the standard ones a record is made with.
-        QCOMPARE(LibraryTest::liveNames(loaded->colUserVar()), (QStringList{"Name", "Date", "Temperature", "Humidity", "Sun", "Barrel", "Paint"}));
-        QCOMPARE(loaded->colUserVar().Item(3)->InsertStatement().values, r->colUserVar().Item(3)->InsertStatement().values);
+        QCOMPARE(loaded->colUserVar().Count(), 7);
+        QCOMPARE(loaded->colUserVar().Item(3)->sValue(), QStringLiteral("21 C"));
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
     }
 
@@ -68,7 +62,6 @@ private slots:
     void saveDropsDeleted_data()
     {
         QTest::addColumn<QString>("marks");  // one a record: '-' kept, 'x' deleted, '+' deleted before the first save
-        QTest::newRow("none") << "----";
         QTest::newRow("neighbours") << "-xx-";
         QTest::newRow("first and last") << "x--x";
         QTest::newRow("new and deleted") << "-+-+";
