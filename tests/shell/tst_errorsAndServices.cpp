@@ -1,5 +1,5 @@
-// The error trail, the two central routines, the grip's error record, the nested
-// wait pointer and the progress display.
+// The error trail, the two central routines, the grip's error record, the wait pointer while
+// hidden and the progress display. (The nested wait pointer: tst_startUp.)
 #include "ScriptedUi.h"
 
 #include "base/MarloError.h"
@@ -95,16 +95,6 @@ private slots:
         QCOMPARE(ui.errors.first().Trail().last().procedure, QStringLiteral("mnuDLTiming_Click"));
         QVERIFY(ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] {}));
         QCOMPARE(ui.errors.size(), 1);
-    }
-    void nestedWaitPointer()
-    {
-        mMain::WaitMousePointer();
-        mMain::WaitMousePointer();
-        mMain::RestoreMousePointer();
-        QCOMPARE(ui.busyPointer, (QList<bool>{true, true})); // the inner restore keeps the hourglass
-        mMain::RestoreMousePointer();
-        QCOMPARE(ui.busyPointer, (QList<bool>{true, true, false}));
-        QCOMPARE(mMain::MousePointerDepth(), 0);
     }
     void waitPointerWhileHidden()
     {
