@@ -152,8 +152,9 @@ private slots:
         QTest::newRow("bad one after a good one") << QByteArray(R"([{"sName": "fine"}, {"lLoadTime": true}])") << malformed << "template 2";
         // A value no grip record can carry, or a text beyond any sane length, names the template and the field.
         QTest::newRow("a negative time") << QByteArray(R"([{"lDwellTime": -1}])") << outOfReach << "template 1: lDwellTime is -1";
-        QTest::newRow("a mode beyond a byte, after a good one") << QByteArray(R"([{}, {"sName": "x", "lFiringMode": 256}])") << outOfReach
-                                                                << "template 2 (\"x\"): lFiringMode is 256, but the grip carries it in one byte (0 to 255)";
+        QTest::newRow("a mode beyond a byte, after a good one")
+            << QByteArray(R"([{}, {"sName": "x", "lFiringMode": 256}])") << outOfReach
+            << "template 2 (\"x\"): lFiringMode is 256, but the grip carries it in one byte (0 to 255)";
         QTest::newRow("an alert beyond two bytes") << QByteArray(R"([{"lAlertTwo": 65536}])") << outOfReach
                                                    << "lAlertTwo is 65536, but the grip carries it in two bytes (0 to 65535)";
         QTest::newRow("a long name") << "[{\"sName\": \"" + QByteArray(65536, 'n') + "\"}]" << outOfReach
