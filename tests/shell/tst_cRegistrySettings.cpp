@@ -1,5 +1,6 @@
-// Preferences: defaults, text forms, round trips, odd and unreadable values in the file (read
-// key by key and reported once), window placement.
+// Preferences: text forms, round trips, odd and unreadable values in the file (read key by key,
+// each bad one at its default, and reported once), window placement. (The options' and
+// ramping's defaults and ranges: tst_gripRecords.)
 #include "ScriptedUi.h"
 #include "TestFiles.h"
 
@@ -78,24 +79,6 @@ const QList<Entry>& readableFile()
 }
 
 using Values = QMap<QString, QVariant>;
-
-// The defaults of the keys that can hold an unreadable value (those of the window placement:
-// the window's current values).
-Values defaultValues()
-{
-    return {{"Initialize/BackwardCompatibleUpload", true}, {"Initialize/ShowSplash", true},
-            {"Initialize/ShowConfirmComm", true},          {"Initialize/ShowLogToFile", false},
-            {"Initialize/GripEye", false},                 {"Initialize/DBChanged", false},
-            {"Initialize/CommPort", 1},                    {"Initialize/CommInputMode", 1},
-            {"Initialize/CommLogToFile", false},           {"Initialize/CommLogToConsole", false},
-            {"Initialize/FirmwareBackup", false},
-            {"fTolvaneMan/WindowState", 0},                {"fTolvaneMan/Left", 100.0f},
-            {"fTolvaneMan/Top", 200.0f},                   {"fTolvaneMan/Width", 3000.0f},
-            {"fTolvaneMan/Height", 4000.0f},               {"Options/EyeMounted", false},
-            {"Options/EyeCheckOK", false},                 {"Options/DefaultLoadTime", 45},
-            {"Options/EyeCheckMaxTime", 100},              {"Hyper/Shots", 3},
-            {"Hyper/HyperTime", 100},                      {"Hyper/HyperMode", 1}};
-}
 
 // Every value as the program reads it from the store.
 Values readValues(cRegistrySettings& prefs)
@@ -178,16 +161,6 @@ private slots:
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
-    void firstRunDefaults()
-    {
-        cRegistrySettings prefs;
-        Values expected = defaultValues();
-        expected.insert({{"Initialize/CommSettings", "9600,N,8,1"}, {"Initialize/LastKey", QString()}, {"Initialize/CommDevice", QString()},
-                         {"Initialize/DBName", QDir(mMain::ProgramFolder()).filePath(QStringLiteral("Marlo.mdb"))}});
-        compareValues(prefs, expected);
-        QVERIFY(ui.errors.isEmpty());
-        QVERIFY(!QFile::exists(iniPath())); // reading writes nothing
-    }
     // What the file holds for a setting, and that the next start reads it back: booleans as
     // True/False, texts with commas, braces and an equals sign as they were.
     void textForms()
@@ -242,24 +215,28 @@ private slots:
     }
     void unreadableValues_data()
     {
-        QTest::addColumn<QStringList>("bad");   // "Section/Key=text", stored instead of a readable text
-        QTest::addColumn<QStringList>("lines"); // the values of the report
+        QTest::addColumn<QStringList>("bad");    // "Section/Key=text", stored instead of a readable text
+        QTest::addColumn<QVariantMap>("stands"); // what each bad one reads instead: its default (a window's: its own value)
+        QTest::addColumn<QStringList>("lines");  // the values of the report
         const QString int32 = QStringLiteral("(not a number from -2147483648 to 2147483647)");
-        auto row = [](const char* name, const QString& bad, const QString& line) {
-            QTest::newRow(name) << QStringList{bad} << QStringList{line};
+        auto row = [](const char* name, const QString& bad, const QVariant& stands, const QString& line) {
+            QTest::newRow(name) << QStringList{bad} << QVariantMap{{bad.section(QLatin1Char('='), 0, 0), stands}} << QStringList{line};
         };
-        QTest::newRow("all readable: nothing to report") << QStringList{} << QStringList{};
-        row("CommPort empty", "Initialize/CommPort=", "[Initialize] CommPort = \"\" (not a number)");
-        row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5",
+        QTest::newRow("all readable: nothing to report") << QStringList{} << QVariantMap{} << QStringList{};
+        row("CommPort empty", "Initialize/CommPort=", 1, "[Initialize] CommPort = \"\" (not a number)");
+        row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5", 1,
             "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
-        row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649",
+        row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649", 1,
             "[Initialize] CommInputMode = \"-2147483649\" " + int32);
-        row("placement Height beyond a single", "fTolvaneMan/Height=1e39",
+        row("placement Height beyond a single", "fTolvaneMan/Height=1e39", 4000.0f,
             "[fTolvaneMan] Height = \"1e39\" (not a number from -3.402823466e+38 to 3.402823466e+38)");
-        row("option time beyond its range", "Options/DefaultLoadTime=127", "[Options] DefaultLoadTime = \"127\" (not a number from 1 to 126)");
+        row("option time beyond its range", "Options/DefaultLoadTime=127", 45,
+            "[Options] DefaultLoadTime = \"127\" (not a number from 1 to 126)");
         QTest::newRow("several, in every section: all reported, the others read")
             << QStringList{"Hyper/Shots=many", "fTolvaneMan/Top=high", "Initialize/ShowSplash=maybe", "Options/EyeMounted=2x",
                            "Initialize/CommPort=COM1"}
+            << QVariantMap{{"Hyper/Shots", 3}, {"fTolvaneMan/Top", 200.0f}, {"Initialize/ShowSplash", true},
+                           {"Options/EyeMounted", false}, {"Initialize/CommPort", 1}}
             << QStringList{"[Initialize] ShowSplash = \"maybe\" (not True or False)", "[Initialize] CommPort = \"COM1\" (not a number)",
                            "[Options] EyeMounted = \"2x\" (not True or False)", "[Hyper] Shots = \"many\" (not a number)",
                            "[fTolvaneMan] Top = \"high\" (not a number)"};
@@ -267,17 +244,15 @@ private slots:
     void unreadableValues()
     {
         QFETCH(QStringList, bad);
+        QFETCH(QVariantMap, stands);
         QFETCH(QStringList, lines);
         QMap<QString, QString> replaced;
         Values expected;
         for (const Entry& entry : readableFile())
             expected.insert(entry.key, entry.read);
-        for (const QString& entry : bad) {
-            const QString name = entry.section(QLatin1Char('='), 0, 0);
-            replaced.insert(name, entry.section(QLatin1Char('='), 1));
-            QVERIFY2(defaultValues().contains(name), qPrintable(name));
-            expected[name] = defaultValues().value(name); // the bad one stands at its default
-        }
+        for (const QString& entry : bad)
+            replaced.insert(entry.section(QLatin1Char('='), 0, 0), entry.section(QLatin1Char('='), 1));
+        expected.insert(stands);
         const QByteArray file = fileWith(replaced);
         writeIni(file);
         cRegistrySettings prefs;
