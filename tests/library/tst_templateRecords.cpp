@@ -1,12 +1,16 @@
 // What a setting shares with the grip's records: which field of which record each of its fields
-// is copied from and into, that a copy touches nothing else, and that the records' own rules
-// apply on the way in.
+// is copied from and into, that a copy touches nothing else, that the records' own rules apply
+// on the way in, and the rate of fire both compute.
 #include "GripTestSupport.h"
 
+#include "base/mErrCodes.h"
+#include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
 #include "library/mTemplateRecords.h"
+#include "shell/mMain.h"
 
 #include <QtTest>
+#include <limits>
 
 using namespace griptest;
 using mTemplateRecords::tField;
@@ -61,6 +65,10 @@ cSetsTemplate& markedSetting(cSetsTemplate& s, const QString& shared)
 }
 
 const QString kSetting = QStringLiteral("101 102 103 104 105 106 / 107 1 108 0 109 / 110 111 112");
+
+constexpr float kOverflow = -1.0F;
+constexpr qint32 kMax = std::numeric_limits<qint32>::max();
+constexpr qint32 kMin = std::numeric_limits<qint32>::min();
 
 } // namespace
 
@@ -184,14 +192,55 @@ private slots:
                  records);
     }
 
-    void aNewSettingStartsFromAFreshTimingRecord()
+    void rateOfFire_data()
     {
-        TestLink link;
-        cGripSession& session = link.session;
-        // The session's timing record holds other values: a new setting does not take them.
-        setFields(session, GripRecord::Timing, QStringLiteral("12 9 31 40 29 6"));
+        QTest::addColumn<QList<qint32>>("cycle"); // dwell, cycle open, load, cycle close
+        QTest::addColumn<float>("record");        // the timing record's; kOverflow: error 6
+        QTest::addColumn<float>("setting");       // a library setting's
+        QTest::newRow("all zero") << QList<qint32>{0, 0, 0, 0} << 0.0F << 0.0F;
+        QTest::newRow("negative sum") << QList<qint32>{-5, 1, 1, 1} << 0.0F << 0.0F;
+        QTest::newRow("negative term, positive sum") << QList<qint32>{-10, 20, 0, 0} << 100.0F << 100.0F;
+        // 1000 / sum * 100 exactly half-way: to the even neighbour, never up.
+        QTest::newRow("312.5 to even") << QList<qint32>{20, 100, 100, 100} << 3.12F << 3.12F;
+        QTest::newRow("1562.5 to even") << QList<qint32>{16, 16, 16, 16} << 15.62F << 15.62F;
+        QTest::newRow("sum at the 16-bit top") << QList<qint32>{32767, 0, 0, 0} << 0.03F << 0.03F;
+        QTest::newRow("sum at the 16-bit bottom") << QList<qint32>{-32768, 0, 0, 0} << 0.0F << 0.0F;
+        QTest::newRow("term over 16 bits") << QList<qint32>{0, 40000, 0, 0} << kOverflow << 0.02F;
+        QTest::newRow("term under 16 bits") << QList<qint32>{-32769, 0, 0, 0} << kOverflow << 0.0F;
+        QTest::newRow("sum over 16 bits") << QList<qint32>{20000, 20000, 0, 0} << kOverflow << 0.02F;
+        // 16 bits checks every partial sum; the wide sum only ends at 30000.
+        QTest::newRow("partial sum over 16 bits") << QList<qint32>{30000, 30000, -30000, 0} << kOverflow << 0.03F;
+        QTest::newRow("wide tie to even") << QList<qint32>{50000, 50000, 50000, 50000} << kOverflow << 0.0F;
+        QTest::newRow("smallest whole numbers") << QList<qint32>{kMin, kMin, kMin, kMin} << kOverflow << 0.0F;
+        QTest::newRow("wide sum of one ms") << QList<qint32>{kMax, kMin, 1, 1} << kOverflow << 1000.0F;
+    }
+    // One formula for the grip's timing record (16-bit sums, overflow beyond) and for a library
+    // setting (wide sums, so that any stored row reads, with no error reported). The shot time
+    // would change every row if it were counted.
+    void rateOfFire()
+    {
+        QFETCH(QList<qint32>, cycle);
+        QFETCH(float, record);
+        QFETCH(float, setting);
+        cSettings timing;
+        timing.Assign(cycle[1], cycle[3], 77, cycle[0], cycle[2], 0);
+        float shown = 0.0F;
+        const std::optional<MarloError> error = errorOf([&] { shown = timing.ROF(); });
+        QCOMPARE(error ? error->Number() : 0, record == kOverflow ? int(mErrCodes::RT_OVERFLOW) : 0);
+        if (!error)
+            QCOMPARE(shown, record);
+        ScriptedUi ui;
+        mMain::SetUserInterface(&ui);
         cSetsTemplate s;
-        QCOMPARE(sharedFields(s), QStringLiteral("0 0 0 0 0 0 / 10 0 1 0 1 / 0 0 0"));
+        s.setlShotTime(77);
+        s.setlDwellTime(cycle[0]);
+        s.setlCycleTimeOpen(cycle[1]);
+        s.setlLoadTime(cycle[2]);
+        s.setlCycleTimeClose(cycle[3]);
+        shown = s.ROF();
+        mMain::SetUserInterface(nullptr);
+        QCOMPARE(shown, setting);
+        QVERIFY(ui.errors.isEmpty());
     }
 };
 
