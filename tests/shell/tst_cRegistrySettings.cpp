@@ -50,8 +50,9 @@ public:
     float x = 100, y = 200, w = 3000, h = 4000;
 };
 
-// A preferences file in which every value differs from its default: "Section/Key", the stored
-// text and what the program reads from it through its public interface, in the order of the file.
+// A preferences file with keys of each kind in every section, each value differing from its
+// default: "Section/Key", the stored text and what the program reads from it through its public
+// interface, in the order of the file.
 struct Entry {
     QString key, stored;
     QVariant read;
@@ -59,22 +60,15 @@ struct Entry {
 const QList<Entry>& readableFile()
 {
     static const QList<Entry> entries = {
-        {"Initialize/BackwardCompatibleUpload", "False", false}, {"Initialize/ShowSplash", "False", false},
-        {"Initialize/ShowConfirmComm", "False", false}, {"Initialize/ShowLogToFile", "True", true},
-        {"Initialize/GripEye", "True", true}, {"Initialize/DBName", "/data/other.mdb", "/data/other.mdb"},
-        {"Initialize/DBChanged", "True", true},
+        {"Initialize/ShowSplash", "False", false}, {"Initialize/GripEye", "True", true},
+        {"Initialize/DBName", "/data/other.mdb", "/data/other.mdb"}, {"Initialize/CommPort", "4", 4},
+        {"Initialize/CommSettings", "19200,E,7,2", "19200,E,7,2"}, {"Initialize/CommInputMode", "0", 0},
+        {"Initialize/CommDevice", "/dev/ttyUSB1", "/dev/ttyUSB1"},
         {"Initialize/LastKey", "{8C5B1E2A-0000-4000-8000-0123456789AB}", "{8C5B1E2A-0000-4000-8000-0123456789AB}"},
-        {"Initialize/CommPort", "4", 4}, {"Initialize/CommSettings", "19200,E,7,2", "19200,E,7,2"},
-        {"Initialize/CommInputMode", "0", 0}, {"Initialize/CommLogToFile", "True", true},
-        {"Initialize/CommLogToConsole", "True", true}, {"Initialize/CommDevice", "/dev/ttyUSB1", "/dev/ttyUSB1"},
-        {"Initialize/FirmwareBackup", "True", true},
-        {"fTolvaneMan/WindowState", "0", 0}, {"fTolvaneMan/Left", "1500", 1500.0f}, {"fTolvaneMan/Top", "900", 900.0f},
-        {"fTolvaneMan/Width", "6000.5", 6000.5f}, {"fTolvaneMan/Height", "5000", 5000.0f},
-        {"Options/EyeMounted", "True", true}, {"Options/TriggerFilter", "True", true}, {"Options/EyeCheckMax", "True", true},
-        {"Options/UseEye", "True", true}, {"Options/Loader", "True", true}, {"Options/LED", "True", true},
-        {"Options/EyeCheckOK", "True", true}, {"Options/CTOAdjust", "True", true}, {"Options/EyeCheckMaxTime", "7", 7},
-        {"Options/DefaultLoadTime", "8", 8}, {"Options/EyeCheckOKTime", "9", 9},
-        {"Hyper/Shots", "5", 5}, {"Hyper/HyperTime", "6", 6}, {"Hyper/HyperMode", "4", 4}};
+        {"fTolvaneMan/WindowState", "0", 0},
+        {"fTolvaneMan/Left", "1500", 1500.0f}, {"fTolvaneMan/Top", "900", 900.0f}, {"fTolvaneMan/Width", "6000.5", 6000.5f},
+        {"fTolvaneMan/Height", "5000", 5000.0f}, {"Options/EyeMounted", "True", true}, {"Options/LED", "True", true},
+        {"Options/DefaultLoadTime", "8", 8}, {"Hyper/Shots", "5", 5}, {"Hyper/HyperTime", "6", 6}};
     return entries;
 }
 
@@ -87,40 +81,24 @@ Values readValues(cRegistrySettings& prefs)
     prefs.WindowState(window, true, true);
     const cOptions options;
     const cHyper hyper;
-    return {{"Initialize/BackwardCompatibleUpload", prefs.StoredBackwardCompatibleUpload()},
-            {"Initialize/ShowSplash", prefs.ShowSplash()},
-            {"Initialize/ShowConfirmComm", prefs.ShowConfirmComm()},
-            {"Initialize/ShowLogToFile", prefs.ShowLogToFile()},
+    return {{"Initialize/ShowSplash", prefs.ShowSplash()},
             {"Initialize/GripEye", prefs.GripEye()},
             {"Initialize/DBName", prefs.DBName()},
-            {"Initialize/DBChanged", prefs.DBChanged()},
             {"Initialize/LastKey", prefs.LastKey()},
             {"Initialize/CommPort", prefs.CommPort()},
             {"Initialize/CommSettings", prefs.CommSettings()},
             {"Initialize/CommInputMode", prefs.CommInputMode()},
-            {"Initialize/CommLogToFile", prefs.CommLogToFile()},
-            {"Initialize/CommLogToConsole", prefs.CommLogToConsole()},
             {"Initialize/CommDevice", prefs.CommDevice()},
-            {"Initialize/FirmwareBackup", prefs.FirmwareBackup()},
             {"fTolvaneMan/WindowState", int(window.state)},
             {"fTolvaneMan/Left", window.x},
             {"fTolvaneMan/Top", window.y},
             {"fTolvaneMan/Width", window.w},
             {"fTolvaneMan/Height", window.h},
             {"Options/EyeMounted", options.EyeMounted()},
-            {"Options/TriggerFilter", options.TriggerFilterOn()},
-            {"Options/EyeCheckMax", options.EyeCheckMaxTimeOn()},
-            {"Options/UseEye", options.UseEye()},
-            {"Options/Loader", options.LoaderOn()},
             {"Options/LED", options.LedOn()},
-            {"Options/EyeCheckOK", options.EyeCheckOKTimeOn()},
-            {"Options/CTOAdjust", options.CTOAdjust()},
-            {"Options/EyeCheckMaxTime", options.EyeCheckMaxTime()},
             {"Options/DefaultLoadTime", options.DefaultLoadTime()},
-            {"Options/EyeCheckOKTime", options.EyeCheckOKTime()},
             {"Hyper/Shots", hyper.Shots()},
-            {"Hyper/HyperTime", hyper.HyperTime()},
-            {"Hyper/HyperMode", hyper.HyperMode()}};
+            {"Hyper/HyperTime", hyper.HyperTime()}};
 }
 
 // The file of readableFile with some stored texts replaced, section by section.
