@@ -14,6 +14,7 @@
 
 using namespace griptest;
 using mTemplateRecords::tField;
+using Copy = std::function<void(cSetsTemplate&, cGripSession&)>;
 
 namespace {
 
@@ -116,80 +117,63 @@ private slots:
         QCOMPARE(fields(session, record), recordBefore);
     }
 
-    void theSettingIntoARecord_data()
+    void intoTheGripsRecords_data()
     {
-        QTest::addColumn<GripRecord>("record");
+        QTest::addColumn<Copy>("copy");
         QTest::addColumn<QString>("setting");
-        QTest::addColumn<QString>("values"); // the record's afterwards, as fields() shows them
-        QTest::newRow("timing") << GripRecord::Timing << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "12 9 31 40 29 6";
-        QTest::newRow("game timer") << GripRecord::GameTimer << "29 31 9 40 12 6 / 15 0 300 1 60 / 7 120 4" << "15 0 300 1 60";
-        QTest::newRow("ramping") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "7 120 4";
-        // The record's range rules apply: shots and ramping time out of 1..255 become 3 and 100.
-        QTest::newRow("ramping out of range") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 0 256 0" << "3 100 0";
-    }
-    void theSettingIntoARecord()
-    {
-        TestLink link;
-        cGripSession& session = link.session;
-        QFETCH(GripRecord, record);
-        QFETCH(QString, setting);
-        QFETCH(QString, values);
-        const QList<GripRecord> carriers = {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Ramping};
-        setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
-        setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
-        setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
-        QStringList before;
-        for (const GripRecord r : carriers)
-            before << fields(session, r);
-        cSetsTemplate s;
-        markedSetting(s, setting);
-        switch (record) {
-        case GripRecord::Timing: mTemplateRecords::TemplateToTiming(s, session.Timing()); break;
-        case GripRecord::GameTimer: mTemplateRecords::TemplateToGameTimer(s, session.CountdownTimer()); break;
-        case GripRecord::Ramping: mTemplateRecords::TemplateToRamping(s, session.Hyper()); break;
-        default: QFAIL("no such copy");
-        }
-        for (qsizetype i = 0; i < carriers.size(); ++i)
-            QCOMPARE(fields(session, carriers[i]), carriers[i] == record ? values : before[i]);
-        QCOMPARE(sharedFields(s), setting); // the setting is only read
-    }
-
-    void oneFieldIntoTheGripsRecord_data()
-    {
-        QTest::addColumn<tField>("field");
         QTest::addColumn<QString>("records"); // timing | game timer | ramping afterwards
         // Before: timing 1 2 3 4 5 0, game timer 5 0 6 0 7, ramping 8 9 10; the setting holds
-        // other values in every field, so each row shows the one place its field goes.
-        QTest::newRow("lShotTime") << tField::lShotTime << "12 2 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lDwellTime") << tField::lDwellTime << "1 9 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lCycleTimeOpen") << tField::lCycleTimeOpen << "1 2 31 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lLoadTime") << tField::lLoadTime << "1 2 3 40 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lCycleTimeClose") << tField::lCycleTimeClose << "1 2 3 4 29 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lFiringMode") << tField::lFiringMode << "1 2 3 4 5 6 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lGameTime") << tField::lGameTime << "1 2 3 4 5 0 | 15 0 6 0 7 | 8 9 10";
-        QTest::newRow("bAlertOne") << tField::bAlertOne << "1 2 3 4 5 0 | 5 1 6 0 7 | 8 9 10";
-        QTest::newRow("lAlertOne") << tField::lAlertOne << "1 2 3 4 5 0 | 5 0 300 0 7 | 8 9 10";
-        QTest::newRow("bAlertTwo") << tField::bAlertTwo << "1 2 3 4 5 0 | 5 0 6 1 7 | 8 9 10";
-        QTest::newRow("lAlertTwo") << tField::lAlertTwo << "1 2 3 4 5 0 | 5 0 6 0 60 | 8 9 10";
-        QTest::newRow("lShots") << tField::lShots << "1 2 3 4 5 0 | 5 0 6 0 7 | 7 9 10";
-        QTest::newRow("lHyperTime") << tField::lHyperTime << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 120 10";
-        QTest::newRow("lHyperMode") << tField::lHyperMode << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 9 4";
+        // other values in every field, so each row shows the one place its fields go.
+        const QString setting = QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4");
+        const auto whole = [&](const char* name, const Copy& copy, const QString& records, const QString& from = QString()) {
+            QTest::newRow(name) << copy << (from.isEmpty() ? setting : from) << records;
+        };
+        whole("timing", [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToTiming(s, g.Timing()); },
+              "12 9 31 40 29 6 | 5 0 6 0 7 | 8 9 10");
+        whole("game timer", [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToGameTimer(s, g.CountdownTimer()); },
+              "1 2 3 4 5 0 | 15 1 300 1 60 | 8 9 10");
+        const Copy ramping = [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToRamping(s, g.Hyper()); };
+        whole("ramping", ramping, "1 2 3 4 5 0 | 5 0 6 0 7 | 7 120 4");
+        // The record's range rules apply: shots and ramping time out of 1..255 become 3 and 100.
+        whole("ramping out of range", ramping, "1 2 3 4 5 0 | 5 0 6 0 7 | 3 100 0",
+              QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 0 256 0"));
+        const auto field = [&](const char* name, tField f, const QString& records) {
+            whole(name, [f](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::FieldToGripRecord(s, f, g); }, records);
+        };
+        field("lShotTime", tField::lShotTime, "12 2 3 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lDwellTime", tField::lDwellTime, "1 9 3 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lCycleTimeOpen", tField::lCycleTimeOpen, "1 2 31 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lLoadTime", tField::lLoadTime, "1 2 3 40 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lCycleTimeClose", tField::lCycleTimeClose, "1 2 3 4 29 0 | 5 0 6 0 7 | 8 9 10");
+        field("lFiringMode", tField::lFiringMode, "1 2 3 4 5 6 | 5 0 6 0 7 | 8 9 10");
+        field("lGameTime", tField::lGameTime, "1 2 3 4 5 0 | 15 0 6 0 7 | 8 9 10");
+        field("bAlertOne", tField::bAlertOne, "1 2 3 4 5 0 | 5 1 6 0 7 | 8 9 10");
+        field("lAlertOne", tField::lAlertOne, "1 2 3 4 5 0 | 5 0 300 0 7 | 8 9 10");
+        field("bAlertTwo", tField::bAlertTwo, "1 2 3 4 5 0 | 5 0 6 1 7 | 8 9 10");
+        field("lAlertTwo", tField::lAlertTwo, "1 2 3 4 5 0 | 5 0 6 0 60 | 8 9 10");
+        field("lShots", tField::lShots, "1 2 3 4 5 0 | 5 0 6 0 7 | 7 9 10");
+        field("lHyperTime", tField::lHyperTime, "1 2 3 4 5 0 | 5 0 6 0 7 | 8 120 10");
+        field("lHyperMode", tField::lHyperMode, "1 2 3 4 5 0 | 5 0 6 0 7 | 8 9 4");
     }
-    void oneFieldIntoTheGripsRecord()
+    // A whole record, or one field, copied from the setting into the grip's records: only its own
+    // record changes, and the setting is only read.
+    void intoTheGripsRecords()
     {
+        QFETCH(Copy, copy);
+        QFETCH(QString, setting);
+        QFETCH(QString, records);
         TestLink link;
         cGripSession& session = link.session;
-        QFETCH(tField, field);
-        QFETCH(QString, records);
         setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
         setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
         setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
         cSetsTemplate s;
-        markedSetting(s, QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4"));
-        mTemplateRecords::FieldToGripRecord(s, field, session);
+        markedSetting(s, setting);
+        copy(s, session);
         QCOMPARE(QStringList({fields(session, GripRecord::Timing), fields(session, GripRecord::GameTimer), fields(session, GripRecord::Ramping)})
                      .join(QStringLiteral(" | ")),
                  records);
+        QCOMPARE(sharedFields(s), setting);
     }
 
     void rateOfFire_data()
