@@ -96,17 +96,14 @@ private slots:
         QVERIFY(ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] {}));
         QCOMPARE(ui.errors.size(), 1);
     }
-    void waitPointerWhileHidden()
+    // While the program shows no window, neither the wait pointer nor the progress reaches it.
+    void pointerAndProgressOnlyWhenVisible()
     {
         ui.visible = false;
         mMain::WaitMousePointer();
         mMain::RestoreMousePointer();
         QVERIFY(ui.busyPointer.isEmpty());
         QCOMPARE(mMain::MousePointerDepth(), 0);
-    }
-    void progressOnlyWhenVisible()
-    {
-        ui.visible = false;
         mMain::StartProgress(10);
         QVERIFY(ui.progressMaxima.isEmpty());
         ui.visible = true;
