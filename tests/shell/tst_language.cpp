@@ -1,6 +1,7 @@
 // The language the programs speak: which one the environment asks for, what is loaded (and what
-// is not: a missing or broken file, a language without a translation, a right-to-left one), and
-// that a message is shown translated while what is written keeps it English.
+// is not: a missing or broken file, a language without a translation), and that a message is
+// shown translated while what is written keeps it English. (A right-to-left language:
+// tst_germanWindows.)
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "firmware/mCommSupport.h"
