@@ -1,5 +1,6 @@
-// The error trail, the two central routines, the grip's error record, the wait pointer while
-// hidden and the progress display. (The nested wait pointer: tst_startUp.)
+// A step named in the error trail, the two central routines, the grip's error record, the wait
+// pointer while hidden and the progress display. (The whole trail: tst_gripCommands; the nested
+// wait pointer: tst_startUp.)
 #include "ScriptedUi.h"
 
 #include "base/MarloError.h"
@@ -12,7 +13,6 @@
 namespace {
 void inner() { RaiseError(10213, QString(), mErrCodes::MSG_DL_TIMING); }
 void middle() { PassErrors(QStringLiteral("cSettings"), QStringLiteral("$Revision: 1 $"), QStringLiteral("Download"), [] { inner(); }); }
-void outer() { PassErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("InitDLTiming"), [] { middle(); }); }
 } // namespace
 
 class tst_errorsAndServices : public QObject {
@@ -47,20 +47,6 @@ private slots:
         QCOMPARE(record.AnswerByte(), quint8(0x07)); // but it is kept, to be shown
         record.Clear();
         QCOMPARE(record.ErrorCode(), 0);
-    }
-    void passErrorsBuildsTheTrail()
-    {
-        try {
-            outer();
-            QFAIL("no error");
-        } catch (const MarloError& e) {
-            QCOMPARE(e.Number(), 10213);
-            QCOMPARE(e.Trail().size(), 2);
-            QCOMPARE(e.Trail()[0].module, QStringLiteral("cSettings"));
-            QCOMPARE(e.Trail()[0].procedure, QStringLiteral("Download"));
-            QCOMPARE(e.Trail()[1].module, QStringLiteral("fTolvaneMan"));
-            QCOMPARE(e.origin(), QStringLiteral("cSettings.Download"));
-        }
     }
     void passErrorsNamesTheStep()
     {
