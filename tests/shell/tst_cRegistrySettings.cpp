@@ -6,18 +6,14 @@
 
 #include "base/cPlacedWindow.h"
 #include "base/cRegistrySettings.h"
-#include "base/mErrCodes.h"
 #include "grip/cGunInfo.h"
 #include "grip/cHyper.h"
 #include "grip/cOptions.h"
-#include "link/mAppFunc.h"
-#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QtTest>
 
 namespace {
@@ -165,46 +161,30 @@ private slots:
                               {"Initialize/CommSettings", "19200,E,7,2"}, {"Initialize/LastKey", key},
                               {"Initialize/CommDevice", "sim:firmware=1.1.70"}});
     }
-    void oddButReadable_data()
+    // A file that is no preferences file at all: every value at its default, nothing reported.
+    void junkFile()
     {
-        QTest::addColumn<QByteArray>("ini");
-        QTest::addColumn<bool>("showSplash");
-        QTest::addColumn<int>("commPort");
-        QTest::addColumn<QString>("commSettings");
-        QTest::newRow("numbers for booleans, blanks around a number")
-            << QByteArray("[Initialize]\nShowSplash=0\nCommPort= 2 \n") << false << 2 << QStringLiteral("9600,N,8,1");
-        QTest::newRow("a fraction rounds half to even") << QByteArray("[Initialize]\nCommPort=2.5\n") << true << 2 << QStringLiteral("9600,N,8,1");
-        QTest::newRow("the largest 32-bit number") << QByteArray("[Initialize]\nCommPort=2147483647\n") << true << 2147483647
-                                                   << QStringLiteral("9600,N,8,1");
-        QTest::newRow("unquoted commas") << QByteArray("[Initialize]\nCommSettings=38400,O,8,2\n") << true << 1
-                                         << QStringLiteral("38400,O,8,2");
-        QTest::newRow("binary junk file") << QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10) << true << 1
-                                          << QStringLiteral("9600,N,8,1");
-    }
-    void oddButReadable()
-    {
-        QFETCH(QByteArray, ini);
-        QFETCH(bool, showSplash);
-        QFETCH(int, commPort);
-        QFETCH(QString, commSettings);
-        writeIni(ini);
+        writeIni(QByteArray("\x00\xFF\xFE[[[=\n\x01\x02", 10));
         cRegistrySettings prefs;
-        QVERIFY(ui.errors.isEmpty());
-        QVERIFY(prefs.Unreadable().isEmpty());
-        QCOMPARE(prefs.ShowSplash(), showSplash);
-        QCOMPARE(prefs.CommPort(), commPort);
-        QCOMPARE(prefs.CommSettings(), commSettings);
+        QVERIFY(ui.errors.isEmpty() && prefs.Unreadable().isEmpty());
+        compareValues(prefs, {{"Initialize/ShowSplash", true}, {"Initialize/CommPort", 1}, {"Initialize/CommSettings", "9600,N,8,1"}});
     }
     void unreadableValues_data()
     {
-        QTest::addColumn<QStringList>("bad");    // "Section/Key=text", stored instead of a readable text
-        QTest::addColumn<QVariantMap>("stands"); // what each bad one reads instead: its default (a window's: its own value)
+        QTest::addColumn<QStringList>("bad");    // "Section/Key=text", stored instead of the readable text
+        QTest::addColumn<QVariantMap>("stands"); // what each one reads; a bad one: its default (a window's: its own value)
         QTest::addColumn<QStringList>("lines");  // the values of the report
         const QString int32 = QStringLiteral("(not a number from -2147483648 to 2147483647)");
         auto row = [](const char* name, const QString& bad, const QVariant& stands, const QString& line) {
-            QTest::newRow(name) << QStringList{bad} << QVariantMap{{bad.section(QLatin1Char('='), 0, 0), stands}} << QStringList{line};
+            QTest::newRow(name) << QStringList{bad} << QVariantMap{{bad.section(QLatin1Char('='), 0, 0), stands}}
+                                << (line.isEmpty() ? QStringList{} : QStringList{line});
         };
         QTest::newRow("all readable: nothing to report") << QStringList{} << QVariantMap{} << QStringList{};
+        // Odd but readable: read, and not reported.
+        row("a number for a switch", "Initialize/ShowSplash=0", false, QString());
+        row("blanks around a number", "Initialize/CommPort= 2 ", 2, QString());
+        row("a fraction rounds half to even", "Initialize/CommPort=2.5", 2, QString());
+        row("the largest 32-bit number", "Initialize/CommPort=2147483647", 2147483647, QString());
         row("CommPort empty", "Initialize/CommPort=", 1, "[Initialize] CommPort = \"\" (not a number)");
         row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5", 1,
             "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
