@@ -137,7 +137,6 @@ private slots:
         QTest::addColumn<QByteArray>("content");  // "<template>": a copy of the template
         QTest::addColumn<QString>("sql");         // then run on it
         QTest::addColumn<QString>("kind");
-        QTest::newRow("Access 2000 file") << QByteArray("\x00\x01\x00\x00Standard Jet DB", 19) + QByteArray(4077, '\0') << "" << "Access";
         QTest::newRow("empty file") << QByteArray() << "" << "empty";
         QTest::newRow("junk") << QByteArray("This is not a database at all.\n") << "" << "not an SQLite";
         QTest::newRow("SQLite header, junk after") << QByteArray("SQLite format 3\0", 16) + QByteArray(2000, 'x') << "" << "damaged or not a database";
