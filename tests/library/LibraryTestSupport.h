@@ -84,8 +84,7 @@ public:
     }
     ~Fixture()
     {
-        forgetInspector();
-        program.restart();
+        restart();
         mDatabase::SetPathOverride(QString());
     }
 

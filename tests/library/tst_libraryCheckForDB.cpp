@@ -80,7 +80,6 @@ private slots:
         QTest::newRow("template to DBName") << Start{"<configured>", "", true, none, true, "<configured>", "<configured>"};
         QTest::newRow("template to the given file") << Start{"<given>", "", true, none, true, "-", "<given>"};
         QTest::newRow("template copy fails") << Start{"<no/such/x.mdb>", "", true, none, false, "<no/such/x.mdb>", ""};
-        QTest::newRow("No at once") << Start{"<configured>", "", false, {"No"}, false, "<configured>", ""};
         QTest::newRow("nothing typed, No") << Start{"<configured>", "", false, {"", "No"}, false, "<configured>", ""};
         QTest::newRow("missing typed, found typed") << Start{"<configured>", "", false, {"/nonexistent/x.mdb", "<found>"}, true, "<found>", "<found>"};
         QTest::newRow("given, found typed") << Start{"<given>", "", false, {"<found>"}, true, "-", "<found>"};
@@ -138,15 +137,9 @@ private slots:
         QTest::addColumn<QByteArray>("content");  // "<template>": a copy of the template
         QTest::addColumn<QString>("sql");         // then run on it
         QTest::addColumn<QString>("kind");
-        QByteArray damaged = fileBytes(builtTemplate());
-        damaged.replace(100, 400, QByteArray(400, '\xFF'));
-        QTest::newRow("Access 2000 file") << QByteArray("\x00\x01\x00\x00Standard Jet DB", 19) + QByteArray(4077, '\0') << "" << "Access";
-        QTest::newRow("Access 2007 file") << QByteArray("\x00\x01\x00\x00Standard ACE DB", 19) + QByteArray(4077, '\x11') << "" << "Access";
         QTest::newRow("empty file") << QByteArray() << "" << "empty";
         QTest::newRow("junk") << QByteArray("This is not a database at all.\n") << "" << "not an SQLite";
         QTest::newRow("SQLite header, junk after") << QByteArray("SQLite format 3\0", 16) + QByteArray(2000, 'x') << "" << "damaged or not a database";
-        QTest::newRow("damaged library") << damaged << "" << "";
-        QTest::newRow("no table") << QByteArray("<template>") << "DROP TABLE ta_SetsTemplate" << "no table ta_SetsTemplate";
         QTest::newRow("a column missing") << QByteArray("<template>") << "ALTER TABLE ta_UserVar DROP COLUMN sValue" << "no column sValue";
         QTest::newRow("read-only") << QByteArray("<template>") << "" << "read-only";
         // Another program's database in WAL mode: recognised without SQLite making its -wal and
@@ -157,18 +150,6 @@ private slots:
             << "DROP TABLE ta_UserVar;CREATE TABLE other (x)" << "no table ta_UserVar";
     }
 
-    // A folder is said to be one: no library is made in it or in its place, nobody is asked.
-    void folder()
-    {
-        StartUp s;
-        mDatabase::SetPathOverride(s.dir.path());
-        QVERIFY(!s.check());
-        QCOMPARE(s.ui.errors.size(), 1);
-        QVERIFY2(s.ui.errors[0].Description().contains(QLatin1String("is a folder")), qPrintable(s.ui.errors[0].Description()));
-        QVERIFY(s.ui.questions.isEmpty() && QDir(s.dir.path()).isEmpty());
-        QVERIFY(mDatabase::LibraryFileProblem(s.dir.path()).contains(QLatin1String("is a folder")));
-        mDatabase::SetPathOverride(QString());
-    }
     void notALibrary()
     {
         QFETCH(QByteArray, content);

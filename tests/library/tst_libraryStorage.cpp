@@ -1,9 +1,10 @@
 // What the library file holds after the records wrote to it, byte for byte (each value's SQLite
-// type and bytes): hostile texts and extreme numbers are stored and read back exactly (lone
-// surrogate halves, U+FFFE and U+FFFF as U+FFFD); a save writes its rows in the library's order
-// and reaches only the rows it names; a key that came from elsewhere (quotes in an ID) reaches
-// its own row only; and a scripted session of saves, edits, deletes and an import leaves exactly
-// the rows recorded in data/storage_session.txt.
+// type and bytes). A scripted session of saves, edits, deletes and an import with hostile texts
+// (quotes, SQL, NUL, lone surrogate halves, U+FFFE and U+FFFF stored as U+FFFD, a leading U+FEFF,
+// 65,535 characters), extreme numbers and dates leaves exactly the rows, touched in exactly the
+// order, recorded in data/storage_session.txt: keys with quotes and SQL in them reach their own
+// rows only, and a save touches no row it does not name. Besides: a date no row holds, and a
+// record with a key from elsewhere (an empty one too) written, loaded, read and deleted.
 //
 // Every row written, updated or deleted is logged by triggers put into the test's own file, so
 // the order of the rows a save touches is seen as SQLite saw it.
@@ -14,13 +15,11 @@
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
-#include <QStringDecoder>
 #include <QtTest>
 
 namespace {
 
 const QString kT1 = QStringLiteral("{10000000-0000-4000-8000-000000000001}");
-const QString kT2 = QStringLiteral("{10000000-0000-4000-8000-000000000002}");
 // Keys of a library made elsewhere: quotes and what looks like SQL.
 const QString kT3 = QStringLiteral("x' OR '1'='1");
 const QString kT4 = QStringLiteral("#01-01-2001# True * x\\' OR \"1\"=\"1\" --");
@@ -31,15 +30,6 @@ const QString kV3 = QStringLiteral("{20000000-0000-4000-8000-000000000003}");
 const QString kV4 = QStringLiteral("{20000000-0000-4000-8000-000000000004}");
 const QString kV5 = QStringLiteral("v'; DELETE FROM ta_UserVar; --");
 const QString kVersion = QStringLiteral("{30000000-0000-4000-8000-000000000000}");
-
-const QStringList kTemplateColumns = {
-    QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"), QStringLiteral("lShotTime"),
-    QStringLiteral("lDwellTime"), QStringLiteral("lCycleTimeOpen"), QStringLiteral("lLoadTime"), QStringLiteral("lCycleTimeClose"),
-    QStringLiteral("lGameTime"), QStringLiteral("lFiringMode"), QStringLiteral("sName"), QStringLiteral("dtDate"),
-    QStringLiteral("bCTCLikeCTO"), QStringLiteral("bExpertMode"), QStringLiteral("bAlertOne"), QStringLiteral("bAlertTwo"),
-    QStringLiteral("lAlertOne"), QStringLiteral("lAlertTwo")};
-const QStringList kUserVarColumns = {QStringLiteral("ID"), QStringLiteral("ParentID"), QStringLiteral("Version"),
-                                     QStringLiteral("sName"), QStringLiteral("sValue")};
 
 QString lone(char16_t unit) { return QString(QChar(unit)); }
 
@@ -72,9 +62,6 @@ QString maskKeys(QString text, const QSet<QString>& newKeys)
     return text;
 }
 
-// Texts for the stored-form table: what is stored, as the hexadecimal bytes of the text column.
-QString utf8Hex(const QString& text) { return QString::fromLatin1(text.toUtf8().toHex().toUpper()); }
-
 class Storage {
 public:
     explicit Storage(LibraryTest::Fixture& f) : m_f(f) {}
@@ -103,12 +90,16 @@ public:
         m_f.exec(QStringLiteral("DELETE FROM zz_log"));
         return lines;
     }
-    // Every row of both tables, one line each: each column's type and bytes.
+    // Every row of both tables, one line each: each column's type and bytes, in the table's order.
     QStringList rows()
     {
         QStringList lines;
-        for (const auto& [table, columns] : {std::pair{QStringLiteral("ta_SetsTemplate"), kTemplateColumns},
-                                             std::pair{QStringLiteral("ta_UserVar"), kUserVarColumns}}) {
+        for (const QString& table : {QStringLiteral("ta_SetsTemplate"), QStringLiteral("ta_UserVar")}) {
+            QStringList columns;
+            QSqlQuery info(m_f.inspector());
+            info.exec(QStringLiteral("SELECT name FROM pragma_table_info('%1')").arg(table));
+            while (info.next())
+                columns << info.value(0).toString();
             QStringList selected;
             for (const QString& column : columns)
                 selected << QStringLiteral("typeof(%1), hex(%1)").arg(column);
@@ -156,112 +147,6 @@ class tst_libraryStorage : public QObject {
     Q_OBJECT
 
 private slots:
-    void storedText_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("storedHex"); // the UTF-8 bytes of the stored text
-        QTest::newRow("empty, stored as text") << QString() << QString();
-        QTest::newRow("quotes") << QStringLiteral("12\" it's '\"") << QStringLiteral("31322220697427732027 22");
-        QTest::newRow("injection") << QStringLiteral("'; DROP TABLE ta_UserVar; --") << utf8Hex(QStringLiteral("'; DROP TABLE ta_UserVar; --"));
-        QTest::newRow("NUL inside") << QStringLiteral("a") + QChar(0) + QStringLiteral("b") << QStringLiteral("610062");
-        QTest::newRow("emoji, a pair") << QStringLiteral("\U0001F3AF") << QStringLiteral("F09F8EAF");
-        QTest::newRow("lone high surrogate") << QStringLiteral("k") + lone(0xD800) + QStringLiteral("\"") << QStringLiteral("6B EFBFBD 22");
-        QTest::newRow("lone low surrogate, last") << QStringLiteral("x") + lone(0xDFFF) << QStringLiteral("78 EFBFBD");
-        QTest::newRow("low before high") << lone(0xDC00) + lone(0xD800) << QStringLiteral("EFBFBD EFBFBD");
-        QTest::newRow("leading U+FEFF stays") << QStringLiteral("\uFEFFn") << QStringLiteral("EFBBBF 6E");
-        QTest::newRow("U+FFFE, U+FFFF") << QStringLiteral("\uFFFE\u6100\uFFFF") << QStringLiteral("EFBFBD E68480 EFBFBD");
-        QTest::newRow("65,535 characters") << longText() << utf8Hex(longText());
-    }
-    // A text as a setting's name and as a variable's name and value: stored as these bytes of
-    // text (never a blob, never a null), and loaded again as the same text.
-    void storedText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, storedHex);
-        storedHex.remove(QLatin1Char(' '));
-        LIBRARY_FIXTURE(f);
-        auto record = f.library().Add();
-        record->setsName(text);
-        record->colUserVar().Clear();
-        record->AddUserVar(text, text);
-        f.save();
-        const QString expected = QStringLiteral("text:") + storedHex;
-        QCOMPARE(f.row(QStringLiteral("SELECT typeof(sName) || ':' || hex(sName) FROM ta_SetsTemplate")).value(0).toString(), expected);
-        const QSqlRecord variable = f.row(QStringLiteral("SELECT typeof(sName) || ':' || hex(sName), typeof(sValue) || ':' || hex(sValue) FROM ta_UserVar"));
-        QCOMPARE(variable.value(0).toString(), expected);
-        QCOMPARE(variable.value(1).toString(), expected);
-        f.restart();
-        record = f.library().Item(record->ID());
-        QVERIFY(record && record->colUserVar().Count() == 1);
-        // A leading U+FEFF is a character of the text, not a byte-order mark.
-        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
-        const QString stored = decoder(QByteArray::fromHex(storedHex.toLatin1()));
-        QCOMPARE(record->sName(), stored);
-        QCOMPARE(record->colUserVar().Item(1)->sName(), stored);
-        QCOMPARE(record->colUserVar().Item(1)->sValue(), stored);
-        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
-    }
-
-    void storedFields_data()
-    {
-        QTest::addColumn<QList<qint32>>("longs"); // shot, dwell, open, load, close, game time, firing mode, alerts
-        QTest::addColumn<QDate>("date");
-        QTest::addColumn<QList<bool>>("flags"); // CTC like CTO, expert mode, alert one, alert two
-        QTest::addColumn<QString>("stored");    // the columns after the keys, as SQLite holds them
-        QTest::newRow("extremes") << QList<qint32>{INT32_MIN, INT32_MAX, -1, 0, 1, 65535, -65536, INT32_MAX, INT32_MIN}
-                                  << QDate(2001, 8, 1) << QList<bool>{true, false, true, false}
-                                  << "-2147483648 2147483647 -1 0 1 65535 -65536 '' '2001-08-01' 1 0 1 0 2147483647 -2147483648";
-        QTest::newRow("first and last dates") << QList<qint32>{0, 0, 0, 0, 0, 10, 0, 1, 1} << QDate(1, 1, 1)
-                                              << QList<bool>{false, true, false, true} << "0 0 0 0 0 10 0 '' '0001-01-01' 0 1 0 1 1 1";
-        QTest::newRow("last date, leap day") << QList<qint32>{7, 8, 9, 10, 11, 12, 13, 14, 15} << QDate(9999, 12, 31)
-                                             << QList<bool>{true, true, true, true} << "7 8 9 10 11 12 13 '' '9999-12-31' 1 1 1 1 14 15";
-        QTest::newRow("a day before 1900") << QList<qint32>{0, 0, 0, 0, 0, 0, 0, 0, 0} << QDate(1899, 12, 30)
-                                           << QList<bool>{false, false, false, false} << "0 0 0 0 0 0 0 '' '1899-12-30' 0 0 0 0 0 0";
-    }
-    // Whole numbers as integers, the date as an ISO date without its time, yes/no as 0/1; first
-    // inserted, then the same values written by an update over other ones; and loaded again.
-    void storedFields()
-    {
-        QFETCH(QList<qint32>, longs);
-        QFETCH(QDate, date);
-        QFETCH(QList<bool>, flags);
-        QFETCH(QString, stored);
-        LIBRARY_FIXTURE(f);
-        QList<qint32> others;
-        for (qint32 value : longs)
-            others << (value == 5 ? 6 : 5);
-        QList<bool> flipped;
-        for (bool flag : flags)
-            flipped << !flag;
-        QStringList select;
-        for (qsizetype i = 3; i < kTemplateColumns.size(); ++i)
-            select << QStringLiteral("quote(%1)").arg(kTemplateColumns[i]);
-        const QString sql = QStringLiteral("SELECT %1 FROM ta_SetsTemplate").arg(select.join(QStringLiteral(" || ' ' || ")));
-        for (const bool byUpdate : {false, true}) {
-            auto record = newTemplate(kT1, QString(), byUpdate ? others : longs, byUpdate ? QDate(2020, 2, 2) : date,
-                                      byUpdate ? flipped : flags);
-            f.library().Clear();
-            f.exec(QStringLiteral("DELETE FROM ta_SetsTemplate"));
-            f.library().AddByObject(record);
-            f.save();
-            if (byUpdate) {
-                LibraryTest::fill(*record, longs, QString(), QDateTime(date, QTime(23, 59)), flags);
-                f.save();
-                QVERIFY(!record->IsDirty());
-            }
-            QCOMPARE(f.row(sql).value(0).toString(), stored);
-            f.restart();
-            const auto loaded = f.library().Item(kT1);
-            QVERIFY(loaded);
-            QCOMPARE((QList<qint32>{loaded->lShotTime(), loaded->lDwellTime(), loaded->lCycleTimeOpen(), loaded->lLoadTime(),
-                                    loaded->lCycleTimeClose(), loaded->lGameTime(), loaded->lFiringMode(), loaded->lAlertOne(),
-                                    loaded->lAlertTwo()}), longs);
-            QCOMPARE((QList<bool>{loaded->bCTCLikeCTO(), loaded->bExpertMode(), loaded->bAlertOne(), loaded->bAlertTwo()}), flags);
-            QCOMPARE(loaded->dtDate(), QDateTime(date, QTime(0, 0)));
-        }
-        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
-    }
-
     // A date no row can hold (a year beyond 9999) is refused with the database error, before
     // anything is written; the record stays new, to be saved again once the date is mended.
     void refusedDate()
@@ -284,12 +169,9 @@ private slots:
     {
         QTest::addColumn<QString>("id");
         QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
-        QTest::newRow("second statement") << QStringLiteral("x'; DELETE FROM ta_SetsTemplate; --");
-        QTest::newRow("doubled, double") << QStringLiteral("a''b\"x\" OR \"1\"=\"1\"");
-        QTest::newRow("date marks, words, backslash") << QStringLiteral("#01-01-2001# True * x\\' OR 1=1 OR '");
         QTest::newRow("empty") << QString();
     }
-    // A record whose key came from a library made elsewhere (quotes, SQL, date marks, empty) is
+    // A record whose key came from a library made elsewhere (quotes and SQL, or empty) is
     // written, loaded again, changed, read and deleted: every statement reaches its own row, and
     // the neighbour's rows are never touched.
     void hostileIds()
@@ -324,120 +206,6 @@ private slots:
         QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
         QCOMPARE(f.count(QStringLiteral("SELECT lShotTime FROM ta_SetsTemplate WHERE ID = '{N}'")), 11);
         QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ID = '{NV}'")).value(0).toString(), QStringLiteral("neighbour value"));
-    }
-
-    void touchesOnlyItsRows_data()
-    {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QStringList>("log"); // the rows the save touches, in order (table, key)
-        QTest::newRow("a template's name") << "name" << QStringList{"UPDATE ta_SetsTemplate " + utf8Hex(kT3)};
-        QTest::newRow("a template's number") << "number" << QStringList{"UPDATE ta_SetsTemplate " + utf8Hex(kT3)};
-        QTest::newRow("a variable's value") << "value" << QStringList{"UPDATE ta_UserVar " + utf8Hex(kV5)};
-        QTest::newRow("a variable deleted") << "delete variable" << QStringList{"DELETE ta_UserVar " + utf8Hex(kV5)};
-        // Its variables' rows stay, as they always did: no template loads them again.
-        QTest::newRow("a template deleted") << "delete template" << QStringList{"DELETE ta_SetsTemplate " + utf8Hex(kT3)};
-        QTest::newRow("a variable added") << "add variable" << QStringList{"INSERT ta_UserVar " + utf8Hex(kV4)};
-        QTest::newRow("a template added") << "add template"
-                                          << QStringList{"INSERT ta_SetsTemplate " + utf8Hex(kT5), "INSERT ta_UserVar " + utf8Hex(kV4)};
-        QTest::newRow("the same value again") << "same" << QStringList{};
-    }
-    // Three templates with hostile keys (quotes, SQL), each with variables, in a library that
-    // also holds a neighbour's rows with look-alike keys. One change and a save: exactly the
-    // rows it names are written, and every other row stays byte for byte as it was.
-    void touchesOnlyItsRows()
-    {
-        QFETCH(QString, change);
-        QFETCH(QStringList, log);
-        LIBRARY_FIXTURE(f);
-        Storage storage(f);
-        QVERIFY(storage.logStatements());
-        // Look-alikes a key with quotes would reach if it were SQL: "x", "1", everything.
-        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("x"))));
-        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("1"))));
-        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('v', 'x', 'v', 'n', 'neighbour')")));
-        for (const QString& id : {kT1, kT3, kT4}) {
-            auto record = newTemplate(id, QStringLiteral("name \"") + id, {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
-            addVariable(*record, id == kT3 ? kV5 : id + QStringLiteral("-v"), QStringLiteral("n"), QStringLiteral("value"));
-            f.library().AddByObject(record);
-        }
-        f.save();
-        f.save(); // the edits made after the insert
-        f.restart();
-        QCOMPARE(f.library().Count(), 5);
-        const QStringList before = storage.rows();
-        storage.takeLog();
-        const auto record = f.library().Item(kT3);
-        QVERIFY(record && record->colUserVar().Count() == 1);
-        if (change == QLatin1String("name"))
-            record->setsName(QStringLiteral("x' OR '1'='1"));
-        else if (change == QLatin1String("number"))
-            record->setlGameTime(INT32_MIN);
-        else if (change == QLatin1String("value"))
-            record->colUserVar().Item(1)->setsValue(QStringLiteral("\"; DELETE FROM ta_UserVar; --"));
-        else if (change == QLatin1String("delete variable"))
-            record->colUserVar().Item(1)->setIsDeleted(true);
-        else if (change == QLatin1String("delete template"))
-            record->setIsDeleted(true);
-        else if (change == QLatin1String("add variable"))
-            addVariable(*record, kV4, QStringLiteral("a"), QStringLiteral("b"));
-        else if (change == QLatin1String("add template")) {
-            auto added = newTemplate(kT5, QString(), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(2001, 8, 1), {false, false, false, false});
-            addVariable(*added, kV4, QStringLiteral("a"), QStringLiteral("b"));
-            f.library().AddByObject(added);
-        } else
-            record->setlGameTime(record->lGameTime());
-        f.save();
-        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
-        QCOMPARE(storage.takeLog(), log);
-        // Every row the save did not name is as it was, byte for byte.
-        QStringList after = storage.rows();
-        QStringList unchanged = before;
-        for (const QString& line : log) {
-            const QStringList parts = line.split(QLatin1Char(' '));
-            const QString start = parts[1] + QStringLiteral(" ID=text:") + parts[2] + QLatin1Char(' ');
-            unchanged.removeIf([&](const QString& row) { return row.startsWith(start); });
-            after.removeIf([&](const QString& row) { return row.startsWith(start); });
-        }
-        QCOMPARE(after, unchanged);
-    }
-
-    // A save of the whole library writes in the library's order: each template's own row first
-    // (insert, update or delete), then its variables in their order; a new template marked
-    // deleted is never inserted, yet its variables are.
-    void saveOrder()
-    {
-        LIBRARY_FIXTURE(f);
-        Storage storage(f);
-        QVERIFY(storage.logStatements());
-        auto first = newTemplate(kT1, QStringLiteral("first"), {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
-        addVariable(*first, kV1, QStringLiteral("a"), QStringLiteral("1"));
-        addVariable(*first, kV2, QStringLiteral("b"), QStringLiteral("2"));
-        auto second = newTemplate(kT3, QStringLiteral("second"), {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1), {true, false, true, false});
-        addVariable(*second, kV3, QStringLiteral("c"), QStringLiteral("3"));
-        f.library().AddByObject(first);
-        f.library().AddByObject(second);
-        f.save();
-        const auto hex = utf8Hex;
-        QCOMPARE(storage.takeLog(), (QStringList{"INSERT ta_SetsTemplate " + hex(kT1), "INSERT ta_UserVar " + hex(kV1),
-                                                 "INSERT ta_UserVar " + hex(kV2), "INSERT ta_SetsTemplate " + hex(kT3),
-                                                 "INSERT ta_UserVar " + hex(kV3)}));
-        // Edited after it was made: the insert left that edit pending.
-        f.save();
-        QCOMPARE(storage.takeLog(), (QStringList{"UPDATE ta_SetsTemplate " + hex(kT1), "UPDATE ta_UserVar " + hex(kV1),
-                                                 "UPDATE ta_UserVar " + hex(kV2), "UPDATE ta_SetsTemplate " + hex(kT3),
-                                                 "UPDATE ta_UserVar " + hex(kV3)}));
-        first->colUserVar().Item(kV1)->setIsDeleted(true);
-        first->colUserVar().Item(kV2)->setsValue(QStringLiteral("two"));
-        second->setIsDeleted(true);
-        auto ghost = newTemplate(kT5, QString(), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(2001, 8, 1), {false, false, false, false});
-        addVariable(*ghost, kV4, QStringLiteral("d"), QStringLiteral("4"));
-        ghost->setIsDeleted(true);
-        f.library().AddByObject(ghost);
-        f.save();
-        QCOMPARE(storage.takeLog(), (QStringList{"DELETE ta_UserVar " + hex(kV1), "UPDATE ta_UserVar " + hex(kV2),
-                                                 "DELETE ta_SetsTemplate " + hex(kT3), "INSERT ta_UserVar " + hex(kV4)}));
-        QCOMPARE(f.library().Count(), 1);
-        QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
     }
 
     // Made, saved, edited, deleted and imported with hostile texts, extreme numbers and keys of a

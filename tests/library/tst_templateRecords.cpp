@@ -1,15 +1,20 @@
 // What a setting shares with the grip's records: which field of which record each of its fields
-// is copied from and into, that a copy touches nothing else, and that the records' own rules
-// apply on the way in.
+// is copied from and into, that a copy touches nothing else, that the records' own rules apply
+// on the way in, and the rate of fire both compute.
 #include "GripTestSupport.h"
 
+#include "base/mErrCodes.h"
+#include "grip/cSettings.h"
 #include "library/cSetsTemplate.h"
 #include "library/mTemplateRecords.h"
+#include "shell/mMain.h"
 
 #include <QtTest>
+#include <limits>
 
 using namespace griptest;
 using mTemplateRecords::tField;
+using Copy = std::function<void(cSetsTemplate&, cGripSession&)>;
 
 namespace {
 
@@ -62,6 +67,10 @@ cSetsTemplate& markedSetting(cSetsTemplate& s, const QString& shared)
 
 const QString kSetting = QStringLiteral("101 102 103 104 105 106 / 107 1 108 0 109 / 110 111 112");
 
+constexpr float kOverflow = -1.0F;
+constexpr qint32 kMax = std::numeric_limits<qint32>::max();
+constexpr qint32 kMin = std::numeric_limits<qint32>::min();
+
 } // namespace
 
 class tst_templateRecords : public QObject {
@@ -108,90 +117,114 @@ private slots:
         QCOMPARE(fields(session, record), recordBefore);
     }
 
-    void theSettingIntoARecord_data()
+    void intoTheGripsRecords_data()
     {
-        QTest::addColumn<GripRecord>("record");
+        QTest::addColumn<Copy>("copy");
         QTest::addColumn<QString>("setting");
-        QTest::addColumn<QString>("values"); // the record's afterwards, as fields() shows them
-        QTest::newRow("timing") << GripRecord::Timing << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "12 9 31 40 29 6";
-        QTest::newRow("game timer") << GripRecord::GameTimer << "29 31 9 40 12 6 / 15 0 300 1 60 / 7 120 4" << "15 0 300 1 60";
-        QTest::newRow("ramping") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4" << "7 120 4";
-        // The record's range rules apply: shots and ramping time out of 1..255 become 3 and 100.
-        QTest::newRow("ramping out of range") << GripRecord::Ramping << "29 31 9 40 12 6 / 15 1 300 1 60 / 0 256 0" << "3 100 0";
-    }
-    void theSettingIntoARecord()
-    {
-        TestLink link;
-        cGripSession& session = link.session;
-        QFETCH(GripRecord, record);
-        QFETCH(QString, setting);
-        QFETCH(QString, values);
-        const QList<GripRecord> carriers = {GripRecord::Timing, GripRecord::GameTimer, GripRecord::Ramping};
-        setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
-        setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
-        setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
-        QStringList before;
-        for (const GripRecord r : carriers)
-            before << fields(session, r);
-        cSetsTemplate s;
-        markedSetting(s, setting);
-        switch (record) {
-        case GripRecord::Timing: mTemplateRecords::TemplateToTiming(s, session.Timing()); break;
-        case GripRecord::GameTimer: mTemplateRecords::TemplateToGameTimer(s, session.CountdownTimer()); break;
-        case GripRecord::Ramping: mTemplateRecords::TemplateToRamping(s, session.Hyper()); break;
-        default: QFAIL("no such copy");
-        }
-        for (qsizetype i = 0; i < carriers.size(); ++i)
-            QCOMPARE(fields(session, carriers[i]), carriers[i] == record ? values : before[i]);
-        QCOMPARE(sharedFields(s), setting); // the setting is only read
-    }
-
-    void oneFieldIntoTheGripsRecord_data()
-    {
-        QTest::addColumn<tField>("field");
         QTest::addColumn<QString>("records"); // timing | game timer | ramping afterwards
         // Before: timing 1 2 3 4 5 0, game timer 5 0 6 0 7, ramping 8 9 10; the setting holds
-        // other values in every field, so each row shows the one place its field goes.
-        QTest::newRow("lShotTime") << tField::lShotTime << "12 2 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lDwellTime") << tField::lDwellTime << "1 9 3 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lCycleTimeOpen") << tField::lCycleTimeOpen << "1 2 31 4 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lLoadTime") << tField::lLoadTime << "1 2 3 40 5 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lCycleTimeClose") << tField::lCycleTimeClose << "1 2 3 4 29 0 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lFiringMode") << tField::lFiringMode << "1 2 3 4 5 6 | 5 0 6 0 7 | 8 9 10";
-        QTest::newRow("lGameTime") << tField::lGameTime << "1 2 3 4 5 0 | 15 0 6 0 7 | 8 9 10";
-        QTest::newRow("bAlertOne") << tField::bAlertOne << "1 2 3 4 5 0 | 5 1 6 0 7 | 8 9 10";
-        QTest::newRow("lAlertOne") << tField::lAlertOne << "1 2 3 4 5 0 | 5 0 300 0 7 | 8 9 10";
-        QTest::newRow("bAlertTwo") << tField::bAlertTwo << "1 2 3 4 5 0 | 5 0 6 1 7 | 8 9 10";
-        QTest::newRow("lAlertTwo") << tField::lAlertTwo << "1 2 3 4 5 0 | 5 0 6 0 60 | 8 9 10";
-        QTest::newRow("lShots") << tField::lShots << "1 2 3 4 5 0 | 5 0 6 0 7 | 7 9 10";
-        QTest::newRow("lHyperTime") << tField::lHyperTime << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 120 10";
-        QTest::newRow("lHyperMode") << tField::lHyperMode << "1 2 3 4 5 0 | 5 0 6 0 7 | 8 9 4";
+        // other values in every field, so each row shows the one place its fields go.
+        const QString setting = QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4");
+        const auto whole = [&](const char* name, const Copy& copy, const QString& records, const QString& from = QString()) {
+            QTest::newRow(name) << copy << (from.isEmpty() ? setting : from) << records;
+        };
+        whole("timing", [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToTiming(s, g.Timing()); },
+              "12 9 31 40 29 6 | 5 0 6 0 7 | 8 9 10");
+        whole("game timer", [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToGameTimer(s, g.CountdownTimer()); },
+              "1 2 3 4 5 0 | 15 1 300 1 60 | 8 9 10");
+        const Copy ramping = [](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::TemplateToRamping(s, g.Hyper()); };
+        whole("ramping", ramping, "1 2 3 4 5 0 | 5 0 6 0 7 | 7 120 4");
+        // The record's range rules apply: shots and ramping time out of 1..255 become 3 and 100.
+        whole("ramping out of range", ramping, "1 2 3 4 5 0 | 5 0 6 0 7 | 3 100 0",
+              QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 0 256 0"));
+        const auto field = [&](const char* name, tField f, const QString& records) {
+            whole(name, [f](cSetsTemplate& s, cGripSession& g) { mTemplateRecords::FieldToGripRecord(s, f, g); }, records);
+        };
+        field("lShotTime", tField::lShotTime, "12 2 3 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lDwellTime", tField::lDwellTime, "1 9 3 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lCycleTimeOpen", tField::lCycleTimeOpen, "1 2 31 4 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lLoadTime", tField::lLoadTime, "1 2 3 40 5 0 | 5 0 6 0 7 | 8 9 10");
+        field("lCycleTimeClose", tField::lCycleTimeClose, "1 2 3 4 29 0 | 5 0 6 0 7 | 8 9 10");
+        field("lFiringMode", tField::lFiringMode, "1 2 3 4 5 6 | 5 0 6 0 7 | 8 9 10");
+        field("lGameTime", tField::lGameTime, "1 2 3 4 5 0 | 15 0 6 0 7 | 8 9 10");
+        field("bAlertOne", tField::bAlertOne, "1 2 3 4 5 0 | 5 1 6 0 7 | 8 9 10");
+        field("lAlertOne", tField::lAlertOne, "1 2 3 4 5 0 | 5 0 300 0 7 | 8 9 10");
+        field("bAlertTwo", tField::bAlertTwo, "1 2 3 4 5 0 | 5 0 6 1 7 | 8 9 10");
+        field("lAlertTwo", tField::lAlertTwo, "1 2 3 4 5 0 | 5 0 6 0 60 | 8 9 10");
+        field("lShots", tField::lShots, "1 2 3 4 5 0 | 5 0 6 0 7 | 7 9 10");
+        field("lHyperTime", tField::lHyperTime, "1 2 3 4 5 0 | 5 0 6 0 7 | 8 120 10");
+        field("lHyperMode", tField::lHyperMode, "1 2 3 4 5 0 | 5 0 6 0 7 | 8 9 4");
     }
-    void oneFieldIntoTheGripsRecord()
+    // A whole record, or one field, copied from the setting into the grip's records: only its own
+    // record changes, and the setting is only read.
+    void intoTheGripsRecords()
     {
+        QFETCH(Copy, copy);
+        QFETCH(QString, setting);
+        QFETCH(QString, records);
         TestLink link;
         cGripSession& session = link.session;
-        QFETCH(tField, field);
-        QFETCH(QString, records);
         setFields(session, GripRecord::Timing, QStringLiteral("1 2 3 4 5 0"));
         setFields(session, GripRecord::GameTimer, QStringLiteral("5 0 6 0 7"));
         setFields(session, GripRecord::Ramping, QStringLiteral("8 9 10"));
         cSetsTemplate s;
-        markedSetting(s, QStringLiteral("29 31 9 40 12 6 / 15 1 300 1 60 / 7 120 4"));
-        mTemplateRecords::FieldToGripRecord(s, field, session);
+        markedSetting(s, setting);
+        copy(s, session);
         QCOMPARE(QStringList({fields(session, GripRecord::Timing), fields(session, GripRecord::GameTimer), fields(session, GripRecord::Ramping)})
                      .join(QStringLiteral(" | ")),
                  records);
+        QCOMPARE(sharedFields(s), setting);
     }
 
-    void aNewSettingStartsFromAFreshTimingRecord()
+    void rateOfFire_data()
     {
-        TestLink link;
-        cGripSession& session = link.session;
-        // The session's timing record holds other values: a new setting does not take them.
-        setFields(session, GripRecord::Timing, QStringLiteral("12 9 31 40 29 6"));
+        QTest::addColumn<QList<qint32>>("cycle"); // dwell, cycle open, load, cycle close
+        QTest::addColumn<float>("record");        // the timing record's; kOverflow: error 6
+        QTest::addColumn<float>("setting");       // a library setting's
+        QTest::newRow("all zero") << QList<qint32>{0, 0, 0, 0} << 0.0F << 0.0F;
+        QTest::newRow("negative sum") << QList<qint32>{-5, 1, 1, 1} << 0.0F << 0.0F;
+        QTest::newRow("negative term, positive sum") << QList<qint32>{-10, 20, 0, 0} << 100.0F << 100.0F;
+        // 1000 / sum * 100 exactly half-way: to the even neighbour, never up.
+        QTest::newRow("312.5 to even") << QList<qint32>{20, 100, 100, 100} << 3.12F << 3.12F;
+        QTest::newRow("1562.5 to even") << QList<qint32>{16, 16, 16, 16} << 15.62F << 15.62F;
+        QTest::newRow("sum at the 16-bit top") << QList<qint32>{32767, 0, 0, 0} << 0.03F << 0.03F;
+        QTest::newRow("sum at the 16-bit bottom") << QList<qint32>{-32768, 0, 0, 0} << 0.0F << 0.0F;
+        QTest::newRow("term over 16 bits") << QList<qint32>{0, 40000, 0, 0} << kOverflow << 0.02F;
+        QTest::newRow("term under 16 bits") << QList<qint32>{-32769, 0, 0, 0} << kOverflow << 0.0F;
+        QTest::newRow("sum over 16 bits") << QList<qint32>{20000, 20000, 0, 0} << kOverflow << 0.02F;
+        // 16 bits checks every partial sum; the wide sum only ends at 30000.
+        QTest::newRow("partial sum over 16 bits") << QList<qint32>{30000, 30000, -30000, 0} << kOverflow << 0.03F;
+        QTest::newRow("wide tie to even") << QList<qint32>{50000, 50000, 50000, 50000} << kOverflow << 0.0F;
+        QTest::newRow("smallest whole numbers") << QList<qint32>{kMin, kMin, kMin, kMin} << kOverflow << 0.0F;
+        QTest::newRow("wide sum of one ms") << QList<qint32>{kMax, kMin, 1, 1} << kOverflow << 1000.0F;
+    }
+    // One formula for the grip's timing record (16-bit sums, overflow beyond) and for a library
+    // setting (wide sums, so that any stored row reads, with no error reported). The shot time
+    // would change every row if it were counted.
+    void rateOfFire()
+    {
+        QFETCH(QList<qint32>, cycle);
+        QFETCH(float, record);
+        QFETCH(float, setting);
+        cSettings timing;
+        timing.Assign(cycle[1], cycle[3], 77, cycle[0], cycle[2], 0);
+        float shown = 0.0F;
+        const std::optional<MarloError> error = errorOf([&] { shown = timing.ROF(); });
+        QCOMPARE(error ? error->Number() : 0, record == kOverflow ? int(mErrCodes::RT_OVERFLOW) : 0);
+        if (!error)
+            QCOMPARE(shown, record);
+        ScriptedUi ui;
+        mMain::SetUserInterface(&ui);
         cSetsTemplate s;
-        QCOMPARE(sharedFields(s), QStringLiteral("0 0 0 0 0 0 / 10 0 1 0 1 / 0 0 0"));
+        s.setlShotTime(77);
+        s.setlDwellTime(cycle[0]);
+        s.setlCycleTimeOpen(cycle[1]);
+        s.setlLoadTime(cycle[2]);
+        s.setlCycleTimeClose(cycle[3]);
+        shown = s.ROF();
+        mMain::SetUserInterface(nullptr);
+        QCOMPARE(shown, setting);
+        QVERIFY(ui.errors.isEmpty());
     }
 };
 
