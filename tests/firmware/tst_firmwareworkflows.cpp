@@ -1,12 +1,15 @@
 // The firmware commands against the virtual grip (behind the fake port): every message with its
 // title and icon, the status panels, the progress display, the order of the grip commands, the
-// file dialogs and the step names that error reports carry.
+// file dialogs and the step names that error reports carry. Then the backup before a write: what
+// goes over the wire with it, the backup file against the grip's memory, a backup that fails (a
+// block that cannot be read, a folder that cannot take the file) leaving the grip as it was, and
+// a backup written back restoring the grip.
 #include "FirmwareTestSupport.h"
 #include "base/mErrCodes.h"
 #include "firmware/mFirmwareWorkflows.h"
-#include "shell/cApplication.h"
 #include "shell/mMain.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -30,6 +33,43 @@ struct OrderUi : ScriptedUi {
     }
 };
 
+// The names marlo-cli runs a write under.
+const mFirmwareWorkflows::tCaller kWrite{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
+                                         QStringLiteral("firmware write")};
+const QString kFits = QStringLiteral("firmware=4.0.0,boot=1.2.0,hardware=2.1.0,serial=AB 12/x");
+
+// upload.tvf: three data lines and the end record, for boot code 1.0.0-1.2.0 and hardware 2.1.0.
+FirmwareFile Upload()
+{
+    return Image({Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x300, Pattern(3)), Line(0, {}, 1, 0xFF)});
+}
+
+// What the grip's memory holds where the image was written.
+bool HoldsUpload(const QByteArray& memory)
+{
+    for (const HexLine& line : Upload().Segments) {
+        if (!line.Data.isEmpty() && memory.mid(line.AddrHi * 256 + line.AddrLo, line.ByteCount) != bytes(line.Data))
+            return false;
+    }
+    return true;
+}
+
+// The backup file against the memory it was read from: every block from 0x40 up, with the
+// grip's builds.
+void CompareBackup(const QString& path, const QByteArray& memory)
+{
+    FirmwareFile backup;
+    mFirmware::LoadFirmwareFile(backup, path);
+    QCOMPARE(backup.Firmware + backup.Boot + backup.Protocol + backup.Hardware, QStringLiteral(" 4.0.0     1.2.0 1.1.1 2.1.0"));
+    QCOMPARE(backup.Segments.size(), 252);
+    for (qsizetype i = 0; i < backup.Segments.size(); ++i) {
+        const HexLine& line = backup.Segments[i];
+        const int address = 0x40 + 16 * int(i);
+        QCOMPARE(line.AddrHi * 256 + line.AddrLo, address);
+        QCOMPARE(bytes(line.Data), memory.mid(address, 16));
+    }
+}
+
 // One run of a command and what it leaves behind.
 struct Flow {
     QString command{};                   // put: Function > Put; upload FILE; get FILE
@@ -49,9 +89,24 @@ struct Flow {
     QString hint{};                      // the start of the error's first hint
 };
 
+// One write with a backup first, and what it leaves behind.
+struct BackupFlow {
+    QString grip{};        // besides kFits
+    bool folderBlocked = false; // a file stands where the backup folder should be
+    int error = 0;
+    QString trail{};       // %1: the backup folder
+    QString hint{};        // part of the error's hints (%1: the backup's path)
+    QString sent{};
+    int progress = 0;
+    bool written = false;  // else the memory is as it was
+    bool backedUp = false; // a backup file equal to the memory before the write
+    bool bootMode = false; // the grip left in its boot code (a failed write)
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Flow)
+Q_DECLARE_METATYPE(BackupFlow)
 
 class tst_FirmwareWorkflows : public QObject {
     Q_OBJECT
@@ -59,20 +114,23 @@ class tst_FirmwareWorkflows : public QObject {
     QTemporaryDir m_dir;
 
 private slots:
-    void commands_data()
+    void initTestCase()
     {
-        QTest::addColumn<Flow>("f");
-        // Three data lines and the end record, for boot code 1.0.0-1.2.0 and hardware 2.1.0. In
-        // bad.tvf a second line overwrites the first, so the read-back cannot match the first.
-        QList<HexLine> lines{Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x300, Pattern(3)), Line(0, {}, 1, 0xFF)};
-        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("upload.tvf")), Image(lines));
-        lines.insert(1, Line(0x40, Pattern(9)));
-        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("bad.tvf")), Image(lines));
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("upload.tvf")), Upload());
+        // In bad.tvf a second line overwrites the first, so the read-back cannot match the first.
+        FirmwareFile bad = Upload();
+        bad.Segments.insert(1, Line(0x40, Pattern(9)));
+        mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("bad.tvf")), bad);
         // The fourth record holds 17 bytes: one more than a block.
         mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("long.tvf")),
                                     Image({Line(0x40, Pattern(1)), Line(0x50, Pattern(2)), Line(0x60, Pattern(3)), Line(0x70, Pattern(4) << 0xEE)}));
         mFirmware::SaveFirmwareFile(m_dir.filePath(QStringLiteral("high.tvf")), Image({Line(0x40, Pattern(1)), Line(0x8000, {1})}));
         mFirmware::SaveFile(m_dir.filePath(QStringLiteral("empty.tvf")), QString());
+    }
+
+    void commands_data()
+    {
+        QTest::addColumn<Flow>("f");
         // The messages of a write follow the start of the program.
         const QString success = "83 > Success!: Firmware uploaded successfully!\r\nPress OK to start using the newly uploaded firmware.";
         const QString put = "83 > Confirmation: Firmware was put.";
@@ -87,10 +145,6 @@ private slots:
             .result = FirmwareResult::Succeeded, .messages = {success, put},
             .sent = "13 13 11 13 81 13 8A 8A 8A 8A 13 " + Repeated("85", 28) + " 13 83 13 81 " + Repeated("85", 224) + " 13 83",
             .status = steps + QStringList{"version:1.1.70"}, .progress = 256};
-        QTest::newRow("put, in boot mode: no stop") << Flow{
-            .command = "put", .grip = fits + "bootmode=1", .file = "upload.tvf", .result = FirmwareResult::Succeeded,
-            .messages = {success, put}, .sent = "13 13 11 13 8A 8A 8A 8A 13 " + Repeated("85", 252) + " 13 83",
-            .status = steps + QStringList{"version:4.0.0"}, .progress = 256};
         QTest::newRow("put, verification fails") << Flow{
             .command = "put", .grip = fits, .file = "bad.tvf", .result = FirmwareResult::VerifyFailed,
             .messages = {"83 > Failure!: Firmware uploaded failed!\r\nYou should reset you grip (turn it off and then back on) and try "
@@ -110,11 +164,9 @@ private slots:
             .command = "get", .grip = builds, .file = "fetched.tvf", .result = FirmwareResult::Succeeded,
             .messages = {"83 > Confirmation: Firmware was fetched."}, .sent = "13 11 13 81 13 " + Repeated("85", 252) + " 13 13 83",
             .progress = 252};
-        QTest::newRow("get, in boot mode: no stop") << Flow{
-            .command = "get", .dialog = true, .confirm = false, .grip = builds + "bootmode=1", .file = "fetched.tvf",
-            .result = FirmwareResult::Succeeded, .sent = "13 11 13 " + Repeated("85", 252) + " 13 13 83", .progress = 252};
         // Errors leave the grip in its boot code (the next command starts its program). The trail
-        // names the steps from the inside out.
+        // names the steps from the inside out. (A grip in boot mode is not stopped: here, and in
+        // the backup of a grip in boot mode below.)
         const QString load = "LoadFile - open file (%1) < LoadFirmwareFile < UploadFirmware - load firmware file (%1)";
         QTest::newRow("upload: no file") << Flow{.command = "upload", .grip = fits + "bootmode=1", .file = "missing.tvf",
                                                  .error = mErrCodes::RT_FILE_NOT_FOUND, .trail = load, .status = {steps[0]}};
@@ -213,6 +265,94 @@ private slots:
             QCOMPARE(saved.Firmware + saved.Boot + saved.Protocol + saved.Hardware, QStringLiteral(" 2.0.20     1.2.1 1.1.2 2.1.3"));
             QCOMPARE(saved.Segments.size(), 252);
         }
+    }
+
+    void backup_data()
+    {
+        QTest::addColumn<BackupFlow>("f");
+        const QString readBack = " 13 " + Repeated("85", 252) + " 13 83";
+        const QString backup = "13 " + Repeated("85", 252) + " 13 8A 8A 8A 8A";
+        const QString notBackedUp = "The grip's firmware could not be backed up, so nothing was written to the grip.";
+        QTest::newRow("backup between the stop and the first block") << BackupFlow{
+            .sent = "13 13 11 13 81 " + backup + readBack, .progress = 508, .written = true, .backedUp = true};
+        QTest::newRow("backup of a grip in boot mode") << BackupFlow{
+            .grip = ",bootmode=1", .sent = "13 13 11 " + backup + readBack, .progress = 508, .written = true, .backedUp = true};
+        QTest::newRow("a block the backup cannot read: program started, nothing written") << BackupFlow{
+            .grip = ",failblock=300*3", .error = mErrCodes::ERR_DL_FIRMWARE,
+            .trail = "DLFirmware - read PIC-memory [$0300] < BackUp < firmware write - back up firmware (%1)", .hint = notBackedUp,
+            .sent = "13 13 11 13 81 13 " + Repeated("85", 47) + " 13 83", .progress = 508};
+        QTest::newRow("a folder that cannot take the backup: the grip not even stopped") << BackupFlow{
+            .folderBlocked = true, .error = mErrCodes::RT_FILE_ACCESS, .trail = "PrepareFolder < firmware write - back up firmware (%1)",
+            .hint = notBackedUp, .sent = "13"};
+        QTest::newRow("a write that fails after the backup says where it is") << BackupFlow{
+            .grip = ",fault=nak@8A*3", .error = mErrCodes::ERR_UL_FIRMWARE,
+            .trail = "ULFirmware - upload data to grip < firmware write - stop program for upload",
+            .hint = "The grip's firmware as it was before this write is backed up in %1.",
+            .sent = "13 13 11 13 81 " + backup.chopped(3), .progress = 508, .backedUp = true, .bootMode = true};
+    }
+
+    void backup()
+    {
+        QFETCH(BackupFlow, f);
+        TestLink link;
+        mMain::SetUserInterface(&link.ui);
+        auto sim = Grip(link.port, kFits + f.grip);
+        const QByteArray before = sim->state().memory;
+        const QTemporaryDir home;
+        const QString folder = QDir(home.path()).filePath(QStringLiteral("Backups"));
+        if (f.folderBlocked)
+            mFirmware::SaveFile(folder, QStringLiteral("not a folder"));
+        QStringList told;
+        mFirmwareWorkflows::tUploadOptions options;
+        options.backupFolder = folder;
+        options.backedUp = [&told](const QString& path) { told << path; };
+
+        const MarloError e = ErrorOf([&] { mFirmwareWorkflows::UploadFirmware(link.session, m_dir.filePath("upload.tvf"), kWrite, options); });
+
+        QCOMPARE(e.Number(), f.error);
+        QStringList trail;
+        for (const ErrorFrame& frame : e.Trail())
+            trail << frame.procedure;
+        QCOMPARE(trail.join(QStringLiteral(" < ")), QString(f.trail).replace(QStringLiteral("%1"), folder));
+        QCOMPARE(codes(link.port.frames), f.sent);
+        QCOMPARE(link.ui.progressMaxima, f.progress ? QList<int>{f.progress} : QList<int>{});
+        QCOMPARE(sim->state().bootMode, f.bootMode);
+        QCOMPARE(HoldsUpload(sim->state().memory), f.written);
+        if (!f.written)
+            QVERIFY(sim->state().memory == before);
+        const QStringList files = f.folderBlocked ? QStringList() : QDir(folder).entryList(QDir::Files);
+        QCOMPARE(files.size(), f.backedUp ? 1 : 0);
+        QCOMPARE(told, f.backedUp ? QStringList{QDir(folder).filePath(files.value(0))} : QStringList());
+        if (f.backedUp) {
+            QVERIFY2(files[0].startsWith(QStringLiteral("AB_12_x_4.0.0_")), qPrintable(files[0]));
+            CompareBackup(told[0], before);
+        }
+        QVERIFY2(e.Hints().join('\n').contains(QString(f.hint).replace(QStringLiteral("%1"), told.value(0))), qPrintable(e.Hints().join('\n')));
+        QVERIFY(link.ui.errors.isEmpty());
+        QCOMPARE(mMain::MousePointerDepth(), 0);
+    }
+
+    // A backup written back gives the grip back what it held; two backups within a second keep
+    // apart.
+    void restore()
+    {
+        TestLink link;
+        mMain::SetUserInterface(&link.ui);
+        auto sim = Grip(link.port, kFits);
+        const QByteArray before = sim->state().memory;
+        const QTemporaryDir home;
+        mFirmwareWorkflows::tUploadOptions options;
+        options.backupFolder = home.path();
+        QStringList told;
+        options.backedUp = [&told](const QString& path) { told << path; };
+
+        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, m_dir.filePath("upload.tvf"), kWrite, options), FirmwareResult::Succeeded);
+        QVERIFY(HoldsUpload(sim->state().memory));
+        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, told.value(0), kWrite, options), FirmwareResult::Succeeded);
+        QVERIFY(sim->state().memory == before);
+        QCOMPARE(told.size(), 2);
+        QVERIFY(told[0] != told[1]);
+        QCOMPARE(QDir(home.path()).entryList(QDir::Files).size(), 2);
     }
 };
 
