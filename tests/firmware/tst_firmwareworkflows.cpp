@@ -33,9 +33,6 @@ struct OrderUi : ScriptedUi {
     }
 };
 
-// The names marlo-cli runs a write under.
-const mFirmwareWorkflows::tCaller kWrite{QStringLiteral("cliFirmwareCommands"), QStringLiteral("$Revision: 1 $"),
-                                         QStringLiteral("firmware write")};
 const QString kFits = QStringLiteral("firmware=4.0.0,boot=1.2.0,hardware=2.1.0,serial=AB 12/x");
 
 // upload.tvf: three data lines and the end record, for boot code 1.0.0-1.2.0 and hardware 2.1.0.
@@ -86,27 +83,15 @@ struct Flow {
     QStringList status{};                // what the status panels were given
     int progress = 0;                    // the progress maximum, 0 for none
     int bootMode = -1;                   // the grip in boot mode afterwards (1/0); -1: exactly after an error
-    QString hint{};                      // the start of the error's first hint
-};
-
-// One write with a backup first, and what it leaves behind.
-struct BackupFlow {
-    QString grip{};        // besides kFits
-    bool folderBlocked = false; // a file stands where the backup folder should be
-    int error = 0;
-    QString trail{};       // %1: the backup folder
-    QString hint{};        // part of the error's hints (%1: the backup's path)
-    QString sent{};
-    int progress = 0;
-    bool written = false;  // else the memory is as it was
-    bool backedUp = false; // a backup file equal to the memory before the write
-    bool bootMode = false; // the grip left in its boot code (a failed write)
+    QString hint{};                      // the start of the error's first hint (%2: the backup's path)
+    int backup = 0;                      // upload: 1 a backup first into a folder (%2 in the trail), 2 a file stands there
+    int written = -1;                    // upload.tvf in the grip's memory afterwards (1/0, 0: as it was); -1 not looked at
+    bool backedUp = false;               // a backup file equal to the memory before the write
 };
 
 } // namespace
 
 Q_DECLARE_METATYPE(Flow)
-Q_DECLARE_METATYPE(BackupFlow)
 
 class tst_FirmwareWorkflows : public QObject {
     Q_OBJECT
@@ -210,6 +195,35 @@ private slots:
             .command = "get", .grip = fits, .file = "no/such/out.tvf", .error = mErrCodes::RT_FILE_ACCESS,
             .trail = "SaveFile - open file (%1) < SaveFirmwareFile < " + dl + "stop program for download",
             .sent = "13 11 13 81 13 " + Repeated("85", 252) + " 13", .progress = 252};
+        // With the backup on, the grip's program is read into the backup folder between the stop
+        // and the first block; a backup that fails leaves the grip as it was, with its program.
+        const QString readBack = " 13 " + Repeated("85", 252) + " 13 83";
+        const QString backup = "13 " + Repeated("85", 252) + " 13 8A 8A 8A 8A";
+        const QString notBackedUp = "The grip's firmware could not be backed up, so nothing was written to the grip.";
+        const QStringList backupSteps = steps.first(2) + QStringList{"step:Backing up the grip's firmware..."} + steps.mid(2);
+        const QStringList backedUp = backupSteps + QStringList{"version:4.0.0"};
+        QTest::newRow("backup between the stop and the first block") << Flow{
+            .command = "upload", .grip = kFits, .file = "upload.tvf", .result = FirmwareResult::Succeeded, .messages = {success},
+            .sent = "13 13 11 13 81 " + backup + readBack, .status = backedUp, .progress = 508, .backup = 1, .written = 1,
+            .backedUp = true};
+        QTest::newRow("backup of a grip in boot mode") << Flow{
+            .command = "upload", .grip = kFits + ",bootmode=1", .file = "upload.tvf", .result = FirmwareResult::Succeeded,
+            .messages = {success}, .sent = "13 13 11 " + backup + readBack, .status = backedUp, .progress = 508, .backup = 1,
+            .written = 1, .backedUp = true};
+        QTest::newRow("a block the backup cannot read: program started, nothing written") << Flow{
+            .command = "upload", .grip = kFits + ",failblock=300*3", .file = "upload.tvf", .error = mErrCodes::ERR_DL_FIRMWARE,
+            .trail = "DLFirmware - read PIC-memory [$0300] < BackUp < UploadFirmware - back up firmware (%2)",
+            .sent = "13 13 11 13 81 13 " + Repeated("85", 47) + " 13 83", .status = backupSteps.first(3), .progress = 508,
+            .bootMode = 0, .hint = notBackedUp, .backup = 1, .written = 0};
+        QTest::newRow("a folder that cannot take the backup: the grip not even stopped") << Flow{
+            .command = "upload", .grip = kFits, .file = "upload.tvf", .error = mErrCodes::RT_FILE_ACCESS,
+            .trail = "PrepareFolder < UploadFirmware - back up firmware (%2)", .sent = "13", .status = steps.first(2), .bootMode = 0,
+            .hint = notBackedUp, .backup = 2, .written = 0};
+        QTest::newRow("a write that fails after the backup says where it is") << Flow{
+            .command = "upload", .grip = kFits + ",fault=nak@8A*3", .file = "upload.tvf", .error = mErrCodes::ERR_UL_FIRMWARE,
+            .trail = "ULFirmware - upload data to grip < UploadFirmware - stop program for upload",
+            .sent = "13 13 11 13 81 " + backup.chopped(3), .status = backupSteps.first(4), .progress = 508,
+            .hint = "The grip's firmware as it was before this write is backed up in %2.", .backup = 1, .written = 0, .backedUp = true};
     }
 
     void commands()
@@ -225,13 +239,22 @@ private slots:
         ui.fileAnswers.enqueue(f.file.isEmpty() ? std::optional<QString>() : file);
         ui.setStepText(QStringLiteral("Ready"));
         ui.statusHistory.clear();
+        const QByteArray before = sim->state().memory;
+        const QTemporaryDir home;
+        const QString folder = QDir(home.path()).filePath(QStringLiteral("Backups"));
+        if (f.backup == 2)
+            mFirmware::SaveFile(folder, QStringLiteral("not a folder"));
+        QStringList told;
+        mFirmwareWorkflows::tUploadOptions options;
+        options.backupFolder = f.backup ? folder : QString();
+        options.backedUp = [&told](const QString& path) { told << path; };
 
         FirmwareResult result = FirmwareResult::Cancelled;
         const MarloError e = ErrorOf([&] {
             if (f.command == QLatin1String("put"))
                 result = mFirmwareWorkflows::PutFirmwareProgram(link.session, link.prefs, kUpload);
             else
-                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(link.session, file, kUpload)
+                result = f.command == QLatin1String("upload") ? mFirmwareWorkflows::UploadFirmware(link.session, file, kUpload, options)
                                                               : mFirmwareWorkflows::DownloadFirmware(link.session, link.prefs, f.dialog ? QString() : file, kDownload);
         });
         QCOMPARE(e.Number(), f.error);
@@ -239,9 +262,11 @@ private slots:
         QStringList trail;
         for (const ErrorFrame& frame : e.Trail())
             trail << frame.procedure;
-        QCOMPARE(trail.join(QStringLiteral(" < ")), QString(f.trail).replace(QStringLiteral("%1"), file));
+        QCOMPARE(trail.join(QStringLiteral(" < ")),
+                 QString(f.trail).replace(QStringLiteral("%1"), file).replace(QStringLiteral("%2"), folder));
         QVERIFY(!f.error || e.Trail().last().module == QLatin1String("fTolvaneMan"));
-        QVERIFY((f.error != mErrCodes::RT_FILE_NOT_FOUND && f.error != mErrCodes::RT_FILE_ACCESS) || e.Description().contains(file));
+        QVERIFY((f.error != mErrCodes::RT_FILE_NOT_FOUND && f.error != mErrCodes::RT_FILE_ACCESS) ||
+                e.Description().contains(f.backup ? folder : file));
         QCOMPARE(codes(link.port.frames), f.sent);
         QCOMPARE(ui.shown, f.messages);
         QVERIFY(ui.messages.isEmpty() || ui.messages[0].icon == f.icon);
@@ -249,7 +274,8 @@ private slots:
         QCOMPARE(ui.progressMaxima, f.progress ? QList<int>{f.progress} : QList<int>{});
         QVERIFY(ui.progressEnds >= ui.progressMaxima.size());
         QCOMPARE(sim->state().bootMode, f.bootMode < 0 ? f.error != 0 : f.bootMode == 1);
-        QVERIFY2(e.Hints().value(0).startsWith(f.hint), qPrintable(e.Hints().join('\n')));
+        const QString hint = QString(f.hint).replace(QStringLiteral("%2"), told.value(0));
+        QVERIFY2(e.Hints().value(0).startsWith(hint), qPrintable(e.Hints().join('\n')));
         QVERIFY(ui.errors.isEmpty()); // errors are passed on, not shown: the caller reports them
         QCOMPARE(mMain::MousePointerDepth(), 0);
         const bool dialog = f.command == QLatin1String("put") || f.dialog;
@@ -265,71 +291,15 @@ private slots:
             QCOMPARE(saved.Firmware + saved.Boot + saved.Protocol + saved.Hardware, QStringLiteral(" 2.0.20     1.2.1 1.1.2 2.1.3"));
             QCOMPARE(saved.Segments.size(), 252);
         }
-    }
-
-    void backup_data()
-    {
-        QTest::addColumn<BackupFlow>("f");
-        const QString readBack = " 13 " + Repeated("85", 252) + " 13 83";
-        const QString backup = "13 " + Repeated("85", 252) + " 13 8A 8A 8A 8A";
-        const QString notBackedUp = "The grip's firmware could not be backed up, so nothing was written to the grip.";
-        QTest::newRow("backup between the stop and the first block") << BackupFlow{
-            .sent = "13 13 11 13 81 " + backup + readBack, .progress = 508, .written = true, .backedUp = true};
-        QTest::newRow("backup of a grip in boot mode") << BackupFlow{
-            .grip = ",bootmode=1", .sent = "13 13 11 " + backup + readBack, .progress = 508, .written = true, .backedUp = true};
-        QTest::newRow("a block the backup cannot read: program started, nothing written") << BackupFlow{
-            .grip = ",failblock=300*3", .error = mErrCodes::ERR_DL_FIRMWARE,
-            .trail = "DLFirmware - read PIC-memory [$0300] < BackUp < firmware write - back up firmware (%1)", .hint = notBackedUp,
-            .sent = "13 13 11 13 81 13 " + Repeated("85", 47) + " 13 83", .progress = 508};
-        QTest::newRow("a folder that cannot take the backup: the grip not even stopped") << BackupFlow{
-            .folderBlocked = true, .error = mErrCodes::RT_FILE_ACCESS, .trail = "PrepareFolder < firmware write - back up firmware (%1)",
-            .hint = notBackedUp, .sent = "13"};
-        QTest::newRow("a write that fails after the backup says where it is") << BackupFlow{
-            .grip = ",fault=nak@8A*3", .error = mErrCodes::ERR_UL_FIRMWARE,
-            .trail = "ULFirmware - upload data to grip < firmware write - stop program for upload",
-            .hint = "The grip's firmware as it was before this write is backed up in %1.",
-            .sent = "13 13 11 13 81 " + backup.chopped(3), .progress = 508, .backedUp = true, .bootMode = true};
-    }
-
-    void backup()
-    {
-        QFETCH(BackupFlow, f);
-        TestLink link;
-        mMain::SetUserInterface(&link.ui);
-        auto sim = Grip(link.port, kFits + f.grip);
-        const QByteArray before = sim->state().memory;
-        const QTemporaryDir home;
-        const QString folder = QDir(home.path()).filePath(QStringLiteral("Backups"));
-        if (f.folderBlocked)
-            mFirmware::SaveFile(folder, QStringLiteral("not a folder"));
-        QStringList told;
-        mFirmwareWorkflows::tUploadOptions options;
-        options.backupFolder = folder;
-        options.backedUp = [&told](const QString& path) { told << path; };
-
-        const MarloError e = ErrorOf([&] { mFirmwareWorkflows::UploadFirmware(link.session, m_dir.filePath("upload.tvf"), kWrite, options); });
-
-        QCOMPARE(e.Number(), f.error);
-        QStringList trail;
-        for (const ErrorFrame& frame : e.Trail())
-            trail << frame.procedure;
-        QCOMPARE(trail.join(QStringLiteral(" < ")), QString(f.trail).replace(QStringLiteral("%1"), folder));
-        QCOMPARE(codes(link.port.frames), f.sent);
-        QCOMPARE(link.ui.progressMaxima, f.progress ? QList<int>{f.progress} : QList<int>{});
-        QCOMPARE(sim->state().bootMode, f.bootMode);
-        QCOMPARE(HoldsUpload(sim->state().memory), f.written);
-        if (!f.written)
-            QVERIFY(sim->state().memory == before);
-        const QStringList files = f.folderBlocked ? QStringList() : QDir(folder).entryList(QDir::Files);
+        if (f.written >= 0)
+            QVERIFY(f.written ? HoldsUpload(sim->state().memory) : sim->state().memory == before);
+        const QStringList files = f.backup == 1 ? QDir(folder).entryList(QDir::Files) : QStringList();
         QCOMPARE(files.size(), f.backedUp ? 1 : 0);
         QCOMPARE(told, f.backedUp ? QStringList{QDir(folder).filePath(files.value(0))} : QStringList());
         if (f.backedUp) {
             QVERIFY2(files[0].startsWith(QStringLiteral("AB_12_x_4.0.0_")), qPrintable(files[0]));
             CompareBackup(told[0], before);
         }
-        QVERIFY2(e.Hints().join('\n').contains(QString(f.hint).replace(QStringLiteral("%1"), told.value(0))), qPrintable(e.Hints().join('\n')));
-        QVERIFY(link.ui.errors.isEmpty());
-        QCOMPARE(mMain::MousePointerDepth(), 0);
     }
 
     // A backup written back gives the grip back what it held; two backups within a second keep
@@ -346,9 +316,9 @@ private slots:
         QStringList told;
         options.backedUp = [&told](const QString& path) { told << path; };
 
-        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, m_dir.filePath("upload.tvf"), kWrite, options), FirmwareResult::Succeeded);
+        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, m_dir.filePath("upload.tvf"), kUpload, options), FirmwareResult::Succeeded);
         QVERIFY(HoldsUpload(sim->state().memory));
-        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, told.value(0), kWrite, options), FirmwareResult::Succeeded);
+        QCOMPARE(mFirmwareWorkflows::UploadFirmware(link.session, told.value(0), kUpload, options), FirmwareResult::Succeeded);
         QVERIFY(sim->state().memory == before);
         QCOMPARE(told.size(), 2);
         QVERIFY(told[0] != told[1]);
