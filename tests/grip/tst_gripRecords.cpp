@@ -271,6 +271,7 @@ private slots:
         QTest::newRow("timing 14: silence") << 0 << "silence" << "";
         QTest::newRow("counters 25: cut short") << 9 << "cut short" << "";
         QTest::newRow("timing 24: ShotTime 256") << 1 << "" << "256 0 0 0 0 0";
+        QTest::newRow("timing 24: ShotTime -1") << 1 << "" << "-1 0 0 0 0 0";
         QTest::newRow("ramping 29: HyperMode 256") << 5 << "" << "3 100 256";
         QTest::newRow("gametimer 26: timer 256") << 7 << "" << "256 0 0 0 0";
     }

@@ -1,6 +1,9 @@
 // One exchange with the grip, every way it can end, against the in-memory port; the pause after
 // the code byte, which lets events run without being shorter than asked; and the busy flag that
-// refuses an exchange an event tries to start meanwhile.
+// refuses an exchange an event tries to start meanwhile. Then what the exchange builds on: the
+// catalogue sizes, reading a byte of a frame, and the check byte. (Building a frame's bytes, the
+// variable sizes of the block writes and the hex helpers of the firmware file are pinned where
+// they are used: the record, block and firmware file tests.)
 #include "TestLink.h"
 
 #include "base/MarloError.h"
@@ -9,6 +12,7 @@
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mLinkHelp.h"
+#include "sim/Catalogue.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -224,6 +228,66 @@ private slots:
             QCOMPARE((QStringList{port.device(), QString::number(port.CommPort()), port.Settings(), QString::number(port.InputMode())}),
                      values);
         }
+    }
+
+    // The program's catalogue and the virtual grip's were written apart; every code of the byte's
+    // range must agree in both, so that a slip in either (a size, a report, a missing code) shows.
+    void catalogueAgreesWithTheGrip()
+    {
+        for (int code = 0; code <= 0xFF; ++code) {
+            const auto command = static_cast<quint8>(code);
+            const QByteArray name = QByteArray::number(code, 16);
+            if (!gripsim::isBlockWrite(command)) {
+                // 0x82 and 0x8A are sized by their own bytes (below); every other code by the table.
+                QVERIFY2(GetFunctionInputSize(code, QByteArray(1, char(code))) == gripsim::commandSize(command), name);
+            }
+            const int report = gripsim::isKnownCommand(command) ? gripsim::reportSize(gripsim::reportCodeFor(command)) : 0;
+            QVERIFY2(GetFunctionReturnSize(code) == report, name);
+            QVERIFY2(GetReportReturnSize(code) == gripsim::reportSize(command), name);
+        }
+    }
+    void frameByte_data()
+    {
+        QTest::addColumn<QByteArray>("frame");
+        QTest::addColumn<int>("n");
+        QTest::addColumn<int>("value");
+        const QByteArray command = QByteArray::fromHex("1400EC");
+        QTest::newRow("first byte") << command << 1 << 0x14;
+        QTest::newRow("check byte, high bit set") << command << 3 << 0xEC;
+        QTest::newRow("past the end") << command << 4 << 0;
+        QTest::newRow("position zero") << command << 0 << 0;
+        QTest::newRow("negative position") << command << -1 << 0;
+        QTest::newRow("empty frame") << QByteArray() << 1 << 0;
+    }
+    void frameByte()
+    {
+        QFETCH(QByteArray, frame);
+        QFETCH(int, n);
+        QFETCH(int, value);
+        QCOMPARE(int(FrameByte(frame, n)), value);
+    }
+    void checksum_data()
+    {
+        QTest::addColumn<QString>("hex");
+        QTest::addColumn<int>("crc");
+        QTest::newRow("timing download command") << "1400" << 0xEC;
+        QTest::newRow("empty") << "" << 0;
+        QTest::newRow("sums to 512") << "80FF81" << 0x00;
+        QTest::newRow("defaults upload") << "240A0A1E231C000A0A1E231C00" << 0xFA;
+    }
+    void checksum()
+    {
+        QFETCH(QString, hex);
+        QFETCH(int, crc);
+        const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+        QCOMPARE(int(mCommBasic::CalcCRC(bytes)), crc);
+        const QByteArray framed = bytes + char(crc);
+        QVERIFY(mCommBasic::CheckCRC(framed));
+        // Any change of one byte breaks the check.
+        QByteArray broken = framed;
+        broken[0] = char(broken[0] ^ 0x10);
+        QVERIFY(!mCommBasic::CheckCRC(broken));
+        QVERIFY(!mCommBasic::CheckCRC(QByteArray())); // nothing carries no check byte
     }
 
 private:
