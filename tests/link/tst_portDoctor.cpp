@@ -39,20 +39,10 @@ void withAcm(FakeSystem& system)
     QVERIFY(system.node(QStringLiteral("/dev/ttyACM0"), 0660));
 }
 
-QString kindName(Kind kind)
-{
-    switch (kind) {
-    case Kind::NotFound: return QStringLiteral("NotFound");
-    case Kind::NoDeviceForAdapter: return QStringLiteral("NoDeviceForAdapter");
-    case Kind::ClaimedByBrltty: return QStringLiteral("ClaimedByBrltty");
-    case Kind::PermissionDenied: return QStringLiteral("PermissionDenied");
-    case Kind::NeedsNewLogin: return QStringLiteral("NeedsNewLogin");
-    case Kind::HeldByProgram: return QStringLiteral("HeldByProgram");
-    case Kind::StaleLock: return QStringLiteral("StaleLock");
-    case Kind::ModemManager: return QStringLiteral("ModemManager");
-    }
-    return QStringLiteral("?");
-}
+// The kinds' names, in the order of the kinds.
+const QStringList kKindNames = {"NotFound",      "NoDeviceForAdapter", "ClaimedByBrltty", "PermissionDenied",
+                                "NeedsNewLogin", "HeldByProgram",      "StaleLock",       "ModemManager"};
+QString kindName(Kind kind) { return kKindNames.value(int(kind), QStringLiteral("?")); }
 
 } // namespace
 
