@@ -1,9 +1,10 @@
 // The comparison of what a put would send with what the grip holds: which values differ, the
 // summary, a firmware without options and ramping, and that reading the grip for it leaves the
-// session's records (and so the next put) as they were. (A grip that refuses or says nothing:
-// marlo-cli diff.)
+// session's records (and so the next put) as they were, even when the grip falls silent part-way.
+// (A grip that refuses: marlo-cli diff.)
 #include "GripTestSupport.h"
 
+#include "base/mErrCodes.h"
 #include "grip/mGripComparison.h"
 
 #include <QtTest>
@@ -72,34 +73,45 @@ private slots:
     {
         QTest::addColumn<QString>("grip");
         QTest::addColumn<QStringList>("changed");
-        QTest::addColumn<QStringList>("expected"); // the differing values, or "unsupported ..."
+        QTest::addColumn<int>("silentOn"); // the command the grip does not answer, or 0
+        QTest::addColumn<QStringList>("expected"); // the differing values, "unsupported ..." or an error number
         QTest::addColumn<QString>("summary");
 
         const QString fw = QStringLiteral("firmware=4.0.5");
-        QTest::newRow("same") << fw << QStringList() << QStringList() << "The grip holds these settings";
+        QTest::newRow("same") << fw << QStringList() << 0 << QStringList() << "The grip holds these settings";
         for (const QString& name : kNames)
-            QTest::newRow(qPrintable(name + " differs")) << fw << QStringList{name} << QStringList{name} << "1 value differs";
-        QTest::newRow("three differ") << fw << QStringList{"LoadTime", "PreAlert2On", "HyperMode"}
+            QTest::newRow(qPrintable(name + " differs")) << fw << QStringList{name} << 0 << QStringList{name} << "1 value differs";
+        QTest::newRow("three differ") << fw << QStringList{"LoadTime", "PreAlert2On", "HyperMode"} << 0
                                       << QStringList{"LoadTime", "PreAlert2On", "HyperMode"} << "3 values differ";
-        QTest::newRow("firmware without options and ramping") << QStringLiteral("firmware=1.1.69") << QStringList{"UseEye", "Shots"}
+        QTest::newRow("firmware without options and ramping") << QStringLiteral("firmware=1.1.69") << QStringList{"UseEye", "Shots"} << 0
                                                               << QStringList{"unsupported options ramping"} << "The grip holds these settings";
+        QTest::newRow("grip silent on the options") << fw << QStringList{"Shots"} << 0x18
+                                                    << QStringList{QString::number(mErrCodes::ERR_DL_OPTIONS)} << "";
     }
     void comparison()
     {
         QFETCH(QString, grip);
         QFETCH(QStringList, changed);
+        QFETCH(int, silentOn);
         QFETCH(QStringList, expected);
         QFETCH(QString, summary);
         GripHarness h(grip);
+        if (silentOn)
+            h.replies[quint8(silentOn)] = QByteArray();
         cGripSession put(h.link.link, cGripSession::tKind::Scratch);
         fillPut(put, changed);
         const QString sessionBefore = allFields(h.session);
         const QString putBefore = allFields(put);
 
-        const tComparison comparison = mGripComparison::Compare(h.session, put, mGripComparison::PutRecords());
-        // Neither side's records changed.
+        tComparison comparison;
+        const auto error = errorOf([&] { comparison = mGripComparison::Compare(h.session, put, mGripComparison::PutRecords()); });
+        // Whatever happened, neither side's records changed.
         QCOMPARE(allFields(h.session), sessionBefore);
         QCOMPARE(allFields(put), putBefore);
+        if (error) {
+            QCOMPARE(QStringList{QString::number(error->Number())}, expected);
+            return;
+        }
         QStringList got = differing(comparison);
         if (!comparison.unsupported.isEmpty()) {
             QStringList names;
