@@ -3,7 +3,7 @@
 // that entry, and a damaged or unwritable file is told once without raising. Then what the grip
 // commands record in it: one entry per command with the settings it exchanged (none for counters,
 // battery, or a refusal), the grip's serial number and firmware version, the values the grip
-// holds afterwards; and a damaged history or a full disk told once without touching the command.
+// holds afterwards; and a full disk told once without touching the command.
 #include "GripTestSupport.h"
 #include "TestFiles.h"
 
