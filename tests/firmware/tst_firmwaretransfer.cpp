@@ -202,7 +202,6 @@ private slots:
         otherHalf[0] ^= 0x80;
         const HexLine beyond = Line(0x1000, {0});
         const QString at = QStringLiteral(" mCommSupport: CompareProgramData - ");
-        QTest::newRow("identical") << grip << true << "";
         QTest::newRow("one bit differs") << changed << false << "";
         QTest::newRow("part of a block") << QList<HexLine>{Line(0x48, grip[0].Data.mid(8))} << true << "";
         QTest::newRow("part of a block differs") << QList<HexLine>{Line(0x48, otherHalf)} << false << "";

@@ -1,9 +1,14 @@
 // The grip-command frame: the boot-mode check, the order of the exchanges of get all, put all
 // and the counter reset, the skipped records, refusals, the wait pointer, and what an observer
-// of the transfers sees between the exchanges and names in the error trail.
+// of the transfers sees between the exchanges and names in the error trail (where an error
+// stops the command). Before them, what the firmware decides: the feature flags at their
+// thresholds (and so the version comparison behind them), and the mode tables that follow them.
 #include "GripTestSupport.h"
 
 #include "base/mErrCodes.h"
+#include "grip/cGunInfo.h"
+#include "grip/cModeTables.h"
+#include "grip/cSupports.h"
 #include "link/cError.h"
 #include "shell/mMain.h"
 
@@ -13,6 +18,24 @@ using namespace griptest;
 using namespace mGripCommands;
 
 namespace {
+
+using Flag = bool (cSupports::*)() const;
+#define FLAG(name) {#name, &cSupports::name}
+const QList<QPair<const char*, Flag>> kFlags = {
+    FLAG(EyeMounting), FLAG(LoaderMounting), FLAG(TriggerFilter), FLAG(fmodeClassic), FLAG(fmodeSemiAuto),
+    FLAG(fmodeFullAuto), FLAG(fmodeBurst), FLAG(fmodeTurbo), FLAG(fmodeSniper), FLAG(fmodeBurst3), FLAG(fmodeHyper),
+    FLAG(fmodeOpenBolt), FLAG(PreAlert60sec), FLAG(PreAlert1), FLAG(PreAlert2), FLAG(Options), FLAG(Hyper),
+    FLAG(NineVolt), FLAG(hmodeUnlimited), FLAG(hmodeHundredPercent), FLAG(hmodeSeventyfivePercent),
+    FLAG(hmodeFiftyPercent), FLAG(hmodeThirtythreePercent)};
+#undef FLAG
+
+QString table(const QList<mModes::tModeEntry>& entries)
+{
+    QStringList text;
+    for (const mModes::tModeEntry& e : entries)
+        text.append(QStringLiteral("%1=%2%3").arg(e.caption).arg(e.code).arg(e.visible ? "" : " hidden"));
+    return text.join(QStringLiteral(", "));
+}
 
 QString transferName(GripRecord record, Direction direction)
 {
@@ -82,58 +105,83 @@ class TstGripCommands : public QObject {
 private slots:
     void init() { clearPreferences(); }
 
-    void order_data()
+    void flags_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<QString>("options");
-        QTest::addColumn<QString>("codes");
-        QTest::addColumn<QString>("unsupported");
-        QTest::newRow("get 4.0.0") << "get" << "firmware=4.0.0" << "13 11 13 14 13 15 13 16 13 17 13 18 13 19" << "";
-        QTest::newRow("get 1.1.69") << "get" << "firmware=1.1.69" << "13 11 13 14 13 15 13 16 13 17 13 13" << "options ramping";
-        QTest::newRow("get boot mode") << "get" << "bootmode=1" << "13 11 13 83 13 14 13 15 13 16 13 17 13 18 13 19" << "";
-        QTest::newRow("put 2.0.20") << "put" << "firmware=2.0.20" << "13 11 13 24 13 26 13 28 13" << "ramping";
-        QTest::newRow("put 1.1.4 boot mode") << "put" << "firmware=1.1.4,bootmode=1" << "13 11 13 83 13 24 13 26 13 13"
-                                             << "options ramping";
-        QTest::newRow("reset boot mode") << "reset" << "firmware=1.1.70,bootmode=1" << "13 11 13 83 13 25" << "";
+        QTest::addColumn<QString>("firmware");
+        QTest::addColumn<QString>("on"); // in interface order
+        const QString modes = QStringLiteral("fmodeClassic fmodeSemiAuto fmodeFullAuto fmodeSniper");
+        const QString v1170 = QStringLiteral("EyeMounting LoaderMounting TriggerFilter ") + modes + " PreAlert60sec Options";
+        const QString v2020 = QStringLiteral("EyeMounting LoaderMounting TriggerFilter ") + modes +
+                              " fmodeBurst3 fmodeHyper PreAlert60sec Options";
+        const QString ramping = QStringLiteral(" hmodeUnlimited hmodeHundredPercent hmodeSeventyfivePercent "
+                                               "hmodeFiftyPercent hmodeThirtythreePercent");
+        QTest::newRow("1.1.3") << "1.1.3" << "fmodeClassic fmodeSemiAuto";
+        QTest::newRow("1.1.9: mode 4, not 6") << "1.1.9" << "fmodeClassic fmodeSemiAuto fmodeFullAuto";
+        QTest::newRow("1.1.10") << "1.1.10" << modes;
+        QTest::newRow("1.1.69") << "1.1.69" << modes;
+        QTest::newRow("1.1.70: newer than 1.1.4") << "1.1.70" << v1170;
+        QTest::newRow("2.0.19") << "2.0.19" << v1170;
+        QTest::newRow("2.0.20: older than 4.0.0") << "2.0.20" << v2020;
+        QTest::newRow("3.255.65535") << "3.255.65535" << v2020;
+        QTest::newRow("4.0.0: equal counts") << "4.0.0" << v2020 + " Hyper" + ramping;
+        QTest::newRow("4.0.5: nine volt") << "4.0.5" << v2020 + " Hyper NineVolt" + ramping;
+        QTest::newRow("4.0.6") << "4.0.6" << v2020 + " Hyper" + ramping;
     }
 
-    void order()
+    void flags()
     {
-        QFETCH(QString, command);
-        QFETCH(QString, options);
-        QFETCH(QString, codes);
-        QFETCH(QString, unsupported);
-        GripHarness h(options);
-        const CommandResult result = command == QLatin1String("get") ? GetAll(h.session)
-                                     : command == QLatin1String("put") ? PutAll(h.session) : ResetCounter(h.session, 3);
-        QStringList sent, skipped;
-        for (const int code : h.codes())
-            sent.append(QString::number(code, 16));
-        for (const GripRecord record : result.unsupported())
-            skipped.append(RecordName(record));
-        QCOMPARE(sent.join(QLatin1Char(' ')), codes);
-        QCOMPARE(skipped.join(QLatin1Char(' ')), unsupported);
-        QCOMPARE(result.programStarted, options.contains(QLatin1String("bootmode")));
-        QVERIFY(!result.refused());
-        // The wait pointer went on and off once, outermost around the whole command; no message.
-        QCOMPARE(h.link.ui.busyPointer.count(false), 1);
-        QCOMPARE(h.link.ui.busyPointer.last(), false);
-        QVERIFY(h.link.ui.messages.isEmpty());
+        // Rows run one after another: a flag that kept an earlier grip's answer shows.
+        QFETCH(QString, firmware);
+        QFETCH(QString, on);
+        GripHarness h(QStringLiteral("firmware=") + firmware);
+        RefreshGunInfo(h.session, true);
+        QStringList set;
+        for (const auto& [name, flag] : kFlags)
+            if ((h.session.Supports().*flag)())
+                set.append(QLatin1String(name));
+        QCOMPARE(set.join(QLatin1Char(' ')), on);
     }
 
-    void refusals()
+    void modeTables_data()
+    {
+        QTest::addColumn<QString>("firmware");
+        QTest::addColumn<QString>("firing");
+        QTest::addColumn<QString>("ramping");
+        QTest::newRow("1.1.9") << "1.1.9"
+            << "SemiAuto=1, Classic=0, Sniper=6 hidden, Turbo=3 hidden, Burst=2 hidden, NXL Full Auto=4, "
+               "Open Bolt=5 hidden, Burst 3=8 hidden, Ramping=16 hidden"
+            << "Unlimited Ramping=1 hidden, 100% Ramping=2 hidden, 75% Ramping=4 hidden, 50% Ramping=8 hidden, "
+               "33% Ramping=16 hidden";
+        QTest::newRow("4.0.0") << "4.0.0"
+            << "SemiAuto=1, Classic=0, Sniper=6, Turbo=3 hidden, Burst=2 hidden, NXL Full Auto=4, "
+               "Open Bolt=5 hidden, Burst 3=8, Ramping=16"
+            << "Unlimited Ramping=1, 100% Ramping=2, 75% Ramping=4, 50% Ramping=8, 33% Ramping=16";
+    }
+
+    void modeTables()
+    {
+        QFETCH(QString, firmware);
+        QFETCH(QString, firing);
+        QFETCH(QString, ramping);
+        GripHarness h(QStringLiteral("firmware=") + firmware);
+        RefreshGunInfo(h.session, true);
+        cModeTables& modes = h.session.Modes();
+        modes.FiringModesGlobalArraySet();
+        modes.HyperModesGlobalArraySet();
+        h.session.GunInfo() = cGunInfo(); // another grip (4.0.0): the tables keep what they were filled with
+        QCOMPARE(table(modes.FiringModes()), firing);
+        QCOMPARE(table(modes.HyperModes()), ramping);
+        // Codes that name no mode are never visible.
+        const cSupports& flags = h.session.Supports();
+        QVERIFY(!mModes::FiringModeVisible(7, flags) && !mModes::FiringModeVisible(17, flags) && !mModes::HyperModeVisible(3, flags));
+    }
+
+    // A refused boot-mode query is not forgotten when the transfers go well.
+    void refusedBootCheck()
     {
         GripHarness h;
-        h.replies[0x26] = refusal(0x26);
-        CommandResult result = PutAll(h.session);
-        QCOMPARE(result.outcomeOf(GripRecord::Timing), Outcome::Done);
-        QCOMPARE(result.outcomeOf(GripRecord::GameTimer), Outcome::Refused);
-        QCOMPARE(result.outcomeOf(GripRecord::Ramping), Outcome::Done); // the rest still goes
-        QVERIFY(h.codes().contains(0x29));
-        QVERIFY(result.refused());
-        // A refused boot-mode query is not forgotten when the transfers go well.
         h.replies = {{0x11, refusal(0x11)}};
-        result = GetRecord(h.session, GripRecord::Timing);
+        const CommandResult result = GetRecord(h.session, GripRecord::Timing);
         QVERIFY(result.bootCheckRefused && result.refused());
         QCOMPARE(result.outcomeOf(GripRecord::Timing), Outcome::Done);
         QCOMPARE(h.session.GripError().ErrorCode(), 1);
@@ -149,7 +197,7 @@ private slots:
         QTest::addColumn<int>("refused"); // the command code the grip refuses; 0 none
         QTest::addColumn<QString>("log");
         // Every transfer is reported as soon as it ended, before the next one is exchanged; the
-        // boot-mode check comes before the first.
+        // boot-mode check comes before the first, and a grip in boot mode has its program started.
         QTest::newRow("get all") << "get all" << "firmware=4.0.5" << 0
                                  << "13 11 <get timing 13 14 >done <get counters 13 15 >done <get gametimer 13 16 >done "
                                     "<get battery 13 17 >done <get options 13 18 >done <get ramping 13 19 >done";
@@ -159,7 +207,11 @@ private slots:
         QTest::newRow("put all, game timer refused") << "put all" << "firmware=4.0.5" << 0x26
                                  << "13 11 <put timing 13 24 >done <put gametimer 13 26 >refused <put options 13 28 >done "
                                     "<put ramping 13 29 >done";
+        QTest::newRow("put all 1.1.4 from boot mode") << "put all" << "firmware=1.1.4,bootmode=1" << 0
+                                 << "13 11 13 83 <put timing 13 24 >done <put gametimer 13 26 >done <put options 13 >unsupported "
+                                    "<put ramping 13 >unsupported";
         QTest::newRow("get timing from boot mode") << "get timing" << "bootmode=1" << 0 << "13 11 13 83 <get timing 13 14 >done";
+        QTest::newRow("reset from boot mode (no observer)") << "reset 3" << "firmware=1.1.70,bootmode=1" << 0 << "13 11 13 83 13 25";
         QTest::newRow("get counters refused") << "get counters" << "" << 0x15 << "13 11 <get counters 13 15 >refused";
         QTest::newRow("put options") << "put options" << "firmware=4.0.5" << 0 << "13 11 <put options 13 28 >done";
     }
@@ -178,8 +230,10 @@ private slots:
         const QStringList words = command.split(QLatin1Char(' '));
         GripRecord record = GripRecord::Timing;
         RecordFromName(words[1], record);
+        const bool reset = words[0] == QLatin1String("reset");
         const CommandResult result = command == QLatin1String("get all")   ? GetAll(h.session, &observer)
                                      : command == QLatin1String("put all") ? PutAll(h.session, &observer)
+                                     : reset                               ? ResetCounter(h.session, quint8(words[1].toInt()))
                                      : words[0] == QLatin1String("get")    ? GetRecord(h.session, record, &observer)
                                                                            : PutRecord(h.session, record, &observer);
         QCOMPARE(events.join(QLatin1Char(' ')), log);
@@ -191,8 +245,13 @@ private slots:
         for (const QString& event : events)
             if (event.startsWith(QLatin1Char('<')))
                 reported << event.mid(1);
-        QCOMPARE(told, reported);
+        QCOMPARE(told, reset ? QStringList{"put counters"} : reported);
         QCOMPARE(result.refused(), refused != 0);
+        QCOMPARE(result.programStarted, options.contains(QLatin1String("bootmode")));
+        // The wait pointer went on and off once, outermost around the whole command; no message.
+        QCOMPARE(h.link.ui.busyPointer.count(false), 1);
+        QCOMPARE(h.link.ui.busyPointer.last(), false);
+        QVERIFY(h.link.ui.messages.isEmpty());
     }
 
     void theObserverWorksBetweenTheExchanges()
@@ -254,6 +313,7 @@ private slots:
         if (observerFails)
             observer.ended = [](const Transfer&) { RaiseRuntimeError(mErrCodes::RT_INVALID_PROPERTY); };
         const MarloError e = errorOf([&] { GetAll(h.session, &observer); }).value();
+        QCOMPARE(e.Number(), observerFails ? mErrCodes::RT_INVALID_PROPERTY : mErrCodes::ERR_DL_COUNTERS);
         QStringList procedures;
         for (const ErrorFrame& frame : e.Trail())
             procedures << frame.module + QLatin1Char('.') + frame.procedure;
@@ -264,18 +324,12 @@ private slots:
         QCOMPARE(mMain::MousePointerDepth(), 0);
     }
 
-    void errorStopsTheCommand()
+    // Counters and battery are only read.
+    void batteryCannotBePut()
     {
         GripHarness h;
-        h.replies[0x15] = framed(QStringLiteral("42")) + QByteArray(8, '\0'); // an acknowledgement, as long as the report
-        const MarloError e = errorOf([&] { GetAll(h.session); }).value();
-        QCOMPARE(e.Number(), mErrCodes::ERR_DL_COUNTERS);
-        QCOMPARE(e.Trail().last().module + QLatin1Char('.') + e.Trail().last().procedure, QStringLiteral("mGripCommands.GetAll"));
-        QVERIFY(!h.codes().contains(0x16));
-        QCOMPARE(mMain::MousePointerDepth(), 0); // the wait pointer is back
-        // Counters and battery are only read.
         QCOMPARE(errorOf([&] { PutRecord(h.session, GripRecord::Battery); }).value().Number(), mErrCodes::RT_INVALID_CALL);
-        QVERIFY(!h.codes().contains(0x17));
+        QVERIFY(!h.codes().contains(0x27));
     }
 };
 

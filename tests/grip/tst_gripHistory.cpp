@@ -1,14 +1,22 @@
 // The grip history file: entries come back newest first and per grip, at most the kept number of
 // a grip is listed and the file does not grow past it, a write cut off at any byte loses only
-// that entry, and a damaged or unwritable file is told once without raising.
+// that entry, and a damaged or unwritable file is told once without raising. Then what the grip
+// commands record in it: one entry per command with the settings it exchanged (none for counters,
+// battery, or a refusal), the grip's serial number and firmware version, the values the grip
+// holds afterwards; and a full disk told once without touching the command.
+#include "GripTestSupport.h"
 #include "TestFiles.h"
 
 #include "grip/cGripHistory.h"
+#include "grip/mRecordFields.h"
 
-#include <QFile>
-#include <QJsonArray>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace griptest;
+using namespace mGripCommands;
 
 namespace {
 
@@ -30,34 +38,55 @@ QStringList summary(const QList<cGripHistory::tEntry>& entries)
     return lines;
 }
 
+const QString kGrip = QStringLiteral("serial=HIST000001,firmware=4.0.5");
+
+CommandResult runCommand(cGripSession& session, const QString& command)
+{
+    const QStringList words = command.split(QLatin1Char(' '));
+    GripRecord record = GripRecord::Timing;
+    RecordFromName(words.last(), record);
+    if (command == QLatin1String("get all"))
+        return GetAll(session);
+    if (command == QLatin1String("put all"))
+        return PutAll(session);
+    if (command == QLatin1String("reset 1"))
+        return ResetCounter(session, 1);
+    return words.first() == QLatin1String("get") ? GetRecord(session, record) : PutRecord(session, record);
+}
+
+QString recordNames(const cGripHistory::tEntry& entry)
+{
+    QStringList names = entry.values.keys();
+    names.sort();
+    return names.join(QLatin1Char(' '));
+}
+
+// The disk holds no byte more for any file this process writes, while it lives.
+class DiskFull {
+public:
+    DiskFull()
+    {
+        std::signal(SIGXFSZ, SIG_IGN); // a write past the limit fails instead of ending the test
+        getrlimit(RLIMIT_FSIZE, &m_before);
+    }
+    void fill(rlim_t bytes)
+    {
+        rlimit limit = m_before;
+        limit.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~DiskFull() { setrlimit(RLIMIT_FSIZE, &m_before); }
+
+private:
+    rlimit m_before{};
+};
+
 } // namespace
 
 class tst_gripHistory : public QObject {
     Q_OBJECT
 private slots:
-    void entriesOfTwoGrips_data()
-    {
-        QTest::addColumn<QString>("serial");
-        QTest::addColumn<QStringList>("listed");
-        QTest::newRow("all grips") << QString() << QStringList{"B 4", "A 3", "B 2", "A 1"};
-        QTest::newRow("one grip") << "A" << QStringList{"A 3", "A 1"};
-        QTest::newRow("a grip never seen") << "C" << QStringList{};
-    }
-    void entriesOfTwoGrips()
-    {
-        QFETCH(QString, serial);
-        QFETCH(QStringList, listed);
-        QTemporaryDir dir;
-        cGripHistory history(dir.path());
-        for (const auto& [grip, n] : {std::pair{"A", 1}, std::pair{"B", 2}, std::pair{"A", 3}, std::pair{"B", 4}})
-            QVERIFY(history.Record(entry(QString::fromLatin1(grip), n)));
-        const auto entries = history.Entries(serial);
-        QCOMPARE(summary(entries), listed);
-        if (!entries.isEmpty()) { // everything comes back as it went in
-            QCOMPARE(entries.last().ToJson(), entry(entries.last().serial, entries.last().time.time().second()).ToJson());
-        }
-        QVERIFY(history.TakeProblem().isEmpty());
-    }
+    void init() { clearPreferences(); }
 
     // The kept number of a grip is listed; the oldest go first, another grip keeps all of its own,
     // and the file is rewritten in batches so that it never holds more than the slack beyond.
@@ -105,18 +134,11 @@ private slots:
         }
     }
 
-    void damagedFile_data()
-    {
-        QTest::addColumn<QByteArray>("content");
-        QTest::newRow("garbage") << QByteArray("\x00\x01\xFF garbage\n", 13);
-        QTest::newRow("text in the middle") << QByteArray("{\"firmware\":\"4.0.5\",\"serial\":\"A\",\"time\":\"2026-11-24T10:00:01.000\"}\nnot an entry\n");
-        QTest::newRow("an array") << QByteArray("[1,2,3]\n");
-    }
-    // Set aside under a name that says so, told once, and a new history begun; a get or put that
-    // records goes on.
+    // A file with text in the middle is set aside whole under a name that says so, told once, and a
+    // new history begun; a get or put that records goes on.
     void damagedFile()
     {
-        QFETCH(QByteArray, content);
+        const QByteArray content("{\"firmware\":\"4.0.5\",\"serial\":\"A\",\"time\":\"2026-11-24T10:00:01.000\"}\nnot an entry\n");
         QTemporaryDir dir;
         cGripHistory history(dir.path());
         const QString path = history.FileOf(QStringLiteral("A"));
@@ -141,6 +163,73 @@ private slots:
         QVERIFY(!history.Record(entry(QStringLiteral("A"), 1)));
         QVERIFY(history.TakeProblem().contains(QLatin1String("could not be written")));
         QCOMPARE(history.Entries().size(), 0);
+    }
+
+    void onePerCommand_data()
+    {
+        QTest::addColumn<QString>("grip");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("recorded"); // the records of the one entry; empty: no entry
+        QTest::newRow("put all") << kGrip << "put all" << "gametimer options ramping timing";
+        QTest::newRow("put game timer") << kGrip << "put gametimer" << "gametimer";
+        QTest::newRow("reset a counter") << kGrip << "reset 1" << "";
+        QTest::newRow("old firmware: no options, no ramping") << "serial=HIST000001,firmware=1.1.0" << "get all" << "gametimer timing";
+        QTest::newRow("ramping refused") << kGrip + QStringLiteral(",fault=nak@0x19") << "get all" << "gametimer options timing";
+        QTest::newRow("timing put refused") << kGrip + QStringLiteral(",fault=nak@0x24") << "put timing" << "";
+    }
+    void onePerCommand()
+    {
+        QFETCH(QString, grip);
+        QFETCH(QString, command);
+        QFETCH(QString, recorded);
+        QTemporaryDir dir;
+        cGripHistory history(dir.path());
+        GripHarness h(grip);
+        h.session.SetHistory(&history);
+        runCommand(h.session, command);
+        const QList<cGripHistory::tEntry> entries = history.Entries();
+        QCOMPARE(entries.size(), recorded.isEmpty() ? 0 : 1);
+        QVERIFY(h.link.ui.messages.isEmpty());
+        if (recorded.isEmpty())
+            return;
+        const cGripHistory::tEntry& entry = entries.first();
+        QCOMPARE(recordNames(entry), recorded);
+        QCOMPARE(entry.serial, QStringLiteral("HIST000001"));
+        QCOMPARE(entry.firmware, h.session.GunInfo().FirmwareBuild());
+        QVERIFY(qAbs(entry.time.secsTo(QDateTime::currentDateTime())) < 60);
+        // What the session holds of the grip now, by the names of marlo-cli's JSON.
+        for (const QString& name : entry.values.keys()) {
+            GripRecord record = GripRecord::Timing;
+            QVERIFY(RecordFromName(name, record));
+            QCOMPARE(entry.values.value(name).toObject(), mRecordFields::ToJson(mRecordFields::Values(h.session, record)));
+        }
+    }
+
+    // With the disk full, the get goes on and shows what the grip holds; the problem is told once,
+    // as a warning, however many gets follow.
+    void diskFullToldOnce()
+    {
+        QTemporaryDir dir;
+        cGripHistory history(dir.path());
+        GripHarness h(kGrip);
+        h.session.SetHistory(&history);
+        QVERIFY(!GetRecord(h.session, GripRecord::Timing).refused());
+        const QString file = history.FileOf(QStringLiteral("HIST000001"));
+        DiskFull disk;
+        disk.fill(QFileInfo(file).size());
+        for (int shot : {11, 12}) {
+            h.grip.updateState([&](gripsim::GripState& state) { state.timing.shotTime = static_cast<quint8>(shot); });
+            const CommandResult result = GetAll(h.session);
+            QVERIFY(!result.refused());
+            QCOMPARE(h.session.Timing().ShotTime(), shot);
+        }
+        const QList<ScriptedUi::Message>& messages = h.link.ui.messages;
+        QCOMPARE(messages.size(), 1);
+        QVERIFY2(messages.first().text.contains(QLatin1String("could not be written")), qPrintable(messages.first().text));
+        QCOMPARE(messages.first().title, HistoryTitle());
+        QCOMPARE(messages.first().icon, MsgIcon::Exclamation);
+        QVERIFY(h.link.ui.errors.isEmpty());
+        QCOMPARE(history.Entries().size(), 1);
     }
 };
 

@@ -190,17 +190,14 @@ private slots:
         QTest::newRow("EyeCheckMaxTime 256") << "EyeCheckMaxTime" << "256" << 100;
         QTest::newRow("EyeCheckOKTime -1") << "EyeCheckOKTime" << "-1" << 100;
         QTest::newRow("EyeCheckOKTime 255") << "EyeCheckOKTime" << "255" << 255;
-        QTest::newRow("EyeCheckOKTime ten: no number reads as the default") << "EyeCheckOKTime" << "ten" << 100;
         QTest::newRow("DefaultLoadTime 1e3: beyond the range") << "DefaultLoadTime" << "1e3" << 45;
         QTest::newRow("DefaultLoadTime 0") << "DefaultLoadTime" << "0" << 45;
-        QTest::newRow("Shots 0") << "Shots" << "0" << 3;
         QTest::newRow("Shots 255") << "Shots" << "255" << 255;
         QTest::newRow("Shots 256") << "Shots" << "256" << 3;
         QTest::newRow("HyperTime 0") << "HyperTime" << "0" << 100;
         QTest::newRow("HyperTime 300") << "HyperTime" << "300" << 100;
         QTest::newRow("HyperMode 0") << "HyperMode" << "0" << 0;
         QTest::newRow("HyperMode empty: no number reads as the default") << "HyperMode" << "" << 1;
-        QTest::newRow("Shots yes: no number reads as the default") << "Shots" << "yes" << 3;
     }
 
     void ranges()
@@ -274,6 +271,7 @@ private slots:
         QTest::newRow("timing 14: silence") << 0 << "silence" << "";
         QTest::newRow("counters 25: cut short") << 9 << "cut short" << "";
         QTest::newRow("timing 24: ShotTime 256") << 1 << "" << "256 0 0 0 0 0";
+        QTest::newRow("timing 24: ShotTime -1") << 1 << "" << "-1 0 0 0 0 0";
         QTest::newRow("ramping 29: HyperMode 256") << 5 << "" << "3 100 256";
         QTest::newRow("gametimer 26: timer 256") << 7 << "" << "256 0 0 0 0";
     }

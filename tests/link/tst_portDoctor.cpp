@@ -1,11 +1,13 @@
 // What stands in the way of a serial device, read from a machine laid out in a folder: a missing
 // device, an adapter that brltty or no driver took, the device's group and the user's, a program
 // that holds the device or its lock file, a stale lock file, ModemManager and a modem-class
-// device; a healthy device and the virtual grip have nothing in the way. Then the list of ports.
+// device; a healthy device and the virtual grip have nothing in the way. Then the list of ports,
+// how a port is described, and which path a device text and a port number stand for.
 #include "FakeSystem.h"
 
 #include "link/cPortDoctor.h"
 #include "link/cSystemFacts.h"
+#include "link/mSerialDevices.h"
 
 #include <QtTest>
 #include <functional>
@@ -37,20 +39,10 @@ void withAcm(FakeSystem& system)
     QVERIFY(system.node(QStringLiteral("/dev/ttyACM0"), 0660));
 }
 
-QString kindName(Kind kind)
-{
-    switch (kind) {
-    case Kind::NotFound: return QStringLiteral("NotFound");
-    case Kind::NoDeviceForAdapter: return QStringLiteral("NoDeviceForAdapter");
-    case Kind::ClaimedByBrltty: return QStringLiteral("ClaimedByBrltty");
-    case Kind::PermissionDenied: return QStringLiteral("PermissionDenied");
-    case Kind::NeedsNewLogin: return QStringLiteral("NeedsNewLogin");
-    case Kind::HeldByProgram: return QStringLiteral("HeldByProgram");
-    case Kind::StaleLock: return QStringLiteral("StaleLock");
-    case Kind::ModemManager: return QStringLiteral("ModemManager");
-    }
-    return QStringLiteral("?");
-}
+// The kinds' names, in the order of the kinds.
+const QStringList kKindNames = {"NotFound",      "NoDeviceForAdapter", "ClaimedByBrltty", "PermissionDenied",
+                                "NeedsNewLogin", "HeldByProgram",      "StaleLock",       "ModemManager"};
+QString kindName(Kind kind) { return kKindNames.value(int(kind), QStringLiteral("?")); }
 
 } // namespace
 
@@ -65,25 +57,13 @@ private slots:
         QTest::addColumn<QStringList>("kinds");    // the problems found, in order
         QTest::addColumn<QStringList>("phrases");  // what the sentences must say, in any of them
 
-        QTest::newRow("healthy device") << Scene(healthy) << "/dev/ttyUSB0" << QStringList{} << QStringList{};
-        QTest::newRow("a bare name means the device in /dev") << Scene(healthy) << "ttyUSB0" << QStringList{} << QStringList{};
         QTest::newRow("the virtual grip") << Scene([](FakeSystem& s) {
             // Nothing of the machine matters to it, however broken.
             QVERIFY(s.process(612, QStringLiteral("brltty")));
             QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523));
         }) << "sim" << QStringList{} << QStringList{};
-        QTest::newRow("the virtual grip with options") << Scene(healthy) << "sim:firmware=1.1.70,pace=1" << QStringList{} << QStringList{};
         QTest::newRow("no device given") << Scene(healthy) << "  " << QStringList{} << QStringList{};
 
-        QTest::newRow("missing device") << Scene(healthy) << "/dev/ttyUSB1" << QStringList{"NotFound"}
-                                        << QStringList{"The serial port /dev/ttyUSB1 does not exist.", "plugged in"};
-        QTest::newRow("missing device, CH340 taken by brltty") << Scene([](FakeSystem& s) {
-            healthy(s);
-            QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523, QStringLiteral("USB Serial"), QStringLiteral("usbfs")));
-            QVERIFY(s.process(612, QStringLiteral("brltty"), QStringLiteral("/usr/bin/brltty")));
-        }) << "/dev/ttyUSB1" << QStringList{"NotFound", "ClaimedByBrltty"}
-           << QStringList{"QinHeng CH340, USB 1a86:7523", "brltty", "(process 612)", "sudo apt remove brltty",
-                          "sudo systemctl mask brltty-udev.service", "unplug the adapter and plug it in again"};
         QTest::newRow("CH340 taken directly, brltty gone") << Scene([](FakeSystem& s) {
             healthy(s);
             QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523, QString(), QStringLiteral("usbfs")));
@@ -99,8 +79,6 @@ private slots:
             QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x2e8a, 0x000a, QStringLiteral("Pico"), QStringLiteral("usbtmc"), true));
         }) << "/dev/ttyACM0" << QStringList{"NotFound", "NoDeviceForAdapter"}
            << QStringList{"Pico, USB 2e8a:000a", "the driver usbtmc took it instead of cdc_acm"};
-        QTest::newRow("an adapter with its device is no problem") << Scene(healthy) << "/dev/ttyUSB1" << QStringList{"NotFound"}
-                                                                 << QStringList{};
         QTest::newRow("a missing chip-set port is not the adapter's") << Scene([](FakeSystem& s) {
             healthy(s);
             QVERIFY(s.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523));
@@ -172,12 +150,6 @@ private slots:
             QVERIFY(s.process(4242, QStringLiteral("marlo"), QStringLiteral("/usr/bin/marlo"), {QStringLiteral("/dev/ttyUSB0")}));
             QVERIFY(s.write(QStringLiteral("/run/lock/LCK..ttyUSB0"), "4242\nmarlo\nfield-laptop\n"));
         }) << "/dev/ttyUSB0" << QStringList{"HeldByProgram"} << QStringList{"in use by marlo (process 4242"};
-        QTest::newRow("stale lock file") << Scene([](FakeSystem& s) {
-            healthy(s);
-            QVERIFY(s.write(QStringLiteral("/var/lock/LCK..ttyUSB0"), "       999\n"));
-        }) << "/dev/ttyUSB0" << QStringList{"StaleLock"}
-           << QStringList{"locked by the lock file /var/lock/LCK..ttyUSB0, but the process it names (999) no longer runs",
-                          "rm /var/lock/LCK..ttyUSB0"};
         QTest::newRow("stale lock file of the oldest kind") << Scene([](FakeSystem& s) {
             healthy(s);
             const qint32 pid = 31337;
@@ -202,22 +174,11 @@ private slots:
             QVERIFY(s.write(QStringLiteral("/var/lock/LCK..ttyUSB1"), "999\n"));
         }) << "/dev/ttyUSB0" << QStringList{} << QStringList{};
 
-        QTest::newRow("ModemManager and a ttyACM device") << Scene([](FakeSystem& s) {
-            withAcm(s);
-            QVERIFY(s.process(800, QStringLiteral("ModemManager"), QStringLiteral("/usr/sbin/ModemManager")));
-        }) << "/dev/ttyACM0" << QStringList{"ModemManager"}
-           << QStringList{"ModemManager (process 800) is running: it probes /dev/ttyACM0", "sudo systemctl stop ModemManager",
-                          "sudo systemctl disable ModemManager",
-                          "ATTRS{idVendor}==\"2341\", ATTRS{idProduct}==\"0043\", ENV{ID_MM_DEVICE_IGNORE}=\"1\""};
         QTest::newRow("ModemManager, ttyACM without USB identity") << Scene([](FakeSystem& s) {
             healthy(s);
             QVERIFY(s.node(QStringLiteral("/dev/ttyACM3"), 0660));
             QVERIFY(s.process(800, QStringLiteral("ModemManager")));
         }) << "/dev/ttyACM3" << QStringList{"ModemManager"} << QStringList{"KERNEL==\"ttyACM3\", ENV{ID_MM_DEVICE_IGNORE}=\"1\""};
-        QTest::newRow("ModemManager leaves ttyUSB alone") << Scene([](FakeSystem& s) {
-            withAcm(s);
-            QVERIFY(s.process(800, QStringLiteral("ModemManager")));
-        }) << "/dev/ttyUSB0" << QStringList{} << QStringList{};
         QTest::newRow("ttyACM without ModemManager") << Scene(withAcm) << "/dev/ttyACM0" << QStringList{} << QStringList{};
 
         QTest::newRow("everything at once, in order") << Scene([](FakeSystem& s) {
@@ -249,50 +210,22 @@ private slots:
         QVERIFY2(!text.contains(system.root()), qPrintable(text));
     }
 
-    // The serial ports: ttys with a device (a chip-set port without a UART left out), in natural
-    // order, then the adapters without a device, then the virtual grip; each with its diagnosis.
+    // The serial ports in natural order: a chip-set port without a UART and a USB device of no
+    // serial kind are left out. (Their descriptions and problems: the listing of marlo-cli ports.)
     void ports()
     {
         FakeSystem system;
         healthy(system);
-        QVERIFY(system.tty(QStringLiteral("ttyUSB10"), QStringLiteral("1-5"), 0x067b, 0x2303, QStringLiteral("USB-Serial Controller"), QStringLiteral("Prolific")));
-        QVERIFY(system.node(QStringLiteral("/dev/ttyUSB10"), 0660));
+        QVERIFY(system.tty(QStringLiteral("ttyUSB10"), QStringLiteral("1-5"), 0x067b, 0x2303));
         QVERIFY(system.tty(QStringLiteral("ttyS1")));
         QVERIFY(system.ttyWithoutUart(QStringLiteral("ttyS2")));
-        QVERIFY(system.tty(QStringLiteral("ttyACM0"), QStringLiteral("1-2"), 0x2341, 0x0043, QStringLiteral("Arduino Uno")));
-        QVERIFY(system.node(QStringLiteral("/dev/ttyACM0"), 0660));
         QVERIFY(system.usbAdapter(QStringLiteral("1-3"), 0x1a86, 0x7523, QStringLiteral("USB Serial"), QStringLiteral("usbfs")));
         QVERIFY(system.usbAdapter(QStringLiteral("1-4"), 0x046d, 0xc52b, QStringLiteral("USB Receiver"), QStringLiteral("usbhid")));
-        QVERIFY(system.process(612, QStringLiteral("brltty")));
-        QVERIFY(system.process(800, QStringLiteral("ModemManager")));
-
         const cSystemFacts facts(system.root());
-        const QList<cPortDoctor::Port> ports = cPortDoctor(facts).Ports();
-        struct Expected {
-            QString path, description;
-            int vendor, product;  // -1: unknown
-            QStringList kinds;
-        };
-        const QList<Expected> expected = {
-            {"/dev/ttyACM0", "Arduino Uno", 0x2341, 0x0043, {"ModemManager"}},
-            {"/dev/ttyS1", "", -1, -1, {"NotFound"}},
-            {"/dev/ttyUSB0", "FT232R USB UART", 0x0403, 0x6001, {}},
-            {"/dev/ttyUSB10", "USB-Serial Controller", 0x067b, 0x2303, {}},
-            {"/sys/bus/usb/devices/1-3", "USB Serial", 0x1a86, 0x7523, {"ClaimedByBrltty"}},
-            {"sim", "Virtual grip (demo)", -1, -1, {}},
-        };
-        QCOMPARE(ports.size(), expected.size());
-        for (qsizetype i = 0; i < ports.size(); ++i) {
-            const cPortDoctor::Port& port = ports[i];
-            QCOMPARE(port.path, expected[i].path);
-            QCOMPARE(port.description, expected[i].description);
-            QCOMPARE(port.vendor ? int(*port.vendor) : -1, expected[i].vendor);
-            QCOMPARE(port.product ? int(*port.product) : -1, expected[i].product);
-            QStringList kinds;
-            for (const cPortDoctor::Problem& problem : port.problems)
-                kinds << kindName(problem.kind);
-            QCOMPARE(kinds, expected[i].kinds);
-        }
+        QStringList paths;
+        for (const cPortDoctor::Port& port : cPortDoctor(facts).Ports())
+            paths << port.path;
+        QCOMPARE(paths, (QStringList{"/dev/ttyS1", "/dev/ttyUSB0", "/dev/ttyUSB10", "/sys/bus/usb/devices/1-3", "sim"}));
     }
 
     // The user as /proc/self/status gives it: the effective ids decide, and the session's groups
@@ -335,27 +268,50 @@ private slots:
         QVERIFY(cPortDoctor(facts).Diagnose(QStringLiteral("/dev/ttyS0")).isEmpty());
     }
 
-    void paths_data()
+    // (A port with everything known and with nothing known: the listing of marlo-cli ports.)
+    void displayText_data()
     {
-        QTest::addColumn<QString>("system");
-        QTest::addColumn<QString>("below");  // the host path, below the root
-        QTest::newRow("device") << "/dev/ttyUSB0" << "/dev/ttyUSB0";
-        QTest::newRow("dots are folded") << "/dev/../etc/group" << "/etc/group";
-        QTest::newRow("no leading slash") << "proc/1/comm" << "/proc/1/comm";
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QString>("manufacturer");
+        QTest::addColumn<int>("vendor"); // -1: unknown
+        QTest::addColumn<int>("product");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("vendor only") << "" << "" << 0x2341 << -1 << "/dev/ttyX (USB vendor 2341)";
+        QTest::newRow("maker is the description") << "Prolific" << "Prolific" << 0x067b << 0x2303
+                                                  << "/dev/ttyX - Prolific (USB 067b:2303)";
     }
-    void paths()
+    void displayText()
     {
-        QFETCH(QString, system);
-        QFETCH(QString, below);
-        FakeSystem fake;
-        const cSystemFacts facts(fake.root());
-        QVERIFY(!facts.IsMachine());
-        const QString root = QFileInfo(fake.root()).canonicalFilePath();
-        QCOMPARE(facts.HostPath(system), root + below);
-        QCOMPARE(facts.SystemPath(root + below), below);
-        QCOMPARE(facts.SystemPath(QStringLiteral("/elsewhere") + below), QString());
-        QVERIFY(cSystemFacts().IsMachine());
-        QCOMPARE(cSystemFacts().HostPath(system), below);
+        QFETCH(QString, description);
+        QFETCH(QString, manufacturer);
+        QFETCH(int, vendor);
+        QFETCH(int, product);
+        QFETCH(QString, text);
+        mSerialDevices::PortEntry port{QStringLiteral("/dev/ttyX"), description, manufacturer, std::nullopt, std::nullopt};
+        if (vendor >= 0)
+            port.vendor = quint16(vendor);
+        if (product >= 0)
+            port.product = quint16(product);
+        QCOMPARE(mSerialDevices::DisplayText(port), text);
+    }
+    void effectivePath_data()
+    {
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<int>("port");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("no device: port 1") << "" << 1 << "/dev/ttyS0";
+        QTest::newRow("no device: port 4") << "  " << 4 << "/dev/ttyS3";
+        QTest::newRow("a path") << "/dev/ttyUSB0" << 1 << "/dev/ttyUSB0";
+        QTest::newRow("virtual grip") << "sim" << 1 << "";
+        QTest::newRow("virtual grip with options") << "sim:firmware=1.1.70" << 2 << "";
+        QTest::newRow("a name that only begins with sim") << "simple" << 1 << "simple";
+    }
+    void effectivePath()
+    {
+        QFETCH(QString, device);
+        QFETCH(int, port);
+        QFETCH(QString, path);
+        QCOMPARE(mSerialDevices::EffectivePath(device, port), path);
     }
 };
 

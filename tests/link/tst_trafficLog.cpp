@@ -10,7 +10,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSettings>
 #include <QtTest>
 
 namespace {
@@ -54,7 +53,6 @@ private slots:
         QTest::addColumn<QString>("body");
         QTest::newRow("command") << QByteArray::fromHex("1400EC") << "Sending data"
                                  << "Sending data\r\n  dec: [20,0,236]\r\n  hex:   [1400EC]";
-        QTest::newRow("one byte") << QByteArray("\x41") << "Receiving data" << "Receiving data\r\n  dec: [65]\r\n  hex:   [41]";
         QTest::newRow("nothing read") << QByteArray() << "Receiving data" << "Receiving data\r\n  dec: []\r\n  hex:   []";
         QTest::newRow("every digit upper case, zeros kept") << QByteArray::fromHex("00ABCDEF0A") << "Sending data"
                                                             << "Sending data\r\n  dec: [0,171,205,239,10]\r\n  hex:   [00ABCDEF0A]";
@@ -71,11 +69,6 @@ private slots:
         QCOMPARE(entry.mid(colon + 2), body);
         const QString stamp = entry.left(colon);
         QVERIFY2(stamp.contains(QStringLiteral("13:04:05")) || stamp.contains(QStringLiteral("1:04:05")), qPrintable(stamp));
-    }
-    void nothingLoggedWhenOff()
-    {
-        link->link.CommHexData(kBootModeQuery, true);
-        QVERIFY(!QFile::exists(logPath()));
     }
     void fileGetsEveryWriteAndRead()
     {
@@ -113,30 +106,15 @@ private slots:
     void aChangedSwitchAppliesToTheNextEntry_data()
     {
         QTest::addColumn<bool>("file"); // the switch of the file, else of the console
-        QTest::addColumn<bool>("reread"); // changed in the preferences file and read again, else by its setter
-        QTest::newRow("file, set in the options") << true << false;
-        QTest::newRow("console, set in the options") << false << false;
-        QTest::newRow("file, preferences read again") << true << true;
-        QTest::newRow("console, preferences read again") << false << true;
+        QTest::newRow("file") << true;
+        QTest::newRow("console") << false;
     }
     void aChangedSwitchAppliesToTheNextEntry()
     {
         QFETCH(bool, file);
-        QFETCH(bool, reread);
         RecordingConsole::entries.clear();
         link->link.SetConsoleFactory([] { return std::make_unique<RecordingConsole>(); });
-        const QString key = file ? QStringLiteral("CommLogToFile") : QStringLiteral("CommLogToConsole");
-        const auto set = [&](bool on) {
-            if (reread) {
-                QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Marlo"), QStringLiteral("Marlo"))
-                    .setValue(QStringLiteral("Initialize/") + key, on ? QStringLiteral("True") : QStringLiteral("False"));
-                link->prefs = cRegistrySettings(); // read again, as the next start does
-            } else if (file) {
-                link->prefs.setCommLogToFile(on);
-            } else {
-                link->prefs.setCommLogToConsole(on);
-            }
-        };
+        const auto set = [&](bool on) { file ? link->prefs.setCommLogToFile(on) : link->prefs.setCommLogToConsole(on); };
         const auto entries = [&]() -> qsizetype {
             if (!file)
                 return RecordingConsole::entries.size();
