@@ -70,8 +70,6 @@ private slots:
                                                 << "{\"field\":\"PreAlert1On\",\"grip\":false,\"template\":true}";
         QTest::newRow("all differ") << QStringList{"diff", kAllOff} << "" << 4 << "PreAlert2Time   30    31\n11 values differ\n";
         QTest::newRow("no such template") << QStringList{"diff", "{NOT-THERE}"} << "" << 1 << "The library holds no template \"{NOT-THERE}\".";
-        QTest::newRow("no such number") << QStringList{"diff", "9"} << "" << 1 << "no template \"9\"";
-        QTest::newRow("no ID") << QStringList{"diff"} << "" << 2 << "diff needs the ID";
         QTest::newRow("two IDs") << QStringList{"diff", kSame, kOneOff} << "" << 2 << "diff needs the ID";
         QTest::newRow("grip refusing the game timer") << QStringList{"diff", kSame} << ",fault=nak@16" << 3 << "refused";
         QTest::newRow("grip silent on the timing") << QStringList{"diff", kSame} << ",fault=silent@14" << 1 << "error 10213";
