@@ -49,7 +49,6 @@ private slots:
 
         QTest::newRow("plain") << "sim" << "";
         QTest::newRow("empty") << "sim:" << "";
-        QTest::newRow("builds") << "sim:firmware=1.1.70,boot=1.2.0" << "firmware=1.1.70,boot=1.2.0";
         QTest::newRow("all builds") << "sim:protocol=2.3.4,hardware=5.6.7,firmware=0.0.0,boot=255.255.65535"
                                     << "firmware=0.0.0,boot=255.255.65535,protocol=2.3.4,hardware=5.6.7";
         QTest::newRow("decimal") << "sim:firmware=01.01.070" << "firmware=1.1.70";
@@ -57,7 +56,6 @@ private slots:
         QTest::newRow("serial") << "sim:serial=ABC1234567" << "serial=ABC1234567";
         QTest::newRow("short serial") << "sim:serial=AB" << "serial=AB        ";
         QTest::newRow("switches on") << "sim:bootmode=1,pace=1,baud=19200" << "bootmode=1,pace=1,baud=19200";
-        QTest::newRow("switches off") << "sim:bootmode=0,pace=0" << "";
         QTest::newRow("numbers, paths") << "sim:latency=25,battery=1023,state=/tmp/g.json,link=/tmp/grip"
                                         << "latency=25,battery=1023,state=/tmp/g.json,link=/tmp/grip";
         QTest::newRow("capitals") << "sim:BAUD=4800,Battery=0" << "baud=4800,battery=0";
@@ -70,37 +68,27 @@ private slots:
         QTest::newRow("block failures") << "sim:failblock=40*3,failblock=0x200,failblock=F50*2"
                                         << "failblock=40*3,failblock=200*1,failblock=f50*2";
 
-        QTest::newRow("a real port") << "/dev/ttyUSB0" << "error: not a virtual grip";
         QTest::newRow("similar name") << "simulator" << "error: not a virtual grip";
         QTest::newRow("unknown key") << "sim:colour=red" << "error: unknown key 'colour'";
         QTest::newRow("no value") << "sim:firmware" << "error: not KEY=VALUE";
-        QTest::newRow("no key") << "sim:=1" << "error: not KEY=VALUE";
         QTest::newRow("key twice") << "sim:firmware=1.1.70,firmware=4.0.0" << "error: twice";
         QTest::newRow("version 4.0") << "sim:firmware=4.0" << "error: firmware='4.0'";
-        QTest::newRow("version 4.0.0.1") << "sim:boot=4.0.0.1" << "error: boot='4.0.0.1'";
         QTest::newRow("major 256") << "sim:hardware=256.0.0" << "error: hardware='256.0.0'";
         QTest::newRow("revision 65536") << "sim:protocol=1.1.65536" << "error: protocol='1.1.65536'";
-        QTest::newRow("negative field") << "sim:firmware=1.-1.0" << "error: firmware";
         QTest::newRow("text field") << "sim:firmware=1.a.0" << "error: firmware";
         QTest::newRow("serial of 11") << "sim:serial=ABCDEFGHIJK" << "error: serial";
-        QTest::newRow("empty serial") << "sim:serial=" << "error: serial";
         QTest::newRow("serial not ASCII") << QString::fromUtf8("sim:serial=GRÜN") << "error: serial";
         QTest::newRow("switch 2") << "sim:bootmode=2" << "error: 0 or 1";
         QTest::newRow("baud 0") << "sim:baud=0" << "error: baud='0'";
-        QTest::newRow("baud text") << "sim:baud=fast" << "error: baud='fast'";
         QTest::newRow("battery 1024") << "sim:battery=1024" << "error: battery='1024'";
         QTest::newRow("empty path") << "sim:state=" << "error: state=";
         QTest::newRow("fault without code") << "sim:fault=nak" << "error: KIND@CODE";
         QTest::newRow("unknown fault") << "sim:fault=explode@14" << "error: unknown fault kind";
         QTest::newRow("unknown code") << "sim:fault=nak@12" << "error: not a command code";
-        QTest::newRow("code not hex") << "sim:fault=nak@zz" << "error: not a command code";
         QTest::newRow("code above FF") << "sim:fault=nak@114" << "error: not a command code";
         QTest::newRow("count 0") << "sim:fault=nak@14*0" << "error: count '0'";
-        QTest::newRow("empty count") << "sim:fault=nak@14*" << "error: KIND@CODE";
         QTest::newRow("delay without time") << "sim:fault=delay@14" << "error: unknown fault kind";
-        QTest::newRow("delay not a number") << "sim:fault=delayx@14" << "error: unknown fault kind";
         QTest::newRow("block not hex") << "sim:failblock=xyz*2" << "error: hex byte address";
-        QTest::newRow("block count -1") << "sim:failblock=40*-1" << "error: count '-1'";
         QTest::newRow("block two counts") << "sim:failblock=40*1*2" << "error: ADDR[*N]";
     }
     void parse()
