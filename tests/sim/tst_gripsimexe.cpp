@@ -18,7 +18,6 @@ private slots:
         QTest::addColumn<QString>("report");
         QTest::addColumn<QString>("mentions"); // on stderr
 
-        QTest::newRow("unknown key") << QStringList{"speed=3"} << "" << "" << "unknown key 'speed'";
         QTest::newRow("bad second word") << QStringList{"pace=1", "baud=x"} << "" << "" << "baud='x'";
         QTest::newRow("defaults") << QStringList{} << "11EF" << "4100BF" << "firmware 4.0.0";
         QTest::newRow("sim: prefix, words") << QStringList{"sim:bootmode=1", "fault=nak@11"} << "11EF" << "5001AF"
