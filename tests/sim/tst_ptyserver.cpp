@@ -1,14 +1,16 @@
-// The virtual grip served on a pseudo-terminal, driven with plain POSIX calls
-// the way a serial program drives a port.
+// The virtual grip served on a pseudo-terminal, by the server and by marlo-gripsim, driven with
+// plain POSIX calls the way a serial program drives a port.
 
 #include "SimTestSupport.h"
 
 #include "sim/PtyServer.h"
 #include "sim/StateFile.h"
 
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <csignal>
 #include <ctime>
 
 using gripsim::kNsPerMs;
@@ -99,6 +101,48 @@ private slots:
         QVERIFY(!server.isRunning());
         QVERIFY(server.devicePath().isEmpty());
         QCOMPARE(eventsOf(server, TrafficEvent::Kind::Report).size(), 1);
+    }
+    // marlo-gripsim, the stand-alone virtual grip, run as a user runs it.
+    void program_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("command"); // empty: the options are refused
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<QString>("mentions"); // on stderr
+
+        QTest::newRow("bad second word") << QStringList{"pace=1", "baud=x"} << "" << "" << "baud='x'";
+        QTest::newRow("defaults") << QStringList{} << "11EF" << "4100BF" << "firmware 4.0.0";
+        QTest::newRow("sim: prefix, words") << QStringList{"sim:bootmode=1", "fault=nak@11"} << "11EF" << "5001AF"
+                                            << "virtual grip on /dev/";
+    }
+    void program()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, command);
+        QFETCH(QString, report);
+        QFETCH(QString, mentions);
+
+        QProcess process;
+        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/marlo-gripsim"), arguments);
+        QVERIFY(process.waitForStarted(5000));
+        if (command.isEmpty()) {
+            QVERIFY(process.waitForFinished(5000));
+            QCOMPARE(process.exitCode(), 2);
+        } else {
+            while (!process.canReadLine() && process.waitForReadyRead(5000)) {
+            }
+            const QString device = QString::fromLocal8Bit(process.readLine()).trimmed();
+            QVERIFY2(device.startsWith(QLatin1String("/dev/")), qPrintable(device));
+            const QByteArray answer = simtest::exchange(device, simtest::bytes(command), 0, int(report.size() / 2));
+            QCOMPARE(answer.toHex().toUpper(), report.toLatin1());
+            QCOMPARE(::kill(pid_t(process.processId()), SIGTERM), 0);
+            QVERIFY(process.waitForFinished(5000));
+            QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(process.exitCode(), 0);
+        }
+        QVERIFY(process.readAllStandardOutput().isEmpty());
+        const QString error = QString::fromLocal8Bit(process.readAllStandardError());
+        QVERIFY2(error.contains(mentions), qPrintable(error));
     }
 };
 
