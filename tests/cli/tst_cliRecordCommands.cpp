@@ -1,25 +1,32 @@
-// marlo-cli's put and its exit statuses, against a virtual grip behind the fake port: what is
-// sent, and what is read back. What the commands print is pinned by the transcripts of
-// tst_cliOutputs, and the order of a command's exchanges by the grip's own tests.
+// marlo-cli's record commands. What marlo-cli prints, byte for byte, against the virtual grip:
+// the usage, get and put of every record as text and JSON, put's options and their refusals,
+// info, and the exit status. The cases are listed in outputs/cases; outputs/NAME holds what the
+// case printed when its output was last settled (outputs/capture.sh writes them). Then put and
+// the exit statuses against a virtual grip behind the fake port: what is sent, and what is read
+// back. (The order of a command's exchanges is pinned by the grip's own tests.)
+#include "CliRunner.h"
 #include "GripTestSupport.h"
+#include "TestFiles.h"
 
 #include "cli/CliContext.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace griptest;
 
 namespace {
 
-struct CliRun {
-    int status = -1;
-    QString out;
-    QString err;
-    QJsonObject json() const { return QJsonDocument::fromJson(out.toUtf8()).object(); }
-};
+const QString kOutputs = QStringLiteral(MARLO_CLI_OUTPUTS);
 
+QJsonObject json(const CliRun& run)
+{
+    return QJsonDocument::fromJson(run.out.toUtf8()).object();
+}
+
+// The command run in this process, with the session given.
 CliRun runCli(cGripSession& session, const QString& command, const QStringList& words)
 {
     CliRun run;
@@ -39,6 +46,46 @@ class TstCliRecordCommands : public QObject {
 
 private slots:
     void init() { clearPreferences(); }
+
+    void outputs_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("expected");
+        const QList<QByteArray> lines = fileBytes(kOutputs + QStringLiteral("/cases")).split('\n');
+        int cases = 0;
+        for (const QByteArray& line : lines) {
+            if (line.trimmed().isEmpty() || line.startsWith('#'))
+                continue;
+            const qsizetype colon = line.indexOf(':');
+            QVERIFY2(colon > 0, line.constData());
+            const QByteArray name = line.left(colon);
+            const QString expected = QString::fromUtf8(fileBytes(kOutputs + QLatin1Char('/') + QString::fromUtf8(name)));
+            QVERIFY2(expected.startsWith(QLatin1String("status: ")), name.constData());
+            QTest::newRow(name.constData()) << QString::fromUtf8(line.mid(colon + 1)).split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                                            << expected;
+            ++cases;
+        }
+        QVERIFY(cases > 0);
+    }
+
+    void outputs()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, expected);
+        // A program folder with the template, and preferences, of the case's own.
+        QTemporaryDir dir;
+        const QString home = dir.filePath(QStringLiteral("prog"));
+        QVERIFY(QDir().mkpath(home));
+        QVERIFY(QFile::copy(QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("instdbxx.tmp")),
+                            QDir(home).filePath(QStringLiteral("instdbxx.tmp"))));
+        CliRun run = RunCli(QDir(dir.path()), home, arguments);
+        // The usage names the program by the path it was started with.
+        const QString program = QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("marlo-cli"));
+        const QString printed = QStringLiteral("status: %1\n--- stdout\n").arg(run.status) +
+                                run.out.replace(program, QStringLiteral("marlo-cli")) + QStringLiteral("--- stderr\n") +
+                                run.err.replace(program, QStringLiteral("marlo-cli"));
+        QCOMPARE(printed.split(QLatin1Char('\n')), expected.split(QLatin1Char('\n'))); // names the first line that differs
+    }
 
     void put_data()
     {
@@ -66,12 +113,12 @@ private slots:
             s.ramping = {9, 99, 2};
             s.gameTimer = {25, 1, 500, 1, 700};
         });
-        QJsonObject expected = runCli(h.session, QStringLiteral("get"), {record}).json();
+        QJsonObject expected = json(runCli(h.session, QStringLiteral("get"), {record}));
         expected.insert(field, kept);
         const int get = h.codes().last();
         const CliRun run = runCli(h.session, QStringLiteral("put"), QStringList{record} + options);
         QCOMPARE(run.status, 0);
-        QCOMPARE(run.json(), expected); // read back from the grip after the put
+        QCOMPARE(json(run), expected); // read back from the grip after the put
         QCOMPARE(run.err, QString());
         // Downloaded first, uploaded, read back.
         QCOMPARE(h.codes().mid(4), (QList<int>{0x13, 0x11, 0x13, get, 0x13, get + 0x10, 0x13, get}));
