@@ -138,7 +138,6 @@ private slots:
         QCOMPARE(quint8(head[3]) & 0x08, 0);            // no file name
         QCOMPARE(head.mid(4, 4), QByteArray(4, '\0')); // no time
         QCOMPARE(quint8(head[8]), quint8(2));           // the best compression
-        QVERIFY(!gunzip(gz.fileName()).isEmpty());
     }
 
     // Each page names every command, option and field its program's --help prints, so that the
