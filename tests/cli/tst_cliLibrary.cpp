@@ -1,12 +1,14 @@
 // marlo-cli's library commands, run as the program itself: list, show, export, import, delete,
-// --db and --json, and what it says instead of asking.
+// --db and --json, and what it says instead of asking. And diff ID against the built-in virtual
+// grip: the same and differing values as a table and as JSON (named as get all --json names
+// them), the exit status, a grip that refuses or says nothing; the library and the grip stay as
+// they were.
 #include "CliRunner.h"
 #include "../library/LibraryTestSupport.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QtTest>
 
 using LibraryTest::fileBytes;
@@ -14,8 +16,20 @@ using LibraryTest::fileBytes;
 namespace {
 
 const QString kKnown = QStringLiteral("{0F0F0F0F-1111-4222-8333-444444444444}");
+const QString kSame = QStringLiteral("{0F0F0F0F-1111-4222-8333-333333333333}");
+const QString kOneOff = QStringLiteral("{0F0F0F0F-1111-4222-8333-555555555555}");
+const QString kAllOff = QStringLiteral("{0F0F0F0F-1111-4222-8333-666666666666}");
 
-using Run = CliRun;
+// A template with the virtual grip's own values, some of them changed.
+QJsonObject setting(const QString& id, const QJsonObject& changed)
+{
+    QJsonObject object{{"ID", id}, {"sName", id.right(4)}, {"lShotTime", 10}, {"lDwellTime", 10}, {"lCycleTimeOpen", 30},
+                       {"lLoadTime", 35}, {"lCycleTimeClose", 28}, {"lFiringMode", 0}, {"lGameTime", 10},
+                       {"bAlertOne", false}, {"lAlertOne", 60}, {"bAlertTwo", false}, {"lAlertTwo", 30}};
+    for (auto it = changed.begin(); it != changed.end(); ++it)
+        object.insert(it.key(), it.value());
+    return object;
+}
 
 } // namespace
 
@@ -26,7 +40,7 @@ class tst_cliLibrary : public QObject {
     QString m_home = m_dir.filePath(QStringLiteral("prog"));
 
     // marlo-cli with this test's program folder and preferences; "<name>" is a file of the test.
-    Run cli(const QStringList& arguments) { return RunCli(QDir(m_dir.path()), m_home, arguments); }
+    CliRun cli(const QStringList& arguments) { return RunCli(QDir(m_dir.path()), m_home, arguments); }
 
 private slots:
     void initTestCase()
@@ -36,8 +50,16 @@ private slots:
                                 {"bExpertMode", true}, {"UserVariables", QJsonArray{QJsonObject{{"sName", "Barrel"}, {"sValue", "14\""}}}}};
         const QJsonObject second{{"sName", "Second"}, {"lDwellTime", 250}, {"lCycleTimeOpen", 250}, {"lLoadTime", 250}, {"lCycleTimeClose", 250}};
         LibraryTest::writeFile(m_dir.filePath(QStringLiteral("seed")), QJsonDocument(QJsonObject{{"templates", QJsonArray{known, second}}}).toJson());
-        LibraryTest::writeFile(m_dir.filePath(QStringLiteral("bad")), QByteArray(R"([{"sName": "ok"}, {"lShotTime": "fast"}])"));
         LibraryTest::writeFile(m_dir.filePath(QStringLiteral("access")), QByteArray("\x00\x01\x00\x00Standard Jet DB", 19) + QByteArray(2029, '\0'));
+        // For diff: a template with the virtual grip's values, one with one of them changed, one with all.
+        const QJsonArray templates{
+            setting(kSame, {}),
+            setting(kOneOff, {{"lLoadTime", 36}}),
+            setting(kAllOff, {{"lShotTime", 11}, {"lDwellTime", 11}, {"lCycleTimeOpen", 31}, {"lLoadTime", 36}, {"lCycleTimeClose", 29},
+                              {"lFiringMode", 1}, {"lGameTime", 11}, {"bAlertOne", true}, {"lAlertOne", 61}, {"bAlertTwo", true},
+                              {"lAlertTwo", 31}}),
+        };
+        LibraryTest::writeFile(m_dir.filePath(QStringLiteral("settings")), QJsonDocument(QJsonObject{{"templates", templates}}).toJson());
     }
     // A fresh program folder with the template, and fresh preferences.
     void init()
@@ -58,14 +80,13 @@ private slots:
                               << QStringList{"#  ID", kKnown, "Spring \"12\"", "01-Aug-2001", " 9.7 ", "Second", " 1.0 "};
         QTest::newRow("show --json by ID") << "seeded" << QStringList{"--json", "library", "show", kKnown} << 0
                                            << QStringList{"\"bExpertMode\":true", "\"sValue\":\"14\\\"\""};
-        QTest::newRow("show unknown") << "seeded" << QStringList{"library", "show", "{NOT-THERE}"} << 1 << QStringList{"no template"};
-        QTest::newRow("import a bad file") << "seeded" << QStringList{"library", "import", "<bad>"} << 1 << QStringList{"template 2", "lShotTime"};
+        QTest::newRow("show unknown") << "seeded" << QStringList{"library", "show", "{NOT-THERE}"} << 1
+                                      << QStringList{"The library holds no template \"{NOT-THERE}\"."};
         QTest::newRow("an Access file") << "template" << QStringList{"--db", "<access>", "library", "list"} << 1 << QStringList{"Access"};
         // It says what it would have asked, takes No, and ends as the program would.
         QTest::newRow("no library, no template") << "nothing" << QStringList{"library", "list"} << 1
             << QStringList{"The Marlo-database does not exist.", "No", "Due to a missing database, the program cannot continue execution."};
         QTest::newRow("no library command") << "template" << QStringList{"library"} << 2 << QStringList{"library"};
-        QTest::newRow("list with extra") << "template" << QStringList{"library", "list", "x"} << 2 << QStringList{"list"};
     }
     void commands()
     {
@@ -77,7 +98,7 @@ private slots:
             QCOMPARE(cli({QStringLiteral("library"), QStringLiteral("import"), QStringLiteral("<seed>")}).status, 0);
         if (start == QLatin1String("nothing"))
             QVERIFY(QFile::remove(QDir(m_home).filePath(QStringLiteral("instdbxx.tmp"))));
-        const Run run = cli(arguments);
+        const CliRun run = cli(arguments);
         QCOMPARE(run.status, status);
         for (const QString& part : said)
             QVERIFY2((status == 0 ? run.out : run.err).contains(part), qPrintable(part + QLatin1String(" not in: ") + run.out + run.err));
@@ -99,6 +120,65 @@ private slots:
         const QJsonArray left = QJsonDocument::fromJson(cli({QStringLiteral("--json"), QStringLiteral("library"), QStringLiteral("list")}).out.toUtf8()).array();
         QCOMPARE(left.size(), 1);
         QCOMPARE(left[0].toObject().value(QStringLiteral("sName")).toString(), QStringLiteral("Second"));
+    }
+
+    void diff_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("grip"); // the virtual grip's options beside its state file
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("said"); // stdout, or for a failure stderr, contains it
+
+        QTest::newRow("same") << QStringList{"diff", kSame} << "" << 0 << "The grip holds these settings\n";
+        QTest::newRow("same, JSON") << QStringList{"--json", "diff", kSame} << "" << 0 << "{\"differences\":[],\"same\":true}\n";
+        QTest::newRow("one differs") << QStringList{"diff", kOneOff} << "" << 4 << "Field     Grip  Template\nLoadTime  35    36\n1 value differs\n";
+        QTest::newRow("one differs, by number") << QStringList{"diff", "2"} << "" << 4 << "1 value differs\n";
+        QTest::newRow("one differs, JSON") << QStringList{"--json", "diff", kOneOff} << "" << 4
+                                           << "{\"differences\":[{\"field\":\"LoadTime\",\"grip\":35,\"template\":36}],\"same\":false}\n";
+        QTest::newRow("a switch differs, JSON") << QStringList{"--json", "diff", kAllOff} << "" << 4
+                                                << "{\"field\":\"PreAlert1On\",\"grip\":false,\"template\":true}";
+        QTest::newRow("all differ") << QStringList{"diff", kAllOff} << "" << 4 << "PreAlert2Time   30    31\n11 values differ\n";
+        QTest::newRow("two IDs") << QStringList{"diff", kSame, kOneOff} << "" << 2 << "diff needs the ID";
+        QTest::newRow("grip refusing the game timer") << QStringList{"diff", kSame} << ",fault=nak@16" << 3 << "refused";
+        QTest::newRow("grip silent on the timing") << QStringList{"diff", kSame} << ",fault=silent@14" << 1 << "error 10213";
+    }
+    void diff()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, grip);
+        QFETCH(int, status);
+        QFETCH(QString, said);
+        QCOMPARE(cli({"library", "import", "<settings>"}).status, 0);
+        const QString state = m_dir.filePath(QStringLiteral("grip.json"));
+        QFile::remove(state);
+        const QString device = QStringLiteral("sim:state=") + state;
+        QCOMPARE(cli({"--device", device, "get", "timing"}).status, 0); // the state file, as the grip holds it
+        const QByteArray gripBefore = fileBytes(state);
+        const QString library = QDir(m_home).filePath(QStringLiteral("Marlo.mdb"));
+        const QByteArray libraryBefore = fileBytes(library);
+
+        const CliRun run = cli(QStringList{"--device", device + grip} + arguments);
+        QCOMPARE(run.status, status);
+        QVERIFY2((status == 0 || status == 4 ? run.out : run.err).contains(said), qPrintable(run.out + run.err));
+        QCOMPARE(fileBytes(state), gripBefore);
+        QCOMPARE(fileBytes(library), libraryBefore);
+    }
+
+    // The fields are named as get all --json names those of the timing and the game timer.
+    void namesAreThoseOfGetAll()
+    {
+        QCOMPARE(cli({"library", "import", "<settings>"}).status, 0);
+        const CliRun get = cli({"--device", "sim", "--json", "get", "all"});
+        const QJsonObject all = QJsonDocument::fromJson(get.out.toUtf8()).object();
+        const CliRun diff = cli({"--device", "sim", "--json", "diff", kAllOff});
+        QStringList named;
+        for (const QJsonValue& row : QJsonDocument::fromJson(diff.out.toUtf8()).object().value("differences").toArray())
+            named << row["field"].toString();
+        QStringList got = all.value("timing").toObject().keys() + all.value("gametimer").toObject().keys();
+        got.removeAll(QStringLiteral("ROF")); // worked out, not held
+        named.sort();
+        got.sort();
+        QCOMPARE(named, got);
     }
 };
 

@@ -4,6 +4,7 @@
 // pages and the copyright file and changelog that Debian asks for. The installed marlo-cli, with
 // no $MARLO_HOME, makes its library from the installed template in the per-user data folder.
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -43,11 +44,8 @@ class tst_install : public QObject {
     // A gzip file's text, by the gzip program.
     static QString gunzip(const QString& file)
     {
-        QProcess process;
-        process.start(QStringLiteral("gzip"), {QStringLiteral("-dc"), file});
-        if (!process.waitForFinished(30000) || process.exitCode() != 0)
-            return QString();
-        return QString::fromUtf8(process.readAllStandardOutput());
+        QString text;
+        return run(QStringLiteral("gzip"), {QStringLiteral("-dc"), file}, &text) == 0 ? text : QString();
     }
 
     // A manual page's words as a reader types them: font changes and non-breaking marks gone,
@@ -72,34 +70,18 @@ private slots:
         QVERIFY2(status == 0, qPrintable(output));
     }
 
-    void filesInPlace_data()
+    // Only the three programs are executable, and they alone are in bin: the template lives in
+    // the data folder. (Each other file is read, run or validated by the tests below.)
+    void onlyTheProgramsAreExecutable()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<bool>("executable");
-        QTest::newRow("desktop program") << "bin/marlo" << true;
-        QTest::newRow("command line") << "bin/marlo-cli" << true;
-        QTest::newRow("virtual grip") << "bin/marlo-gripsim" << true;
-        QTest::newRow("library template") << "share/marlo/instdbxx.tmp" << false;
-        QTest::newRow("German translation") << "share/marlo/translations/marlo_de.qm" << false;
-        QTest::newRow("desktop entry") << "share/applications/marlo.desktop" << false;
-        QTest::newRow("scalable icon") << "share/icons/hicolor/scalable/apps/marlo.svg" << false;
-        QTest::newRow("256 px icon") << "share/icons/hicolor/256x256/apps/marlo.png" << false;
-        QTest::newRow("metainfo") << "share/metainfo/io.github.marlo_grip.marlo.metainfo.xml" << false;
-        QTest::newRow("manual page marlo") << "share/man/man1/marlo.1.gz" << false;
-        QTest::newRow("manual page marlo-cli") << "share/man/man1/marlo-cli.1.gz" << false;
-        QTest::newRow("manual page marlo-gripsim") << "share/man/man1/marlo-gripsim.1.gz" << false;
-        QTest::newRow("copyright") << "share/doc/marlo/copyright" << false;
-        QTest::newRow("changelog") << "share/doc/marlo/changelog.Debian.gz" << false;
-    }
-    void filesInPlace()
-    {
-        QFETCH(QString, file);
-        QFETCH(bool, executable);
-        const QFileInfo info(installed(file));
-        QVERIFY2(info.isFile() && info.size() > 0, qPrintable(info.filePath()));
-        QCOMPARE(info.isExecutable(), executable);
-        // Nothing but the executables in bin: the template lives in the data folder.
-        QCOMPARE(QDir(installed(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
+        QStringList executables;
+        for (QDirIterator it(prefix(), QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
+            const QFileInfo file(it.next());
+            if (file.isExecutable() || file.path().endsWith(QLatin1String("/bin")))
+                executables << QDir(prefix()).relativeFilePath(file.filePath());
+        }
+        executables.sort();
+        QCOMPARE(executables, (QStringList{"bin/marlo", "bin/marlo-cli", "bin/marlo-gripsim"}));
     }
 
     void iconsAreWhatTheyClaim()
@@ -156,7 +138,6 @@ private slots:
         QCOMPARE(quint8(head[3]) & 0x08, 0);            // no file name
         QCOMPARE(head.mid(4, 4), QByteArray(4, '\0')); // no time
         QCOMPARE(quint8(head[8]), quint8(2));           // the best compression
-        QVERIFY(!gunzip(gz.fileName()).isEmpty());
     }
 
     // Each page names every command, option and field its program's --help prints, so that the
@@ -307,7 +288,6 @@ private slots:
         const QDir folder(data + QStringLiteral("/Marlo"));
         QVERIFY2(folder.exists(QStringLiteral("Marlo.mdb")), qPrintable(folder.entryList().join(QLatin1Char(' '))));
         QVERIFY(folder.exists(QStringLiteral("komm.log")));
-        QCOMPARE(QDir(installed(QStringLiteral("bin"))).entryList(QDir::Files).size(), 3);
     }
 };
 

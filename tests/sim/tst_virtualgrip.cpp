@@ -49,8 +49,6 @@ private slots:
         QTest::addColumn<QString>("expected"); // one answer per frame, "-" for silence
 
         // The grip holds the values of the documented examples (see answers()).
-        QTest::newRow("boot query") << "" << "11EF" << "4100BF";
-        QTest::newRow("boot query, boot mode") << "bootmode=1" << "11EF" << "4101BE";
         QTest::newRow("gun info") << "firmware=1.1.70,boot=1.2.0,serial=ABC1234567" << "13ED"
                                   << "4341424331323334353637010146000101010001020000010101003A";
         QTest::newRow("gun info, boot mode, revision 300") << "bootmode=1,protocol=1.1.300" << "13ED"
@@ -165,9 +163,6 @@ private slots:
         QTest::newRow("delay") << "fault=delay800@24" << put << "42BE" << L{800} << L{2} << true;
         QTest::newRow("latency") << "latency=30" << "14EC" << timing << L{30} << L{14} << false;
         QTest::newRow("latency, delay") << "latency=30,fault=delay800@14" << "14EC" << timing << L{830} << L{14} << false;
-        QTest::newRow("latency, pieces") << "latency=30,fault=pieces@14" << "14EC" << timing << L{30, 150, 150}
-                                         << L{5, 5, 4} << false;
-        QTest::newRow("other code") << "fault=nak@15" << "14EC" << timing << L{0} << L{14} << false;
         QTest::newRow("unserved command") << "fault=nak@18,firmware=1.1.4" << "18E8" << "" << L{} << L{} << false;
     }
     void faults()

@@ -1,8 +1,7 @@
 // marlo-cli firmware write and read against its built-in virtual grip, in real time through the
 // real serial port on a pseudo-terminal: the whole write, read-back, verification and start of
 // the program, a write with a backup first, a read into a file, the exit statuses and the messages
-// on the terminal. Each
-// exchange takes the real 100 ms pause, so the runs go in parallel.
+// on the terminal. Each exchange takes the real 100 ms pause, so the runs go in parallel.
 #include "../firmware/FirmwareTestSupport.h"
 #include "sim/GripState.h"
 
@@ -44,7 +43,6 @@ private slots:
              "It is not possible to upload this firmwarefile to the grip."},
             {"sim read no/such/folder/x.tvf", 1, 2, "error 75: "}, // refused before the grip is stopped
             {"sim erase x.tvf", 2, 2, "usage: marlo-cli firmware read FILE | firmware write [--backup] FILE"},
-            {"sim read --backup x.tvf", 2, 2, "usage: marlo-cli firmware read FILE | firmware write [--backup] FILE"},
             // The backup's path comes before the write's messages.
             {"sim:firmware=4.0.0,boot=1.2.0,hardware=2.1.0,serial=CLI1 write --backup good.tvf", 0, 1,
              "Backup: " + backups + "/CLI1_4.0.0_"},

@@ -52,11 +52,10 @@ public:
     // The user the facts see: uid, the session's groups, and the name /etc/passwd gives it.
     bool user(uint uid, const QList<uint>& groups, const QString& name = QStringLiteral("player")) const
     {
-        QByteArray status = "Name:\tmarlo\nUid:\t" + QByteArray::number(uid) + "\t" + QByteArray::number(uid) + "\t" +
-                            QByteArray::number(uid) + "\t" + QByteArray::number(uid) + "\n";
+        // The real, effective, saved and file-system ids, all the same.
+        const auto ids = [](uint id) { return QList<QByteArray>(4, QByteArray::number(id)).join('\t'); };
         const uint primary = groups.isEmpty() ? 100000 : groups.first();
-        status += "Gid:\t" + QByteArray::number(primary) + "\t" + QByteArray::number(primary) + "\t" + QByteArray::number(primary) +
-                  "\t" + QByteArray::number(primary) + "\nGroups:\t";
+        QByteArray status = "Name:\tmarlo\nUid:\t" + ids(uid) + "\nGid:\t" + ids(primary) + "\nGroups:\t";
         for (uint group : groups)
             status += QByteArray::number(group) + ' ';
         status += "\nVmPeak:\t   1000 kB\n";

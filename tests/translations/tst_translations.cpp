@@ -106,28 +106,18 @@ private slots:
         QFETCH(QString, file);
         const QList<Entry> entries = readEntries(file);
         QVERIFY(entries.size() > 500);
-        QStringList unfinished;
-        for (const Entry& entry : entries) {
-            if (!entry.finished || entry.translation.isEmpty())
-                unfinished << describe(entry);
-        }
-        // Run scripts/update-translations.sh and translate what it lists.
-        QCOMPARE(unfinished, QStringList());
-    }
-
-    void translationsKeepPlaceholdersAndMnemonics_data() { everyTextIsTranslated_data(); }
-    void translationsKeepPlaceholdersAndMnemonics()
-    {
-        QFETCH(QString, file);
         QStringList wrong;
-        for (const Entry& entry : readEntries(file)) {
-            if (!entry.finished)
+        for (const Entry& entry : entries) {
+            if (!entry.finished || entry.translation.isEmpty()) {
+                wrong << QStringLiteral("unfinished: ") + describe(entry);
                 continue;
+            }
             if (placeholders(entry.source) != placeholders(entry.translation))
                 wrong << QStringLiteral("placeholders: ") + describe(entry);
             if (mnemonics(entry.source) != mnemonics(entry.translation))
                 wrong << QStringLiteral("mnemonic: ") + describe(entry);
         }
+        // Run scripts/update-translations.sh and translate what it lists.
         QCOMPARE(wrong, QStringList());
     }
 

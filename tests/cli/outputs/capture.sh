@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Writes what marlo-cli prints for every case of ./cases into OUTDIR (default: this folder), for
-# when an output changes on purpose; tst_cliOutputs compares the program with these files.
+# when an output changes on purpose; tst_cliRecordCommands compares the program with these files.
 #   capture.sh BUILD_DIR/bin [OUTDIR]
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
