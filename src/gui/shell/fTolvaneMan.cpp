@@ -549,10 +549,12 @@ void fTolvaneMan::createStatusBar()
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Firmware version"),
                                         QT_TRANSLATE_NOOP("fTolvaneMan", "Status")};
     for (int panel = 1; panel <= 3; ++panel) {
-        // The library's path keeps its file name when shortened, a step its beginning.
-        auto* text = mLabels::AsValueLabel(new StatusPanel(panel == kPanelDatabase ? Qt::ElideMiddle : Qt::ElideRight, bar),
-                                         QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
-                                         panel == kPanelDatabase ? QString() : tr("N/A"));
+        // The library's path keeps its file name when shortened, a step its beginning; the short
+        // firmware version is never shortened.
+        QLabel* label = panel == kPanelFirmware ? new QLabel(bar)
+                                                : new StatusPanel(panel == kPanelDatabase ? Qt::ElideMiddle : Qt::ElideRight, bar);
+        auto* text = mLabels::AsValueLabel(label, QStringLiteral("stbStatus.Panels(%1)").arg(panel), tr(names[panel - 1]),
+                                           panel == kPanelDatabase ? QString() : tr("N/A"));
         text->setFrameShape(QFrame::StyledPanel);
         text->setFrameShadow(QFrame::Sunken);
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
