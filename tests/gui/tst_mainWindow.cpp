@@ -80,23 +80,6 @@ State stateOf(fTolvaneMan& w, const QString& name)
 
 const QList<int> kShownTools = {0, 1, 2, 4, 6};
 
-// Every command that a running grip command holds.
-const char* const kHeld[] = {
-    "cmdTools(0)", "cmdTools(1)", "cmdTools(2)", "cmdTools(4)", "cmdTools(6)", "cmdReset(0)", "cmdReset(1)",
-    "mnuDLTiming", "mnuDLCounters", "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware",
-    "mnuULTiming", "mnuULGameTimers", "mnuULFirmware", "mnuULAll", "mnuLibTemplates", "mnuProperties",
-    "mnuDefaultSettings", "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
-};
-
-QStringList enabledCommands(QObject* window)
-{
-    QStringList names;
-    for (const char* name : kHeld)
-        if (enabled(window, QLatin1String(name)))
-            names << QLatin1String(name);
-    return names;
-}
-
 // A grip command that fails part-way: the command code whose report the grip garbles, the
 // records of the grip that reached the window before the failure (in the order get all reads
 // them), and the error's trail from the record's transfer outwards ("module.procedure").
