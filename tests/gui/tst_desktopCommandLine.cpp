@@ -16,7 +16,6 @@ private slots:
         QTest::newRow("--help") << QStringList{"--help"} << 0 << "Usage: marlo [-F FILE]\n" << "";
         QTest::newRow("-h after a firmware file") << QStringList{"-F", "x.tvf", "-h"} << 0 << "Usage: marlo [-F FILE]\n" << "";
         QTest::newRow("--version") << QStringList{"--version"} << 0 << "marlo " MARLO_VERSION "\n" << "";
-        QTest::newRow("-v") << QStringList{"-v"} << 0 << "marlo " MARLO_VERSION "\n" << "";
         const QString needed = QStringLiteral("marlo needs a graphical display; without one, use marlo-cli (marlo-cli --help).\n");
         QTest::newRow("no arguments") << QStringList{} << 1 << "" << needed;
         QTest::newRow("a firmware file") << QStringList{"-F", "x.tvf"} << 1 << "" << needed;

@@ -18,21 +18,6 @@ using namespace fwtest;
 
 namespace {
 
-// Everything a firmware transfer holds: the grip commands and those that would open a modal
-// window or end the program.
-const QStringList kHeld{"cmdTools(0)", "cmdTools(1)", "cmdReset(0)", "cmdReset(1)", "mnuDLTiming", "mnuDLCounters",
-                        "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware", "mnuULTiming", "mnuULGameTimers",
-                        "mnuULFirmware", "mnuULAll", "cmdTools(2)", "cmdTools(4)", "mnuLibTemplates", "mnuProperties",
-                        "mnuOptions", "mnuAbout", "mnuExit"};
-
-QMap<QString, bool> commandStates(QObject* window)
-{
-    QMap<QString, bool> states;
-    for (const QString& name : kHeld)
-        states.insert(name, enabled(window, name));
-    return states;
-}
-
 // What the window looked like at each pause after a code byte during a run.
 struct Samples {
     QList<int> values;          // progress value, when the bar was visible
@@ -96,8 +81,7 @@ class tst_firmwareWindow : public QObject {
             }
             if (s.steps.isEmpty() || s.steps.last() != w.PanelText(3))
                 s.steps.append(w.PanelText(3));
-            for (const QString& name : kHeld)
-                s.heldEverywhere = s.heldEverywhere && !enabled(&w, name);
+            s.heldEverywhere = s.heldEverywhere && enabledCommands(&w).isEmpty();
             if (s.pauses == 20) {
                 s.closed = w.close();
                 run(&w, QStringLiteral("cmdTools(0)"));
@@ -146,7 +130,7 @@ private slots:
         h.prefs().setFirmwareBackup(backup);
         fTolvaneMan& w = h.open();
         w.SetPanelText(3, QStringLiteral("Ready"));
-        const QMap<QString, bool> before = commandStates(&w);
+        const QStringList before = enabledCommands(&w);
         QFile::remove(path(QStringLiteral("fetched.tvf")));
         h.ui.script.fileAnswers.enqueue(file.isEmpty() ? std::optional<QString>() : path(file));
 
@@ -171,7 +155,7 @@ private slots:
         // Held while it ran (closing was refused, the get did not start), given back afterwards.
         QVERIFY(s.heldEverywhere);
         QVERIFY(!s.closed && w.isVisible() && !w.FirmwareTransferRunning());
-        QCOMPARE(commandStates(&w), before);
+        QCOMPARE(enabledCommands(&w), before);
         QCOMPARE(mMain::MousePointerDepth(), 0);
         QVERIFY(!h.grip.grip.state().bootMode);
     }
@@ -199,7 +183,7 @@ private slots:
         fTolvaneMan& w = h.open();
         const QByteArray memory = h.grip.grip.state().memory;
         w.SetPanelText(3, QStringLiteral("Ready"));
-        const QMap<QString, bool> before = commandStates(&w);
+        const QStringList before = enabledCommands(&w);
         h.ui.script.fileAnswers.enqueue(path(file));
         sample(h, QStringLiteral("mnuULFirmware"));
 
@@ -217,7 +201,7 @@ private slots:
         // The window as it was: no bar, panel 3 back, every command back, the normal pointer.
         QVERIFY(!control<QProgressBar>(&w, QStringLiteral("pgbProgress"))->isVisible());
         QCOMPARE(w.PanelText(3), QStringLiteral("Ready"));
-        QCOMPARE(commandStates(&w), before);
+        QCOMPARE(enabledCommands(&w), before);
         QCOMPARE(mMain::MousePointerDepth(), 0);
 
         // Only a failed write changed the grip; no backup was left behind.

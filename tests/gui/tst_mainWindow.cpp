@@ -1,11 +1,10 @@
 // The main window's commands against a virtual grip behind the in-memory port: what each command
 // sends and confirms and that it holds every command meanwhile, what the panes show afterwards,
-// failures part-way, the dispatcher, the dialogs it opens, the command line and the save question
-// on closing. Which controls a template, a downloaded setting, Expert Mode and Close = Open enable
-// and show, the colour of disabled text boxes, and the tab order through the panes. Saving a
-// library whose file was taken away while the window ran: File > Save and the exit's Yes write
-// every template and user variable again, say where, and the next start finds all of it, on the
-// same active setting.
+// the build information following each reading of the gun information, failures part-way, the
+// dialogs it opens, the command line and the save question on closing. Which controls a template,
+// a downloaded setting, Expert Mode and Close = Open enable and show. Saving a library whose file
+// was taken away while the window ran: File > Save and the exit's Yes write every template and user
+// variable again, say where, and the next start finds all of it, on the same active setting.
 #include "GuiTestSupport.h"
 #include "TestFiles.h"
 
@@ -16,17 +15,11 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
-#include <QSlider>
 #include <QSqlQuery>
 
 using namespace guitest;
 
 namespace {
-
-QPushButton* tool(fTolvaneMan& w, int index)
-{
-    return control<QPushButton>(&w, QStringLiteral("cmdTools(%1)").arg(index));
-}
 
 // The number of templates and of user variables in the library file at path.
 QPair<int, int> rowsIn(const QString& path)
@@ -76,25 +69,6 @@ State stateOf(fTolvaneMan& w, const QString& name)
         return ofAction(menu->menuAction());
     QWidget* widget = control<QWidget>(&w, name);
     return {widget->isEnabled(), !widget->isHidden()};
-}
-
-const QList<int> kShownTools = {0, 1, 2, 4, 6};
-
-// Every command that a running grip command holds.
-const char* const kHeld[] = {
-    "cmdTools(0)", "cmdTools(1)", "cmdTools(2)", "cmdTools(4)", "cmdTools(6)", "cmdReset(0)", "cmdReset(1)",
-    "mnuDLTiming", "mnuDLCounters", "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware",
-    "mnuULTiming", "mnuULGameTimers", "mnuULFirmware", "mnuULAll", "mnuLibTemplates", "mnuProperties",
-    "mnuDefaultSettings", "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
-};
-
-QStringList enabledCommands(QObject* window)
-{
-    QStringList names;
-    for (const char* name : kHeld)
-        if (enabled(window, QLatin1String(name)))
-            names << QLatin1String(name);
-    return names;
 }
 
 // A grip command that fails part-way: the command code whose report the grip garbles, the
@@ -163,13 +137,6 @@ private slots:
         QTest::newRow("a grip in boot mode is started first") << Command{"bootmode=1", "mnuDLTiming", {0x13, 0x11, 0x13, 0x83, 0x13, 0x14},
                                                                                    "Timinginformation was fetched."};
         QTest::newRow("default settings: no exchange") << Command{fw, "cmdTools(6)", {}, ""};
-        // The dispatcher takes these and does nothing; two of the buttons are never on show.
-        QTest::newRow("library statistics") << Command{fw, "mnuLibStatistics", {}, ""};
-        QTest::newRow("promote") << Command{fw, "mnuPromote", {}, ""};
-        QTest::newRow("burn firmware") << Command{fw, "mnuBurnFirmware", {}, ""};
-        QTest::newRow("library (stats) button") << Command{fw, "cmdTools_Click(3)", {}, ""};
-        QTest::newRow("promote button") << Command{fw, "cmdTools_Click(5)", {}, ""};
-        QTest::newRow("burn program button") << Command{fw, "cmdTools(9)", {}, ""};
     }
     void commands()
     {
@@ -177,6 +144,7 @@ private slots:
         const auto& [grip, command, codes, confirmation] = row;
         WindowHarness h(grip);
         fTolvaneMan& w = h.open();
+        run(&w, QStringLiteral("mnuBuildInfo")); // left open beside the window, to follow every reading of the gun information
         const int settings = h.app().colSetsTemplate().Count();
         // At every frame the grip receives, the window is asked what a user could start, and to close.
         QStringList enabledDuring;
@@ -186,15 +154,11 @@ private slots:
             closed = closed || w.close();
             return h.grip.grip.handleFrame(frame).value_or(QByteArray());
         });
-        const auto invoke = [&] {
-            if (command.startsWith(QLatin1String("cmdTools_Click")))
-                QMetaObject::invokeMethod(&w, "cmdTools_Click", Q_ARG(int, command.mid(15, 1).toInt()));
-            else
-                run(&w, command);
-        };
-        invoke();
+        run(&w, command);
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.takeCodes(), codes);
+        QCOMPARE(text(w.findChild<QDialog*>(QStringLiteral("fBuildInfo")), QStringLiteral("txtSerialNo")),
+                 codes.isEmpty() ? QString() : QStringLiteral("SIM0000001"));
         QVERIFY2(enabledDuring.isEmpty(), qPrintable(enabledDuring.join(QLatin1Char(' '))));
         QVERIFY(!closed && w.isVisible() && !w.GripCommandRunning());
         // Afterwards every command has the state the window gives it: a second UpdateState
@@ -215,7 +179,7 @@ private slots:
         QCOMPARE(h.app().colSetsTemplate().Count(), settings);
         // With confirmations off the command says nothing.
         h.app().RegistrySettings().setShowConfirmComm(false);
-        invoke();
+        run(&w, command);
         GUITEST_NO_ERRORS(h.ui.script);
         QCOMPARE(h.ui.script.messages.size(), confirmation.isEmpty() ? 0 : 1);
     }
@@ -232,46 +196,17 @@ private slots:
             {"txtShots", "7"}, {"txtHyperTime", "120"}, {"txtCntDown", "15"}};
         for (const auto& [name, value] : boxes)
             QCOMPARE(text(&w, QLatin1String(name)), QLatin1String(value));
-        QCOMPARE(control<QSlider>(&w, QStringLiteral("sldCTO"))->value(), 31);
         QCOMPARE(control<QComboBox>(&w, QStringLiteral("cboFiringModes"))->currentText(), QStringLiteral("Sniper"));
         QCOMPARE(control<QComboBox>(&w, QStringLiteral("cboHyperModes"))->currentText(), QStringLiteral("75% Ramping"));
         for (const char* name : {"chkACE", "chkUseEye", "chkAlertOne"})
             QVERIFY2(control<QCheckBox>(&w, QLatin1String(name))->isChecked(), name);
         QCOMPARE(w.PanelText(fTolvaneMan::kPanelFirmware), QStringLiteral("4.0.5"));
-        QCOMPARE(control<QLabel>(&w, QStringLiteral("lblROFbps"))->text(), QStringLiteral("9.2")); // 1000 / (9 + 31 + 40 + 29)
 
         // The active setting holds what came from the grip, and the library knows it changed.
         const auto setting = w.ActiveSetting();
         QCOMPARE((QList<int>{setting->lShotTime(), setting->lFiringMode(), setting->lGameTime(), setting->lHyperMode()}),
                  (QList<int>{12, 6, 15, 4}));
         QVERIFY(h.app().AnythingNeedSave());
-    }
-    void getMakesTheSettingReadOnlyButTheButtonsStayInPlaceAndEnabled()
-    {
-        WindowHarness h;
-        fTolvaneMan& w = h.open();
-        QVERIFY(w.IsTemplate());
-        // The buttons on show follow each other 30 twips (2 px) apart from 180 twips (12 px); the
-        // hidden "Library (stats)" takes no room.
-        QList<QRect> places;
-        int left = 12;
-        for (int i : kShownTools) {
-            places << tool(w, i)->geometry();
-            QCOMPARE(places.last().x(), left);
-            left += places.last().width() + 2;
-        }
-        run(&w, QStringLiteral("mnuDLTiming"));
-        QVERIFY(!w.IsTemplate());
-        // Disabled in their places: the row does not move and nothing overlaps.
-        QVERIFY(!tool(w, 1)->isEnabled());
-        for (int k = 0; k < kShownTools.size(); ++k)
-            QCOMPARE(tool(w, kShownTools[k])->geometry(), places[k]);
-        run(&w, QStringLiteral("cmdTools(0)"));
-        // UpdateState disabled Put and Properties; the tool-button handler enabled every button
-        // again at its end, as the program always did.
-        QVERIFY(tool(w, 1)->isEnabled());
-        QVERIFY(tool(w, 4)->isEnabled());
-        QVERIFY(!control<QAction>(&w, QStringLiteral("mnuProperties"))->isEnabled());
     }
     void putAllSendsWhatThePanesShow()
     {
@@ -321,11 +256,6 @@ private slots:
         const QStringList putAll{QStringLiteral("ActivateTools(1)"), QStringLiteral("cmdTools_Click(1)")};
         // Each record is shown as soon as it came, before the next one is read.
         QTest::newRow("get all, timing") << PartWay{get, 0x14, "", trail("get timing", QStringList{"InitDLTiming"} + getAll)};
-        QTest::newRow("get all, counters") << PartWay{get, 0x15, "timing", trail("get counters", QStringList{"InitCounters"} + getAll)};
-        QTest::newRow("get all, game timer")
-            << PartWay{get, 0x16, "timing counters", trail("get gametimer", QStringList{"InitDLCountDownTimers"} + getAll)};
-        QTest::newRow("get all, battery")
-            << PartWay{get, 0x17, "timing counters gametimer", trail("get battery", QStringList{"InitBatteryIndicator"} + getAll)};
         QTest::newRow("get all, options")
             << PartWay{get, 0x18, "timing counters gametimer battery", trail("get options", QStringList{"InitDLOptions"} + getAll)};
         QTest::newRow("get all, ramping")
@@ -512,7 +442,6 @@ private slots:
         QFETCH(bool, visible);
         WindowHarness h;
         fTolvaneMan& w = h.open();
-        const QPalette system = QApplication::palette();
         for (int combination = 0; combination < 8; ++combination) {
             const bool expert = combination & 1;
             const bool copyCTO = combination & 2;
@@ -526,38 +455,16 @@ private slots:
                 const bool expected = rule(enabledWhen, expert, copyCTO, isTemplate) || (!visible && w.findChild<QAction*>(name));
                 QVERIFY2(state.enabled == expected, qPrintable(where + " enabled"));
                 QVERIFY2(state.visible == visible, qPrintable(where + " visible"));
-                // A disabled text box takes the button face's colour.
-                if (auto* box = qobject_cast<QLineEdit*>(w.findChild<QWidget*>(name)))
-                    QVERIFY2(box->palette().color(QPalette::Base) == system.color(expected ? QPalette::Base : QPalette::Button),
-                             qPrintable(where + " colour"));
             }
         }
+        // Left at expert, Close = Open and template: unticking Close = Open gives Cycle Time Close
+        // back at once, ticking it holds it again.
+        if (controls.contains(QLatin1String("txtTimingCTC")))
+            for (const bool follow : {false, true}) {
+                control<QCheckBox>(&w, QStringLiteral("chkCopyCTO"))->click();
+                QVERIFY(enabled(&w, QStringLiteral("txtTimingCTC")) != follow);
+            }
         QVERIFY(h.ui.script.errors.isEmpty());
-    }
-    void tabOrderGoesThroughThePanes()
-    {
-        WindowHarness h;
-        fTolvaneMan& w = h.open();
-        w.setIsTemplate(true);
-        control<QCheckBox>(&w, QStringLiteral("chkExpert"))->setChecked(true);
-        // Walk the focus chain from the first tool button: every pane is reached in its order.
-        QStringList reached;
-        QWidget* current = control<QWidget>(&w, QStringLiteral("cmdTools(0)"));
-        for (int step = 0; step < 400 && current; ++step) {
-            const bool takesTab = (current->focusPolicy() & Qt::TabFocus) && current->isVisibleTo(&w) && current->isEnabled();
-            for (QWidget* pane = takesTab ? current : nullptr; pane; pane = pane->parentWidget()) {
-                if (pane->objectName().startsWith(QLatin1String("fra"))) {
-                    if (reached.isEmpty() || reached.last() != pane->objectName())
-                        reached.append(pane->objectName());
-                    break;
-                }
-            }
-            current = current->nextInFocusChain();
-            if (current == control<QWidget>(&w, QStringLiteral("cmdTools(0)")))
-                break;
-        }
-        reached.removeDuplicates();
-        QCOMPARE(reached, (QStringList{"fraTiming", "fraOptions", "fraRamping", "fraCounters", "fraGameTimer"}));
     }
     void savingAfterTheFileWasTakenAway_data()
     {

@@ -50,6 +50,21 @@ bool enabled(QObject* window, const QString& name)
     return widget && widget->isEnabled();
 }
 
+QStringList enabledCommands(QObject* window)
+{
+    static const char* const held[] = {
+        "cmdTools(0)", "cmdTools(1)", "cmdTools(2)", "cmdTools(4)", "cmdTools(6)", "cmdReset(0)", "cmdReset(1)",
+        "mnuDLTiming", "mnuDLCounters", "mnuDLGameTimers", "mnuDLGunInfo", "mnuDLBattery", "mnuDLFirmware",
+        "mnuULTiming", "mnuULGameTimers", "mnuULFirmware", "mnuULAll", "mnuLibTemplates", "mnuProperties",
+        "mnuDefaultSettings", "mnuOptions", "mnuAbout", "mnuNew", "mnuExit",
+    };
+    QStringList names;
+    for (const char* name : held)
+        if (enabled(window, QLatin1String(name)))
+            names << QLatin1String(name);
+    return names;
+}
+
 QString text(QObject* window, const QString& name)
 {
     return control<QLineEdit>(window, name)->text();

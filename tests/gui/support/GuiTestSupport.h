@@ -50,6 +50,9 @@ T* control(QObject* window, const QString& name)
 void run(QObject* window, const QString& name);
 // Whether the command or control of that name (a menu item or a widget) can be used.
 bool enabled(QObject* window, const QString& name);
+// Of every command the main window holds while a grip command or a firmware transfer runs, the
+// ones that can be used.
+QStringList enabledCommands(QObject* window);
 // The text of the text box of that name.
 QString text(QObject* window, const QString& name);
 // Replaces what a text box holds by typing (an empty text erases it).

@@ -9,10 +9,7 @@ class ScriptedQtUi : public QtUserInterface {
 public:
     ScriptedUi script; // the answers and the record of what was shown
 
-    void showMessage(const QString& text, const QString& title, MsgIcon icon) override
-    {
-        script.showMessage(text, title, icon);
-    }
+    void showMessage(const QString& text, const QString& title, MsgIcon icon) override { script.showMessage(text, title, icon); }
     bool askYesNo(const QString& text, const QString& title, MsgIcon icon, bool defaultNo) override
     {
         return script.askYesNo(text, title, icon, defaultNo);
@@ -21,14 +18,8 @@ public:
     {
         return script.inputBox(prompt, title, defaultText);
     }
-    std::optional<QString> openFileName(const FileDialogRequest& request) override
-    {
-        return script.openFileName(request);
-    }
-    std::optional<QString> saveFileName(const FileDialogRequest& request) override
-    {
-        return script.saveFileName(request);
-    }
+    std::optional<QString> openFileName(const FileDialogRequest& request) override { return script.openFileName(request); }
+    std::optional<QString> saveFileName(const FileDialogRequest& request) override { return script.saveFileName(request); }
     void showError(const MarloError& error, const QString& version, const QString& title) override
     {
         script.showError(error, version, title);
