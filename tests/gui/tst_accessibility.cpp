@@ -4,8 +4,7 @@
 // the screen reader, and every control that takes the focus shows that it has it. Beside the
 // walk: the names are those of the captions, value labels are described by theirs, and the
 // library's columns are read by their headers. In German: the captions come from the
-// translation, no two controls of a menu or a window answer to the same mnemonic and no caption is
-// cut off.
+// translation and no caption is cut off. (The battery indicator as a progress bar: tst_widgets.)
 #include "GuiTestSupport.h"
 
 #include "base/mErrCodes.h"
@@ -26,12 +25,8 @@
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QAccessible>
-#include <QGroupBox>
-#include <QMenu>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QRegularExpression>
 #include <QStyleOptionButton>
 #include <QTabBar>
 
@@ -211,53 +206,6 @@ QStringList focusNotShown(QWidget* window)
     return faults;
 }
 
-QChar mnemonicOf(const QString& text)
-{
-    static const QRegularExpression pattern(QStringLiteral("&([^&\\s])"));
-    const QRegularExpressionMatch match = pattern.match(QString(text).remove(QLatin1String("&&")));
-    return match.hasMatch() ? match.captured(1).at(0).toLower() : QChar();
-}
-
-// "letter: text, text" for every mnemonic that more than one of the texts has.
-QStringList clashes(const QStringList& texts)
-{
-    QMap<QChar, QStringList> owners;
-    for (const QString& text : texts) {
-        if (const QChar letter = mnemonicOf(text); !letter.isNull())
-            owners[letter] << text;
-    }
-    QStringList found;
-    for (auto it = owners.cbegin(); it != owners.cend(); ++it) {
-        if (it.value().size() > 1)
-            found << QString(it.key()) + QStringLiteral(": ") + it.value().join(QStringLiteral(", "));
-    }
-    return found;
-}
-
-// The captions of a window a mnemonic reaches at once: its buttons, its labels with a buddy, its
-// tabs and its menu bar's menus (not the menus' items, which count within their menu).
-QStringList windowCaptions(QWidget* window)
-{
-    QStringList texts;
-    for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
-        if (button->isVisibleTo(window))
-            texts << button->text();
-    }
-    for (QLabel* label : window->findChildren<QLabel*>()) {
-        if (label->buddy() && label->isVisibleTo(window))
-            texts << label->text();
-    }
-    for (QTabBar* tabs : window->findChildren<QTabBar*>()) {
-        for (int i = 0; i < tabs->count(); ++i)
-            texts << tabs->tabText(i);
-    }
-    if (auto* main = qobject_cast<QMainWindow*>(window)) {
-        for (QAction* menu : main->menuBar()->actions())
-            texts << menu->text();
-    }
-    return texts;
-}
-
 // How much of a control's caption does not fit (0: none): a push button's text against the room
 // the style leaves it inside its frame (the style's wider minimum is a matter of looks), anything
 // else against its minimum size.
@@ -352,9 +300,7 @@ private slots:
         QTest::addColumn<QString>("label");
         QTest::addColumn<QString>("caption"); // read as the description; the value is the name
         QTest::newRow("rate of fire") << "fTolvaneMan/get" << "lblROFbps" << "Rate of Fire";
-        QTest::newRow("max rate of fire") << "fTolvaneMan/get" << "lblMaxROF" << "Max ROF";
         QTest::newRow("library file") << "fTolvaneMan/get" << "stbStatus.Panels(1)" << "Library";
-        QTest::newRow("firmware version") << "fTolvaneMan/get" << "FWVer" << "Firmware version";
         QTest::newRow("status") << "fTolvaneMan/transfer" << "stbStatus.Panels(3)" << "Status";
         QTest::newRow("property editor") << "fSetsTemplate/0" << "lblST" << "Shot time";
         QTest::newRow("error advice") << "ErrorWindow" << "lblWhatToDo" << "What to do";
@@ -371,20 +317,6 @@ private slots:
         QCOMPARE(face->text(QAccessible::Name), shown->text());
         QCOMPARE(face->text(QAccessible::Description), caption);
     }
-    void batteryIsAProgressBar()
-    {
-        const ShownWindow shown(QStringLiteral("fTolvaneMan"));
-        QWidget* window = shown.window;
-        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(control<ucIProgress>(window, QStringLiteral("ucIProgress1")));
-        QCOMPARE(face->role(), QAccessible::ProgressBar);
-        QCOMPARE(face->text(QAccessible::Value), QStringLiteral("No voltage read"));
-        QVERIFY(!face->valueInterface()->currentValue().isValid());
-        run(window, QStringLiteral("mnuDLBattery"));
-        QCOMPARE(face->text(QAccessible::Value), QStringLiteral("5.61 V"));
-        QCOMPARE(face->valueInterface()->currentValue().toDouble(), 5.61);
-        QCOMPARE(face->valueInterface()->minimumValue().toDouble(), 4.0);
-        QCOMPARE(face->valueInterface()->maximumValue().toDouble(), 5.8);
-    }
     void libraryColumnsAreReadByTheirHeaders()
     {
         const ShownWindow shown(QStringLiteral("fLibSets"));
@@ -400,14 +332,11 @@ private slots:
     {
         QTest::addColumn<QString>("control");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("tool button Get") << "cmdTools(0)" << "Aus&lesen";
         QTest::newRow("tool button Put") << "cmdTools(1)" << QString::fromUtf8("&Übertragen");
         QTest::newRow("menu File") << "mnuFile" << "&Datei";
         QTest::newRow("menu Get Timing") << "mnuDLTiming" << "&Zeitwerte";
         QTest::newRow("timing pane") << "fraTiming" << "Zeitwerte";
-        QTest::newRow("firing mode") << "lblFiringModes" << "Feuermodus:";
         QTest::newRow("firing modes") << "cboFiringModes" << "Semi-Auto|Classic|Sniper|NXL Full Auto|Burst 3|Ramping";
-        QTest::newRow("ramping modes") << "cboHyperModes" << "Ramping unbegrenzt|Ramping 100 %|Ramping 75 %|Ramping 50 %|Ramping 33 %";
     }
     void germanMainWindowCaptions()
     {
@@ -417,53 +346,13 @@ private slots:
         const ShownWindow main(QStringLiteral("fTolvaneMan/get"), QStringLiteral("firmware=4.0.0")); // the firmware decides the modes
         QObject* found = main.window->findChild<QObject*>(control);
         QVERIFY2(found, qPrintable(control));
-        QString shown;
-        if (auto* action = qobject_cast<QAction*>(found))
-            shown = action->text();
-        else if (auto* menu = qobject_cast<QMenu*>(found))
-            shown = menu->menuAction()->text();
-        else if (auto* button = qobject_cast<QAbstractButton*>(found))
-            shown = button->text();
-        else if (auto* label = qobject_cast<QLabel*>(found))
-            shown = label->text();
-        else if (auto* box = qobject_cast<QGroupBox*>(found))
-            shown = box->title();
-        else if (auto* list = qobject_cast<QComboBox*>(found)) {
-            QStringList items;
+        // A menu and a group box show their title, an action, a button or a label its text, a list its items.
+        QString shown = found->property(found->property("title").isValid() ? "title" : "text").toString();
+        if (auto* list = qobject_cast<QComboBox*>(found)) {
             for (int i = 0; i < list->count(); ++i)
-                items << list->itemText(i);
-            shown = items.join(QLatin1Char('|'));
+                shown += (i ? QStringLiteral("|") : QString()) + list->itemText(i);
         }
         QCOMPARE(shown, caption);
-    }
-
-    void germanMnemonicsDoNotClash_data()
-    {
-        QTest::addColumn<QString>("window");
-        QTest::addColumn<QString>("menu"); // a menu of the main window; empty: the window itself
-        for (const char* menu : {"mnuFile", "mnuEdit", "mnuFunction", "mnuDownload", "mnuUpload", "mnuView", "mnuHelp"})
-            QTest::newRow(menu) << "fTolvaneMan" << QString::fromLatin1(menu);
-        for (const QString& window : windows(false))
-            QTest::newRow(qPrintable(window)) << window << QString();
-    }
-    void germanMnemonicsDoNotClash()
-    {
-        QFETCH(QString, window);
-        QFETCH(QString, menu);
-        QCOMPARE(mLanguage::Install({QStringLiteral("de_DE")}), QStringLiteral("de"));
-        const ShownWindow shown(window);
-        QStringList texts;
-        if (menu.isEmpty()) {
-            texts = windowCaptions(shown.window);
-        } else {
-            auto* items = control<QMenu>(shown.window, menu);
-            QVERIFY(items);
-            for (QAction* action : items->actions())
-                texts << action->text();
-        }
-        QVERIFY(!texts.isEmpty());
-        const QStringList found = clashes(texts);
-        QVERIFY2(found.isEmpty(), qPrintable(found.join(QStringLiteral("; "))));
     }
 
     void germanNothingIsCutOff_data() { addWindowRows(false); }

@@ -1,7 +1,7 @@
 // Function > "Compare with grip..." against the virtual grip behind the in-memory port: the table
 // it shows, a port that vanishes part-way, what the window does while it reads (commands held,
-// progress, step text), that nothing reaches the grip, the window's records or the library, and
-// the window's own manners.
+// progress, step text), that nothing reaches the grip, the window's records or the library (the
+// next put sends what the one before sent), and the window's own manners.
 #include "GuiTestSupport.h"
 
 #include "gui/grip/fCompareGrip.h"
@@ -81,8 +81,10 @@ private slots:
         WindowHarness h(QStringLiteral("firmware=4.0.5"));
         fTolvaneMan& w = h.open();
         // The grip holds what the window would put, then perhaps something else.
+        h.takeCodes();
         run(&w, QStringLiteral("mnuULAll"));
         GUITEST_NO_ERRORS(h.ui.script);
+        const QList<QByteArray> firstPut = h.grip.link.port.frames;
         if (gripChanged) // the LED switch on, another load time and ramping mode
             h.grip.grip.updateState([](gripsim::GripState& s) {
                 s.timing.loadTime = 40;
@@ -122,11 +124,13 @@ private slots:
             QVERIFY2(code < 0x20, qPrintable(QString::number(code, 16)));
         QCOMPARE(h.grip.grip.state(), gripBefore);
         QCOMPARE(heldByTheProgram(w), before);
-        // And the window is usable again.
+        // And the window is usable again; its next put sends the bytes the first one sent.
         QVERIFY(w.findChild<QAction*>(QStringLiteral("mnuCompare"))->isEnabled());
         QVERIFY(w.findChild<QAction*>(QStringLiteral("mnuULAll"))->isEnabled());
         QVERIFY(!w.findChild<QProgressBar*>(QStringLiteral("pgbProgress"))->isVisible());
         QCOMPARE(mMain::MousePointerDepth(), 0);
+        run(&w, QStringLiteral("mnuULAll"));
+        QCOMPARE(h.grip.link.port.frames, firstPut);
     }
 
     void theWindowKeepsItsSizeAndSortsByValue()

@@ -1,6 +1,6 @@
-// The timing editor of the main window: limits, slider, up-down and text in step, typed values
-// the slider refuses, the mode lists by firmware, Close = Open, the option switches and their
-// limits, the rate of fire and the default settings.
+// The timing editor of the main window: limits, slider, up-down and text in step, pasted values
+// the slider refuses and text that is no number, the mode lists by firmware, Close = Open, the
+// option switches and their limits, and the default settings (with no rate of fire).
 #include "GuiTestSupport.h"
 
 #include "grip/cHyper.h"
@@ -93,49 +93,38 @@ private slots:
         QCOMPARE(values(), (QList<int>{14, 14, 14}));
         GUITEST_NO_ERRORS(h.ui.script);
     }
-    void aValueOutsideTheSliderIsReported()
+    // A pasted value the slider refuses, or text that is no number: reported once, with where it
+    // happened; the record, the box and the slider keep the last good value, the window stays usable.
+    void badTimingIsReportedOnce_data()
     {
-        WindowHarness h;
-        fTolvaneMan& w = openExpert(h);
-        type(&w, QStringLiteral("txtTimingST"), QStringLiteral("12"));
-        type(&w, QStringLiteral("txtTimingST"), QStringLiteral("50"));
-        // "5" is taken, "50" is outside the slider's range: refused once, and for good.
-        QCOMPARE(h.ui.script.errors.size(), 1);
-        QCOMPARE(h.ui.script.errors.first().Number(), 380);
-        QCOMPARE(h.ui.script.errors.first().Trail().last().procedure, QStringLiteral("txtlShotTime_Change"));
-        QCOMPARE(text(&w, QStringLiteral("txtTimingST")), QStringLiteral("5"));
-        QCOMPARE(w.ActiveSetting()->lShotTime(), 5);
-        QCOMPARE(control<QSlider>(&w, QStringLiteral("sldST"))->value(), 5);
-        QVERIFY(enabled(&w, QStringLiteral("cmdTools(0)")));
+        QTest::addColumn<int>("timing");
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("procedure");
+        QTest::newRow("outside the slider") << int(fTolvaneMan::ST) << "50" << 380 << "txtlShotTime_Change";
+        QTest::newRow("no number") << int(fTolvaneMan::DT) << "fast" << 13 << "txtlDwellTime_Change";
     }
-    void textThatIsNoNumberIsReportedOnce()
+    void badTimingIsReportedOnce()
     {
+        QFETCH(int, timing);
+        QFETCH(QString, pasted);
+        QFETCH(int, error);
+        QFETCH(QString, procedure);
         WindowHarness h;
         fTolvaneMan& w = openExpert(h);
-        type(&w, QStringLiteral("txtTimingDT"), QStringLiteral("9"));
-        control<QLineEdit>(&w, QStringLiteral("txtTimingDT"))->setText(QStringLiteral("fast"));
+        const fTolvaneMan::TimingControls c = w.timing(timing);
+        type(c.text, QStringLiteral("12"));
+        c.text->selectAll();
+        c.text->insert(pasted);
         QCOMPARE(h.ui.script.errors.size(), 1);
-        QCOMPARE(h.ui.script.errors.first().Number(), 13);
+        QCOMPARE(h.ui.script.errors.first().Number(), error);
         QCOMPARE(h.ui.script.errors.first().Trail().first().module, QStringLiteral("cifSetsTemplate"));
-        QCOMPARE(w.ActiveSetting()->lDwellTime(), 9); // the record keeps its value
-        QCOMPARE(text(&w, QStringLiteral("txtTimingDT")), QStringLiteral("9")); // and the box shows it
-    }
-    void rateOfFire_data()
-    {
-        QTest::addColumn<QList<int>>("times"); // dwell, open, load, close (shot time never counts)
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("nothing set: empty, never 0") << QList<int>{0, 0, 0, 0} << "";
-        QTest::newRow("defaults") << QList<int>{10, 30, 35, 28} << "9.7";
-    }
-    void rateOfFire()
-    {
-        QFETCH(QList<int>, times);
-        QFETCH(QString, shown);
-        WindowHarness h;
-        fTolvaneMan& w = openExpert(h);
-        for (int i = 0; i < 4; ++i)
-            w.timing(fTolvaneMan::DT + i).text->setText(QString::number(times[i]));
-        QCOMPARE(control<QLabel>(&w, QStringLiteral("lblROFbps"))->text(), shown);
+        QCOMPARE(h.ui.script.errors.first().Trail().last().procedure, procedure);
+        const auto s = w.ActiveSetting();
+        QCOMPARE((QList<int>{s->lShotTime(), s->lDwellTime()}[timing]), 12);
+        QCOMPARE(c.text->text(), QStringLiteral("12"));
+        QCOMPARE(c.slider->value(), 12);
+        QVERIFY(enabled(&w, QStringLiteral("cmdTools(0)")));
     }
     void modeListsFollowTheFirmware_data()
     {
@@ -246,6 +235,7 @@ private slots:
         QCOMPARE((QList<int>{setting->lShotTime(), setting->lDwellTime(), setting->lCycleTimeOpen(), setting->lLoadTime(), setting->lCycleTimeClose()}),
                  (QList<int>{0, 0, 0, 0, 0}));
         QCOMPARE(text(&w, QStringLiteral("txtTimingLT")), QStringLiteral("0"));
+        QCOMPARE(control<QLabel>(&w, QStringLiteral("lblROFbps"))->text(), QString()); // no rate of fire, never 0
         QVERIFY(!setting->bExpertMode() && !setting->bCTCLikeCTO());
         // Eye OK Max is the one switch that defaults to on.
         QStringList ticked;

