@@ -15,8 +15,8 @@
 
 #include <QCryptographicHash>
 #include <QRegularExpression>
-#include <functional>
 #include <QtTest>
+#include <functional>
 
 namespace {
 
