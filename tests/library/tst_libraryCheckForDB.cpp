@@ -75,7 +75,6 @@ private slots:
         QTest::addColumn<Start>("start");
         const QStringList none;
         QTest::newRow("library at the default") << Start{"-", "<default>", true, none, true, "-", "<default>"};
-        QTest::newRow("empty DBName is the default") << Start{"", "<default>", false, none, true, "", "<default>"};
         QTest::newRow("template to the default") << Start{"", "", true, none, true, "", "<default>"};
         QTest::newRow("template to DBName") << Start{"<configured>", "", true, none, true, "<configured>", "<configured>"};
         QTest::newRow("template to the given file") << Start{"<given>", "", true, none, true, "-", "<given>"};
@@ -132,6 +131,19 @@ private slots:
         QVERIFY(mode.exec(QStringLiteral("PRAGMA synchronous")) && mode.next() && mode.value(0).toInt() == 1);  // NORMAL
     }
 
+    // A folder is said to be one, the template at hand: nothing is made in it or in its place, and nobody is asked.
+    void folder()
+    {
+        StartUp s;
+        QVERIFY(QFile::copy(builtTemplate(), mDatabase::TemplatePath()));
+        mDatabase::SetPathOverride(s.dir.path());
+        QVERIFY(!s.check());
+        QCOMPARE(s.ui.errors.size(), 1);
+        QCOMPARE(s.ui.errors[0].Description(),
+                 QStringLiteral("The library file \"%1\" is a folder: give the path of a library file.").arg(s.dir.path()));
+        QVERIFY(s.ui.questions.isEmpty() && QDir(s.dir.path()).isEmpty());
+    }
+
     void notALibrary_data()
     {
         QTest::addColumn<QByteArray>("content");  // "<template>": a copy of the template
@@ -146,8 +158,6 @@ private slots:
         // -shm files beside it, let alone switching it.
         QTest::newRow("another program's, WAL") << QByteArray("<template>")
             << "PRAGMA journal_mode=WAL;DROP TABLE ta_SetsTemplate;CREATE TABLE accounts (id, owner)" << "no table ta_SetsTemplate";
-        QTest::newRow("another program's, one table alike") << QByteArray("<template>")
-            << "DROP TABLE ta_UserVar;CREATE TABLE other (x)" << "no table ta_UserVar";
     }
 
     void notALibrary()

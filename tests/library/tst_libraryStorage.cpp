@@ -2,9 +2,9 @@
 // type and bytes). A scripted session of saves, edits, deletes and an import with hostile texts
 // (quotes, SQL, NUL, lone surrogate halves, U+FFFE and U+FFFF stored as U+FFFD, a leading U+FEFF,
 // 65,535 characters), extreme numbers and dates leaves exactly the rows, touched in exactly the
-// order, recorded in data/storage_session.txt: keys with quotes and SQL in them reach their own
-// rows only, and a save touches no row it does not name. Besides: a date no row holds, and a
-// record with a key from elsewhere (an empty one too) written, loaded, read and deleted.
+// order, recorded in data/storage_session.txt. Besides: a single change and a save write exactly
+// the rows they name, whatever the keys hold (quotes, SQL, nothing) and whatever look-alike keys
+// lie beside them; and a date no row holds.
 //
 // Every row written, updated or deleted is logged by triggers put into the test's own file, so
 // the order of the rows a save touches is seen as SQLite saw it.
@@ -16,6 +16,7 @@
 #include <QCryptographicHash>
 #include <QRegularExpression>
 #include <QtTest>
+#include <functional>
 
 namespace {
 
@@ -32,6 +33,8 @@ const QString kV5 = QStringLiteral("v'; DELETE FROM ta_UserVar; --");
 const QString kVersion = QStringLiteral("{30000000-0000-4000-8000-000000000000}");
 
 QString lone(char16_t unit) { return QString(QChar(unit)); }
+// A text as the log and the rows show it: its UTF-8 bytes in hexadecimal.
+QString hex(const QString& text) { return QString::fromLatin1(text.toUtf8().toHex().toUpper()); }
 
 // 65,535 characters, the longest text a template may carry: quotes, SQL and a pair at the end.
 QString longText()
@@ -58,7 +61,7 @@ QString cell(const QSqlRecord& row, int typeIndex)
 QString maskKeys(QString text, const QSet<QString>& newKeys)
 {
     for (const QString& key : newKeys)
-        text.replace(QString::fromLatin1(key.toUtf8().toHex().toUpper()), QStringLiteral("<new key>"));
+        text.replace(hex(key), QStringLiteral("<new key>"));
     return text;
 }
 
@@ -141,6 +144,8 @@ std::shared_ptr<cUserVar> addVariable(cSetsTemplate& record, const QString& id, 
     return record.colUserVar().AddByObject(variable);
 }
 
+using Change = std::function<void(cColSetsTemplate&, cSetsTemplate&)>;
+
 } // namespace
 
 class tst_libraryStorage : public QObject {
@@ -165,47 +170,75 @@ private slots:
         QCOMPARE(f.row(QStringLiteral("SELECT dtDate FROM ta_SetsTemplate")).value(0).toString(), QStringLiteral("9999-01-02"));
     }
 
-    void hostileIds_data()
+    void touchesOnlyItsRows_data()
     {
-        QTest::addColumn<QString>("id");
-        QTest::newRow("or true") << QStringLiteral("x' OR '1'='1");
-        QTest::newRow("empty") << QString();
+        QTest::addColumn<QString>("id"); // the template changed
+        QTest::addColumn<Change>("change");
+        QTest::addColumn<QStringList>("log"); // the rows the save touches, in order: what, table, key
+        const auto row = [](const char* name, const Change& change, const QStringList& log, const QString& id = kT3) {
+            QTest::newRow(name) << id << change << log;
+        };
+        const QString t3 = " ta_SetsTemplate " + hex(kT3), v5 = " ta_UserVar " + hex(kV5), v4 = " ta_UserVar " + hex(kV4);
+        row("a template's name", [](cColSetsTemplate&, cSetsTemplate& r) { r.setsName(kT3); }, {"UPDATE" + t3});
+        row("a template's number", [](cColSetsTemplate&, cSetsTemplate& r) { r.setlGameTime(INT32_MIN); }, {"UPDATE" + t3});
+        row("a variable's value", [](cColSetsTemplate&, cSetsTemplate& r) { r.colUserVar().Item(1)->setsValue(kV5); }, {"UPDATE" + v5});
+        row("a variable deleted", [](cColSetsTemplate&, cSetsTemplate& r) { r.colUserVar().Item(1)->setIsDeleted(true); }, {"DELETE" + v5});
+        // Its variables' rows stay, as they always did: no template loads them again.
+        row("a template deleted", [](cColSetsTemplate&, cSetsTemplate& r) { r.setIsDeleted(true); }, {"DELETE" + t3});
+        row("a template with an empty key deleted", [](cColSetsTemplate&, cSetsTemplate& r) { r.setIsDeleted(true); },
+            {"DELETE ta_SetsTemplate "}, QString());
+        row("a variable added", [](cColSetsTemplate&, cSetsTemplate& r) { addVariable(r, kV4, QStringLiteral("a"), QStringLiteral("b")); },
+            {"INSERT" + v4});
+        row("a template added", [](cColSetsTemplate& library, cSetsTemplate&) {
+            auto added = newTemplate(kT5, QString(), {0, 0, 0, 0, 0, 0, 0, 0, 0}, QDate(2001, 8, 1), {false, false, false, false});
+            addVariable(*added, kV4, QStringLiteral("a"), QStringLiteral("b"));
+            library.AddByObject(added);
+        }, {"INSERT ta_SetsTemplate " + hex(kT5), "INSERT" + v4});
+        row("the same value again", [](cColSetsTemplate&, cSetsTemplate& r) { r.setlGameTime(r.lGameTime()); }, {});
     }
-    // A record whose key came from a library made elsewhere (quotes and SQL, or empty) is
-    // written, loaded again, changed, read and deleted: every statement reaches its own row, and
-    // the neighbour's rows are never touched.
-    void hostileIds()
+    // Templates with keys from a library made elsewhere (quotes, SQL, an empty one), each with a
+    // variable, beside a neighbour's rows with look-alike keys. One change and a save: exactly the
+    // rows it names are written, and every other row stays byte for byte as it was.
+    void touchesOnlyItsRows()
     {
         QFETCH(QString, id);
+        QFETCH(Change, change);
+        QFETCH(QStringList, log);
         LIBRARY_FIXTURE(f);
-        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("{N}"))));
-        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('{NV}', '{N}', 'v', 'n', 'neighbour value')")));
-        auto record = std::make_shared<cSetsTemplate>();
-        record->colUserVar().Clear();
-        record->setID(id);
-        record->AddUserVar(QStringLiteral("a"), QStringLiteral("1"));
-        QVERIFY(f.library().AddByObject(record));
+        Storage storage(f);
+        QVERIFY(storage.logStatements());
+        // Look-alikes a key with quotes would reach if it were SQL: "x", "1", everything.
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("x"))));
+        QVERIFY(f.exec(LibraryTest::templateRow(QStringLiteral("1"))));
+        QVERIFY(f.exec(QStringLiteral("INSERT INTO ta_UserVar VALUES ('v', 'x', 'v', 'n', 'neighbour')")));
+        for (const QString& key : {kT1, kT3, kT4, QString()}) {
+            auto record = newTemplate(key, QStringLiteral("name \"") + key, {1, 2, 3, 4, 5, 6, 7, 8, 9}, QDate(2001, 8, 1),
+                                      {true, false, true, false});
+            addVariable(*record, key == kT3 ? kV5 : key + QStringLiteral("-v"), QStringLiteral("n"), QStringLiteral("value"));
+            f.library().AddByObject(record);
+        }
         f.save();
+        f.save(); // the edits made after the insert
         f.restart();
-        record = f.library().Item(id);
-        QVERIFY(record);
-        // Its own variables only: an empty key owns none (it would otherwise gather every variable).
-        QCOMPARE(record->colUserVar().Count(), id.isEmpty() ? 0 : 1);
-        QCOMPARE(f.library().Item(QStringLiteral("{N}"))->colUserVar().Count(), 1);
-        record->setlShotTime(99);
-        if (!id.isEmpty())
-            record->colUserVar().Item(1)->setsValue(QStringLiteral("16"));
-        f.save();
-        QSqlDatabase connection;
-        record->setlShotTime(1);
-        record->Read(connection);
-        QCOMPARE(record->lShotTime(), 99);
-        record->setIsDeleted(true);
+        QCOMPARE(f.library().Count(), 6);
+        // Each its own variables: an empty key owns none (it would otherwise gather every variable).
+        QCOMPARE(f.library().Item(kT3)->colUserVar().Count(), 1);
+        QCOMPARE(f.library().Item(QString())->colUserVar().Count(), 0);
+        const QStringList before = storage.rows();
+        storage.takeLog();
+        change(f.library(), *f.library().Item(id));
         f.save();
         QVERIFY2(f.ui.errors.isEmpty(), qPrintable(f.firstError()));
-        QCOMPARE(f.count(QStringLiteral("SELECT COUNT(*) FROM ta_SetsTemplate")), 1);
-        QCOMPARE(f.count(QStringLiteral("SELECT lShotTime FROM ta_SetsTemplate WHERE ID = '{N}'")), 11);
-        QCOMPARE(f.row(QStringLiteral("SELECT sValue FROM ta_UserVar WHERE ID = '{NV}'")).value(0).toString(), QStringLiteral("neighbour value"));
+        QCOMPARE(storage.takeLog(), log);
+        // Every row the save did not name is as it was, byte for byte.
+        const auto unnamed = [&](QStringList rows) {
+            for (const QString& line : log) {
+                const QString start = line.section(QLatin1Char(' '), 1, 1) + QStringLiteral(" ID=text:") + line.section(QLatin1Char(' '), 2);
+                rows.removeIf([&](const QString& row) { return row.startsWith(start + QLatin1Char(' ')); });
+            }
+            return rows;
+        };
+        QCOMPARE(unnamed(storage.rows()), unnamed(before));
     }
 
     // Made, saved, edited, deleted and imported with hostile texts, extreme numbers and keys of a

@@ -1,6 +1,6 @@
-// Preferences: text forms, round trips, odd and unreadable values in the file (read key by key,
-// each bad one at its default, and reported once), window placement. (The options' and
-// ramping's defaults and ranges: tst_gripRecords.)
+// Preferences: text forms, odd and unreadable values in the file (read key by key, each bad one
+// at its default, and reported once), and the upload form the grip's firmware asks for. (The
+// options' and ramping's defaults and ranges: tst_gripRecords; DBChanged: tst_options.)
 #include "ScriptedUi.h"
 #include "TestFiles.h"
 
@@ -135,31 +135,22 @@ private slots:
     }
     void cleanup() { mMain::SetUserInterface(nullptr); }
 
-    // What the file holds for a setting, and that the next start reads it back: booleans as
-    // True/False, texts with commas, braces and an equals sign as they were; a value that could
-    // not be read is replaced once it is set.
+    // What the file holds for a setting: booleans as True/False; a value that could not be read is
+    // replaced once it is set.
     void textForms()
     {
-        const QString key = QStringLiteral("{8C5B1E2A-0000-4000-8000-0123456789AB}");
-        writeIni("[Initialize]\nCommPort=abc\n"); // an unreadable value stays until it is set
+        writeIni("[Initialize]\nCommPort=abc\n");
         {
             cRegistrySettings prefs;
             QCOMPARE(prefs.Unreadable().size(), 1);
             prefs.setShowSplash(false);
             prefs.setCommPort(3);
             prefs.setGripEye(true);
-            prefs.setCommSettings(QStringLiteral("19200,E,7,2"));
-            prefs.setLastKey(key);
-            prefs.setCommDevice(QStringLiteral("sim:firmware=1.1.70"));
         }
         const QString ini = QString::fromUtf8(readIni());
         for (const char* line : {"[Initialize]", "ShowSplash=False", "GripEye=True", "CommPort=3"})
             QVERIFY2(ini.contains(QLatin1String(line)), qPrintable(ini));
-        cRegistrySettings prefs;
-        QVERIFY(prefs.Unreadable().isEmpty());
-        compareValues(prefs, {{"Initialize/ShowSplash", false}, {"Initialize/CommPort", 3}, {"Initialize/GripEye", true},
-                              {"Initialize/CommSettings", "19200,E,7,2"}, {"Initialize/LastKey", key},
-                              {"Initialize/CommDevice", "sim:firmware=1.1.70"}});
+        QVERIFY(cRegistrySettings().Unreadable().isEmpty());
     }
     // A file that is no preferences file at all: every value at its default, nothing reported.
     void junkFile()
@@ -188,8 +179,6 @@ private slots:
         row("CommPort empty", "Initialize/CommPort=", 1, "[Initialize] CommPort = \"\" (not a number)");
         row("CommInputMode rounds to one past 32 bits", "Initialize/CommInputMode=2147483647.5", 1,
             "[Initialize] CommInputMode = \"2147483647.5\" " + int32);
-        row("CommInputMode below 32 bits", "Initialize/CommInputMode=-2147483649", 1,
-            "[Initialize] CommInputMode = \"-2147483649\" " + int32);
         row("placement Height beyond a single", "fTolvaneMan/Height=1e39", 4000.0f,
             "[fTolvaneMan] Height = \"1e39\" (not a number from -3.402823466e+38 to 3.402823466e+38)");
         row("option time beyond its range", "Options/DefaultLoadTime=127", 45,
@@ -252,39 +241,6 @@ private slots:
         grip.Comm2Obj(QByteArray("\x43") + QByteArray(10, '\0') + QByteArray::fromHex(firmware.toLatin1()) + QByteArray(12, '\0'));
         QCOMPARE(grip.BackwardCompatibleUpload(), answer);
         QCOMPARE(prefs.StoredBackwardCompatibleUpload(), !answer);
-    }
-    void dbNameChangeMarksDBChanged()
-    {
-        cRegistrySettings prefs;
-        prefs.setDBName(prefs.DBName());
-        QCOMPARE(prefs.DBChanged(), false);
-        prefs.setDBName(QStringLiteral("/tmp/other.mdb"));
-        QCOMPARE(prefs.DBChanged(), true);
-        QCOMPARE(cRegistrySettings().DBChanged(), true);
-    }
-    // Stored under the window's name; a size not asked for is left alone; a maximised window keeps
-    // the position stored before, and is not moved when it is placed again.
-    void windowPlacement()
-    {
-        cRegistrySettings prefs;
-        FakeWindow window;
-        window.x = 1500;
-        window.y = 900;
-        prefs.SaveWindowState(window, true, false);
-        FakeWindow reopened;
-        prefs.WindowState(reopened, true, false);
-        QCOMPARE(reopened.x, 1500.0f);
-        QCOMPARE(reopened.y, 900.0f);
-        QCOMPARE(reopened.w, 3000.0f); // size not asked for: untouched
-        QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("[fTolvaneMan]")));
-        window.state = cPlacedWindow::StateMaximized;
-        window.x = 0;
-        prefs.SaveWindowState(window, true, true);
-        QVERIFY(QString::fromUtf8(readIni()).contains(QStringLiteral("Left=1500")));
-        FakeWindow maximised;
-        prefs.WindowState(maximised, true, true);
-        QCOMPARE(maximised.state, cPlacedWindow::StateMaximized);
-        QCOMPARE(maximised.x, 100.0f); // not moved while maximised
     }
 
 private:

@@ -1,6 +1,5 @@
-// A step named in the error trail, the two central routines, the grip's error record, the wait
-// pointer while hidden and the progress display. (The whole trail: tst_gripCommands; the nested
-// wait pointer: tst_startUp.)
+// The two central routines, the grip's error record, the nested wait pointer and the progress
+// display. (The error trail: tst_gripCommands; a step named in it: tst_firmwareworkflows.)
 #include "ScriptedUi.h"
 
 #include "base/MarloError.h"
@@ -48,20 +47,6 @@ private slots:
         record.Clear();
         QCOMPARE(record.ErrorCode(), 0);
     }
-    void passErrorsNamesTheStep()
-    {
-        try {
-            PassErrors(QStringLiteral("mFirmware"), QStringLiteral("$Revision: 1 $"), QStringLiteral("LoadFile"), [](Procedure& proc) {
-                proc.setName(QStringLiteral("LoadFile - get filehandle"));
-                proc.setName(QStringLiteral("LoadFile - open file (x.tvf)"));
-                RaiseRuntimeError(mErrCodes::RT_FILE_NOT_FOUND);
-            });
-            QFAIL("no error");
-        } catch (const MarloError& e) {
-            QCOMPARE(e.Trail().first().procedure, QStringLiteral("LoadFile - open file (x.tvf)"));
-            QCOMPARE(e.Description(), QStringLiteral("File not found"));
-        }
-    }
     void foreignExceptionsBecomeErrors()
     {
         const bool ok = ShowErrors(QStringLiteral("m"), QStringLiteral("r"), QStringLiteral("p"), [] { throw std::runtime_error("boom"); });
@@ -69,8 +54,15 @@ private slots:
         QCOMPARE(ui.errors.size(), 1);
         QCOMPARE(ui.errors.first().Description(), QStringLiteral("boom"));
     }
-    void showErrorsShowsAndResetsPointer()
+    // The wait pointer nests: only the outermost restore takes it away, or an error shown.
+    void waitPointerNests()
     {
+        mMain::WaitMousePointer();
+        mMain::WaitMousePointer();
+        mMain::RestoreMousePointer();
+        QCOMPARE(ui.busyPointer, (QList<bool>{true, true}));
+        mMain::RestoreMousePointer();
+        QCOMPARE(ui.busyPointer, (QList<bool>{true, true, false}));
         mMain::WaitMousePointer();
         mMain::WaitMousePointer();
         const bool ok = ShowErrors(QStringLiteral("fTolvaneMan"), QStringLiteral("$Revision: 2 $"), QStringLiteral("mnuDLTiming_Click"), [] { middle(); });

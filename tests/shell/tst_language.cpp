@@ -1,11 +1,10 @@
 // The language the programs speak: which one the environment asks for, what is loaded (and what
-// is not: a missing or broken file, a language without a translation), and that a message is
-// shown translated while what is written keeps it English. (A right-to-left language:
-// tst_germanWindows.)
+// is not: a missing or broken file, a language without a translation, a right-to-left one, whose
+// layout stays left to right), and that a message is shown translated while what is written
+// keeps it English.
 #include "base/MarloError.h"
 #include "base/mErrCodes.h"
 #include "firmware/mCommSupport.h"
-#include "grip/mGripComparison.h"
 #include "shell/mLanguage.h"
 
 #include <QCoreApplication>
@@ -30,7 +29,6 @@ private slots:
         QTest::newRow("LC_ALL before all") << QStringList{"LANG=fr_FR", "LC_MESSAGES=fr_FR", "LC_ALL=de_CH.UTF-8"} << QStringList{"de_CH"};
         // As gettext has it: the C locale is English whatever LANGUAGE says.
         QTest::newRow("C locale ignores LANGUAGE") << QStringList{"LC_ALL=C.UTF-8", "LANG=de_DE", "LANGUAGE=de"} << QStringList{"en"};
-        QTest::newRow("empty LANGUAGE entries") << QStringList{"LANG=de_DE", "LANGUAGE=::de::"} << QStringList{"de"};
     }
     void wantedLanguages()
     {
@@ -51,6 +49,7 @@ private slots:
         QTest::newRow("Austrian falls back to German") << QStringList{"de_AT"} << "build" << "de" << QString::fromUtf8("Überlauf");
         QTest::newRow("first language without a file") << QStringList{"fr", "de"} << "build" << "de" << QString::fromUtf8("Überlauf");
         QTest::newRow("English before German") << QStringList{"en_GB", "de"} << "build" << QString() << "Overflow";
+        QTest::newRow("right to left") << QStringList{"ar_EG", "he"} << "build" << QString() << "Overflow";
         QTest::newRow("missing file") << QStringList{"de"} << "empty" << QString() << "Overflow";
         QTest::newRow("broken file") << QStringList{"de"} << "broken" << QString() << "Overflow";
     }
@@ -106,26 +105,6 @@ private slots:
                  QString::fromUtf8("Übertragen fehlgeschlagen an Adresse: %1"));
         mLanguage::Remove();
         QCOMPARE(error.ShownDescription(), error.Description());
-    }
-
-    // A text that counts takes the plural form of the language shown: German by the translation's
-    // forms. (English by its own rule: tst_gripComparison.)
-    void countedTexts_data()
-    {
-        QTest::addColumn<int>("differing");
-        QTest::addColumn<QString>("summary");
-        QTest::newRow("one") << 1 << "1 Wert weicht ab";
-        QTest::newRow("eleven") << 11 << "11 Werte weichen ab";
-    }
-    void countedTexts()
-    {
-        QFETCH(int, differing);
-        QFETCH(QString, summary);
-        QCOMPARE(mLanguage::Install({QStringLiteral("de")}), QStringLiteral("de"));
-        mGripComparison::tComparison comparison;
-        for (int i = 0; i < differing; ++i)
-            comparison.values.append({mGripCommands::GripRecord::Timing, QStringLiteral("ShotTime"), i, i + 1});
-        QCOMPARE(mGripComparison::Summary(comparison), summary);
     }
 };
 
