@@ -1,9 +1,9 @@
 // One exchange with the grip, every way it can end, against the in-memory port; the real pause
 // after the code byte, never shorter than asked, and the busy flag that refuses an exchange an
-// event tries to start during it. Then what the exchange builds on: the
-// catalogue sizes, reading a byte of a frame, and the check byte. (Building a frame's bytes, the
-// variable sizes of the block writes and the hex helpers of the firmware file are pinned where
-// they are used: the record, block and firmware file tests.)
+// event tries to start during it. Then what the exchange builds on: the catalogue sizes, reading
+// a byte of a frame, and the check byte. (Building a frame's bytes, the variable sizes of the
+// block writes and the hex helpers of the firmware file are pinned where they are used: the
+// record, block and firmware file tests.)
 #include "TestLink.h"
 
 #include "base/MarloError.h"
