@@ -81,8 +81,6 @@ private slots:
         QTest::newRow("same") << fw << QStringList() << 0 << QStringList() << "The grip holds these settings";
         for (const QString& name : kNames)
             QTest::newRow(qPrintable(name + " differs")) << fw << QStringList{name} << 0 << QStringList{name} << "1 value differs";
-        QTest::newRow("three differ") << fw << QStringList{"LoadTime", "PreAlert2On", "HyperMode"} << 0
-                                      << QStringList{"LoadTime", "PreAlert2On", "HyperMode"} << "3 values differ";
         QTest::newRow("firmware without options and ramping") << QStringLiteral("firmware=1.1.69") << QStringList{"UseEye", "Shots"} << 0
                                                               << QStringList{"unsupported options ramping"} << "The grip holds these settings";
         QTest::newRow("grip silent on the options") << fw << QStringList{"Shots"} << 0x18

@@ -171,7 +171,6 @@ private slots:
         QTest::addColumn<QString>("command");
         QTest::addColumn<QString>("recorded"); // the records of the one entry; empty: no entry
         QTest::newRow("put all") << kGrip << "put all" << "gametimer options ramping timing";
-        QTest::newRow("put game timer") << kGrip << "put gametimer" << "gametimer";
         QTest::newRow("reset a counter") << kGrip << "reset 1" << "";
         QTest::newRow("old firmware: no options, no ramping") << "serial=HIST000001,firmware=1.1.0" << "get all" << "gametimer timing";
         QTest::newRow("ramping refused") << kGrip + QStringLiteral(",fault=nak@0x19") << "get all" << "gametimer options timing";

@@ -67,17 +67,14 @@ private slots:
         QTest::addColumn<QString>("way");    // put, get, both (the report carries the same bytes), new (put as made)
         QTest::addColumn<QString>("values"); // as fields() shows them
         QTest::addColumn<QString>("frame");  // the upload as sent, or (get) the report as received
-        QTest::newRow("timing new") << GripRecord::Timing << "new" << "0 0 0 0 0 0" << "24000000000000000000000000";
         QTest::newRow("timing defaults") << GripRecord::Timing << "both" << "10 10 30 35 28 0" << "240A0A1E231C000A0A1E231C00";
         QTest::newRow("timing first block") << GripRecord::Timing << "get" << "255 2 3 4 5 6" << "44FF02030405060A0A1E231C00";
-        QTest::newRow("timer new") << GripRecord::GameTimer << "new" << "0 0 0 0 0" << "2600000000000000";
         QTest::newRow("timer example") << GripRecord::GameTimer << "put" << "10 1 300 0 60" << "260A012C01003C00";
         QTest::newRow("timer switch 2 is off") << GripRecord::GameTimer << "get" << "10 0 300 1 60" << "460A022C01013C00";
         QTest::newRow("timer 16-bit cut") << GripRecord::GameTimer << "put" << "1 0 65538 0 70000" << "2601000200007011";
         QTest::newRow("timer largest") << GripRecord::GameTimer << "both" << "255 1 65535 1 256" << "26FF01FFFF010001";
         QTest::newRow("counters example") << GripRecord::Counters << "get" << "10 65535 197121" << "450A00FFFF01020380";
         QTest::newRow("battery full") << GripRecord::Battery << "get" << "6.526" << "47FF03";
-        QTest::newRow("battery zero") << GripRecord::Battery << "get" << "0.000" << "470000";
         QTest::newRow("options new") << GripRecord::Options << "new" << "0 0 0 0 100 45 0 0 0 100 0" << "280064642D";
         QTest::newRow("options FF") << GripRecord::Options << "both" << "1 1 1 1 1 3 1 1 1 2 1" << "28FF010203";
         QTest::newRow("options AA") << GripRecord::Options << "both" << "0 0 0 0 9 126 1 1 1 8 1" << "28AA09087E";
@@ -134,13 +131,11 @@ private slots:
         QTest::newRow("spoiled") << spoiled << true << none;
         QTest::newRow("spoiled, not checked") << spoiled << false << 0x44;
         QTest::newRow("cut off, adds up") << cut << true << none;
-        QTest::newRow("cut off, not checked") << cut << false << none;
         QTest::newRow("one byte too many") << timing + '\0' << true << none;
         QTest::newRow("nothing") << QByteArray() << true << none;
         QTest::newRow("unknown code") << framed(QStringLiteral("990102")) << true << none;
         QTest::newRow("acknowledgement") << framed(QStringLiteral("42")) << true << 0x42;
         QTest::newRow("negative answer") << framed(QStringLiteral("5001")) << true << 0x50;
-        QTest::newRow("negative answer, code alone") << QByteArray("\x50", 1) << true << 0x50;
         QTest::newRow("negative answer, padded and spoiled") << QByteArray::fromHex("50010203040506") << true << 0x50;
     }
 
@@ -161,7 +156,6 @@ private slots:
         QTest::addColumn<QString>("payload");
         QTest::addColumn<QString>("after"); // the counters, from 300 and 65535
         QTest::newRow("1.1.70, 2: selector") << "1.1.70" << 2 << "2502000000" << "300 0 0";
-        QTest::newRow("1.1.70, 3") << "1.1.70" << 3 << "2503000000" << "0 0 0";
         QTest::newRow("1.1.71, 2: values") << "1.1.71" << 2 << "252C010000" << "300 0 0";
         QTest::newRow("4.0.0, 1") << "4.0.0" << 1 << "250000FFFF" << "0 65535 0";
         QTest::newRow("4.0.0, 0: none") << "4.0.0" << 0 << "252C01FFFF" << "300 65535 0";
@@ -186,15 +180,11 @@ private slots:
         QTest::addColumn<QString>("property");
         QTest::addColumn<QString>("text"); // given to the setter when a number, and put in the store
         QTest::addColumn<int>("kept");
-        QTest::newRow("EyeCheckMaxTime 0") << "EyeCheckMaxTime" << "0" << 100;
         QTest::newRow("EyeCheckMaxTime 256") << "EyeCheckMaxTime" << "256" << 100;
         QTest::newRow("EyeCheckOKTime -1") << "EyeCheckOKTime" << "-1" << 100;
         QTest::newRow("EyeCheckOKTime 255") << "EyeCheckOKTime" << "255" << 255;
-        QTest::newRow("DefaultLoadTime 1e3: beyond the range") << "DefaultLoadTime" << "1e3" << 45;
-        QTest::newRow("DefaultLoadTime 0") << "DefaultLoadTime" << "0" << 45;
         QTest::newRow("Shots 255") << "Shots" << "255" << 255;
         QTest::newRow("Shots 256") << "Shots" << "256" << 3;
-        QTest::newRow("HyperTime 0") << "HyperTime" << "0" << 100;
         QTest::newRow("HyperTime 300") << "HyperTime" << "300" << 100;
         QTest::newRow("HyperMode 0") << "HyperMode" << "0" << 0;
         QTest::newRow("HyperMode empty: no number reads as the default") << "HyperMode" << "" << 1;
@@ -211,7 +201,6 @@ private slots:
         const QHash<QString, Rule> rules = {
             {"EyeCheckMaxTime", {"Options", [&](qint32 v) { return o.setEyeCheckMaxTime(v); }, [&] { return o.EyeCheckMaxTime(); }}},
             {"EyeCheckOKTime", {"Options", [&](qint32 v) { return o.setEyeCheckOKTime(v); }, [&] { return o.EyeCheckOKTime(); }}},
-            {"DefaultLoadTime", {"Options", [&](qint32 v) { return o.setDefaultLoadTime(v); }, [&] { return o.DefaultLoadTime(); }}},
             {"Shots", {"Hyper", [&](qint32 v) { return r.setShots(v); }, [&] { return r.Shots(); }}},
             {"HyperTime", {"Hyper", [&](qint32 v) { return r.setHyperTime(v); }, [&] { return r.HyperTime(); }}},
             {"HyperMode", {"Hyper", [&](qint32 v) { return r.setHyperMode(v); }, [&] { return r.HyperMode(); }}}};
