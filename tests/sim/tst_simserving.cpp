@@ -1,7 +1,6 @@
 // The virtual grip's byte stream in time: the host's bytes cut into command frames as they
-// arrive, the grip's answers sent in time, and the measurements taken from the traffic record.
-// Then the grip served on a pseudo-terminal, by the server and by marlo-gripsim, driven with
-// plain POSIX calls the way a serial program drives a port.
+// arrive and the grip's answers sent in time. Then the grip served on a pseudo-terminal, by the
+// server and by marlo-gripsim, driven with plain POSIX calls the way a serial program drives a port.
 
 #include "SimTestSupport.h"
 
@@ -74,11 +73,8 @@ private slots:
                                                << "240A0A1E231C000A0A1E231C00FA/100";
         QTest::newRow("block write, size from count") << "0:82 100:0020041122334432" << "820020041122334432/100";
         QTest::newRow("split before the count") << "0:8A 100:0020 102:0411 103:223344A8" << "8A00200411223344A8/100";
-        QTest::newRow("16 bytes, then a query") << "0:82 100:00201000112233445566778899AABBCCDDEEFFD8 200:11EF"
-                                                << "8200201000112233445566778899AABBCCDDEEFFD8/100 11EF/0";
         QTest::newRow("empty block write") << "0:8A00200056" << "8A00200056/0";
         QTest::newRow("unknown byte alone") << "0:FF14EC" << "FF/0 14EC/0";
-        QTest::newRow("read block") << "0:85 100:00205B" << "8500205B/100";
         // Silence counts from the last byte.
         QTest::newRow("dropped after silence") << "0:24 50:0A 1050: 1051:14EC" << "~240A/50 14EC/0";
         QTest::newRow("kept until then") << "0:24 50:0A 1049: 1049:0A1E231C000A0A1E231C00FA"
@@ -148,31 +144,6 @@ private slots:
         QCOMPARE(last->bytes, replies.last().bytes());
         QTEST(last->firstNs / kNsPerMs, "lastFirstMs");
         QTEST(last->lastNs / kNsPerMs, "lastLastMs");
-    }
-    void measurements_data()
-    {
-        using K = TrafficEvent::Kind;
-        QTest::addColumn<QList<TrafficEvent>>("events");
-        QTest::addColumn<QList<qint64>>("pauses");
-        QTest::addColumn<QList<qint64>>("turnarounds");
-
-        QTest::newRow("two exchanges") << QList<TrafficEvent>{{K::Command, "ab", 0, 100, 100},
-                                                              {K::Report, "xyz", 110, 110, 120},
-                                                              {K::Command, "cd", 150, 251, 251},
-                                                              {K::Report, "xyz", 260, 260, 270}}
-                                       << QList<qint64>{100, 101} << QList<qint64>{30};
-        QTest::newRow("one byte, silence, dropped") << QList<TrafficEvent>{{K::Command, "ab", 0, 100, 100},
-                                                                           {K::Report, "xy", 110, 110, 120},
-                                                                           {K::Command, "q", 500, 500, 500},
-                                                                           {K::Dropped, "c", 600, 0, 600},
-                                                                           {K::Command, "cd", 1700, 1800, 1800}}
-                                                    << QList<qint64>{100, 100} << QList<qint64>{380};
-    }
-    void measurements()
-    {
-        QFETCH(QList<TrafficEvent>, events);
-        QTEST(gripsim::pausesAfterCodeNs(events), "pauses");
-        QTEST(gripsim::turnaroundsNs(events), "turnarounds");
     }
     // Paced at 9600 baud, through the symbolic link, keeping its state in a file.
     void exchangesWithThePause()
