@@ -71,8 +71,6 @@ private slots:
         // Firmware up to 1.1.70 takes a selector, newer firmware the counters' values.
         QTest::newRow("reset 1.1.70, selectors 0, 3") << "firmware=1.1.70" << "2500000000DB 15EB 2503000000D8 15EB"
                                                      << "42BE 450A00FFFF01020300AD 42BE 450000000001020300B5";
-        QTest::newRow("reset 1.1.70, selector 1") << "firmware=1.1.70" << "2501000000DA 15EB"
-                                                  << "42BE 450000FFFF01020300B7";
         QTest::newRow("reset 1.1.71, values") << "firmware=1.1.71" << "252C010000AE 15EB"
                                               << "42BE 452C0100000102030088";
 
@@ -183,7 +181,6 @@ private slots:
         QTest::addColumn<QString>("outcomes"); // one letter per answer, see classify()
 
         const char* timing4 = "14EC 14EC 14EC 14EC";
-        QTest::newRow("always") << "fault=nak@14" << timing4 << "NNNN";
         QTest::newRow("twice") << "fault=nak@14*2" << timing4 << "NNOO";
         QTest::newRow("one rule after another") << "fault=silent@14*1,fault=badsum@14*1" << timing4 << "SBOO";
         QTest::newRow("first rule hides second") << "fault=silent@14,fault=nak@14" << timing4 << "SSSS";
