@@ -160,7 +160,6 @@ private slots:
         QCOMPARE(fileBytes(state), gripBefore);
         QCOMPARE(fileBytes(library), libraryBefore);
     }
-
 };
 
 QTEST_GUILESS_MAIN(tst_cliLibrary)
