@@ -133,7 +133,6 @@ private slots:
         QTest::newRow("byte") << "put" << QStringList{"timing", "--ShotTime", "1", "--LoadTime", "256"} << 0 << 2
                               << "--LoadTime 256 does not fit the grip's byte (0..255)";
         QTest::newRow("refused: get all") << "get" << QStringList{"all"} << 0x17 << 3 << "refused";
-        QTest::newRow("refused: put, get") << "put" << QStringList{"timing", "--ShotTime", "5"} << 0x14 << 3 << "refused";
         QTest::newRow("refused: reset") << "reset-counter" << QStringList{"1"} << 0x25 << 3 << "refused";
     }
 

@@ -83,7 +83,6 @@ private slots:
         QTest::addColumn<QString>("result"); // changes() of the options, or "error: " and part of the message
 
         QTest::newRow("plain") << "sim" << "";
-        QTest::newRow("empty") << "sim:" << "";
         QTest::newRow("all builds") << "sim:protocol=2.3.4,hardware=5.6.7,firmware=0.0.0,boot=255.255.65535"
                                     << "firmware=0.0.0,boot=255.255.65535,protocol=2.3.4,hardware=5.6.7";
         QTest::newRow("decimal") << "sim:firmware=01.01.070" << "firmware=1.1.70";
@@ -93,7 +92,6 @@ private slots:
         QTest::newRow("switches on") << "sim:bootmode=1,pace=1,baud=19200" << "bootmode=1,pace=1,baud=19200";
         QTest::newRow("numbers, paths") << "sim:latency=25,battery=1023,state=/tmp/g.json,link=/tmp/grip"
                                         << "latency=25,battery=1023,state=/tmp/g.json,link=/tmp/grip";
-        QTest::newRow("capitals") << "sim:BAUD=4800,Battery=0" << "baud=4800,battery=0";
         QTest::newRow("every fault kind")
             << "sim:fault=silent@14,fault=nak@24*2,fault=short@13,fault=long@15*1,fault=badsum@85*3,"
                "fault=garbage@11,fault=pieces@8A,fault=delay800@14*1"
@@ -108,13 +106,9 @@ private slots:
         QTest::newRow("no value") << "sim:firmware" << "error: not KEY=VALUE";
         QTest::newRow("key twice") << "sim:firmware=1.1.70,firmware=4.0.0" << "error: twice";
         QTest::newRow("version 4.0") << "sim:firmware=4.0" << "error: firmware='4.0'";
-        QTest::newRow("major 256") << "sim:hardware=256.0.0" << "error: hardware='256.0.0'";
         QTest::newRow("revision 65536") << "sim:protocol=1.1.65536" << "error: protocol='1.1.65536'";
-        QTest::newRow("text field") << "sim:firmware=1.a.0" << "error: firmware";
         QTest::newRow("serial of 11") << "sim:serial=ABCDEFGHIJK" << "error: serial";
-        QTest::newRow("serial not ASCII") << QString::fromUtf8("sim:serial=GRÜN") << "error: serial";
         QTest::newRow("switch 2") << "sim:bootmode=2" << "error: 0 or 1";
-        QTest::newRow("baud 0") << "sim:baud=0" << "error: baud='0'";
         QTest::newRow("battery 1024") << "sim:battery=1024" << "error: battery='1024'";
         QTest::newRow("empty path") << "sim:state=" << "error: state=";
         QTest::newRow("fault without code") << "sim:fault=nak" << "error: KIND@CODE";
@@ -122,9 +116,7 @@ private slots:
         QTest::newRow("unknown code") << "sim:fault=nak@12" << "error: not a command code";
         QTest::newRow("code above FF") << "sim:fault=nak@114" << "error: not a command code";
         QTest::newRow("count 0") << "sim:fault=nak@14*0" << "error: count '0'";
-        QTest::newRow("delay without time") << "sim:fault=delay@14" << "error: unknown fault kind";
         QTest::newRow("block not hex") << "sim:failblock=xyz*2" << "error: hex byte address";
-        QTest::newRow("block two counts") << "sim:failblock=40*1*2" << "error: ADDR[*N]";
     }
     void parse()
     {
@@ -158,17 +150,6 @@ private slots:
         QCOMPARE(json.value(QStringLiteral("FirmwareBuild")).toString(), QStringLiteral("1.1.70"));
         QCOMPARE(json.value(QStringLiteral("Counters")).toObject().value(QStringLiteral("Counter1")).toInt(), 65535);
     }
-    void missingMembersKeepTheirValue()
-    {
-        GripState state = changedState();
-        QString error;
-        QVERIFY2(state.readJson({{"FirmwareBuild", "2.0.20"}, {"Timing", QJsonObject{{"ShotTime", 15}}}}, &error),
-                 qPrintable(error));
-        GripState expected = changedState();
-        expected.firmware = {2, 0, 20};
-        expected.timing.shotTime = 15;
-        QVERIFY(state == expected);
-    }
     void refused_data()
     {
         QTest::addColumn<QByteArray>("content"); // empty: no file at all
@@ -178,9 +159,7 @@ private slots:
         QTest::newRow("not JSON") << QByteArray("firmware=4.0.0") << "not a JSON object";
         QTest::newRow("version") << QByteArray(R"({"BootBuild": "1.2"})") << "BootBuild";
         QTest::newRow("byte 256") << QByteArray(R"({"Timing": {"LoadTime": 256}})") << "LoadTime";
-        QTest::newRow("fraction") << QByteArray(R"({"Ramping": {"Shots": 1.5}})") << "Shots";
         QTest::newRow("text for a number") << QByteArray(R"({"GameTimer": {"PreAlert1Time": "60"}})") << "PreAlert1Time";
-        QTest::newRow("serial of 11") << QByteArray(R"({"Serial": "ABCDEFGHIJK"})") << "Serial";
         QTest::newRow("boot mode 1") << QByteArray(R"({"BootMode": 1})") << "BootMode";
         QTest::newRow("memory too short") << QByteArray(R"({"Memory": "00FF"})") << "Memory";
     }

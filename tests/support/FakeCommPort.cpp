@@ -65,8 +65,6 @@ void FakeCommPort::completeFrames()
 void FakeCommPort::waitForInput(qint32 msecs)
 {
     // Nothing will arrive that is not there already: sleep, as a real port would.
-    if (m_input.isEmpty() && msecs > 0) {
+    if (m_input.isEmpty() && msecs > 0)
         QThread::msleep(static_cast<unsigned long>(msecs));
-        waitedMs += msecs;
-    }
 }

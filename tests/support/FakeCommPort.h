@@ -37,7 +37,6 @@ public:
     QList<QByteArray> frames;  // each complete command frame
     int opens = 0;
     int closes = 0;
-    qint32 waitedMs = 0;       // time spent in waitForInput
 
 private:
     void completeFrames();

@@ -64,7 +64,6 @@ std::optional<QString> ScriptedUi::saveFileName(const FileDialogRequest& request
 
 void ScriptedUi::processEvents()
 {
-    ++eventRuns;
     if (onProcessEvents)
         onProcessEvents();
 }

@@ -31,7 +31,6 @@ public:
     QList<int> progressMaxima;   // each startProgress
     QList<int> progressValues;   // each setProgress
     int progressEnds = 0;
-    int eventRuns = 0;
     QList<FileDialogRequest> fileRequests;
     bool visible = true;
 
