@@ -4,7 +4,8 @@
 // the screen reader, and every control that takes the focus shows that it has it. Beside the
 // walk: the names are those of the captions, value labels are described by theirs, and the
 // library's columns are read by their headers. In German: the captions come from the
-// translation and no caption is cut off. (The battery indicator as a progress bar: tst_widgets.)
+// translation, no caption is cut off and no two captions of a menu or a window answer to one
+// mnemonic. (The battery indicator as a progress bar: tst_widgets.)
 #include "GuiTestSupport.h"
 
 #include "base/mErrCodes.h"
@@ -25,8 +26,11 @@
 #include <QAbstractButton>
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QMenu>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QRegularExpression>
 #include <QStyleOptionButton>
 #include <QTabBar>
 
@@ -238,6 +242,64 @@ QStringList cutCaptions(QWidget* window)
     return cut;
 }
 
+// "letter: text, text" for each mnemonic that more than one of the captions answers to.
+QStringList clashes(const QStringList& captions)
+{
+    static const QRegularExpression mnemonic(QStringLiteral("&([^&\\s])"));
+    QMap<QChar, QStringList> owners;
+    for (const QString& caption : captions) {
+        const QRegularExpressionMatch match = mnemonic.match(QString(caption).remove(QLatin1String("&&")));
+        if (match.hasMatch())
+            owners[match.captured(1).at(0).toLower()] << caption;
+    }
+    QStringList found;
+    for (auto it = owners.cbegin(); it != owners.cend(); ++it) {
+        if (it.value().size() > 1)
+            found << QString(it.key()) + QStringLiteral(": ") + it.value().join(QStringLiteral(", "));
+    }
+    return found;
+}
+
+// The clashes within a menu and its submenus.
+QStringList menuClashes(QMenu* menu)
+{
+    QStringList items;
+    QStringList found;
+    for (QAction* item : menu->actions()) {
+        items << item->text();
+        if (item->menu())
+            found << menuClashes(item->menu());
+    }
+    return clashes(items) + found;
+}
+
+// The clashes among the captions a mnemonic of the window reaches at once (its buttons, its
+// labels with a buddy, its tabs, its menu bar) and within each of its menus.
+QStringList mnemonicClashes(QWidget* window)
+{
+    QStringList captions;
+    QStringList found;
+    for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+        if (button->isVisibleTo(window))
+            captions << button->text();
+    }
+    for (QLabel* label : window->findChildren<QLabel*>()) {
+        if (label->buddy() && label->isVisibleTo(window))
+            captions << label->text();
+    }
+    for (QTabBar* tabs : window->findChildren<QTabBar*>()) {
+        for (int i = 0; i < tabs->count(); ++i)
+            captions << tabs->tabText(i);
+    }
+    if (auto* main = qobject_cast<QMainWindow*>(window)) {
+        for (QAction* menu : main->menuBar()->actions()) {
+            captions << menu->text();
+            found << menuClashes(menu->menu());
+        }
+    }
+    return clashes(captions) + found;
+}
+
 } // namespace
 
 class tst_accessibility : public QObject {
@@ -355,13 +417,14 @@ private slots:
         QCOMPARE(shown, caption);
     }
 
-    void germanNothingIsCutOff_data() { addWindowRows(false); }
-    void germanNothingIsCutOff()
+    void germanCaptionsFitAndDoNotClash_data() { addWindowRows(false); }
+    void germanCaptionsFitAndDoNotClash()
     {
         QFETCH(QString, window);
         QCOMPARE(mLanguage::Install({QStringLiteral("de_DE")}), QStringLiteral("de"));
-        const QStringList cut = cutCaptions(ShownWindow(window).window);
-        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(QStringLiteral("; "))));
+        const ShownWindow shown(window);
+        const QStringList faults = cutCaptions(shown.window) + mnemonicClashes(shown.window);
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QStringLiteral("; "))));
     }
 };
 

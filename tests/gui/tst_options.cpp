@@ -307,9 +307,17 @@ private slots:
         QCOMPARE(stored(QStringLiteral("CommDevice")), device);
     }
     // Every problem of the chosen device (not in dialout, a stale lock, ModemManager) is on the page,
-    // none of it cut, with the label that a screen reader reads.
+    // none of it cut, with the label that a screen reader reads: chosen on the page, or already
+    // chosen when the dialog opens.
+    void everyProblemOfTheDevice_data()
+    {
+        QTest::addColumn<bool>("chosenOnThePage");
+        QTest::newRow("chosen on the page") << true;
+        QTest::newRow("chosen before") << false;
+    }
     void everyProblemOfTheDevice()
     {
+        QFETCH(bool, chosenOnThePage);
         FakeSystem system;
         QVERIFY(system.group(QStringLiteral("dialout"), FakeSystem::fileGroup()));
         QVERIFY(system.user(FakeSystem::fileOwner() + 1000, {FakeSystem::fileOwner() + 1000}));
@@ -321,13 +329,16 @@ private slots:
         const cPortDoctor doctor(facts);
 
         ScriptedLibrary library;
+        if (!chosenOnThePage)
+            library.prefs().setCommDevice(QStringLiteral("/dev/ttyACM0"));
         fOptions dialog(kGrip, library.prefs());
         dialog.setDeviceChecker([&](const QString& path) { return doctor.Sentences(path).join(QLatin1Char('\n')); });
         dialog.resize(dialog.minimumSizeHint());
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         dialog.findChild<QTabBar*>(QStringLiteral("tbsOptions"))->setCurrentIndex(1);
-        combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyACM0"));
+        if (chosenOnThePage)
+            combo(&dialog, "cboDevice")->setEditText(QStringLiteral("/dev/ttyACM0"));
         QApplication::processEvents();
         auto* label = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblem"));
         auto* icon = control<QLabel>(&dialog, QStringLiteral("lblDeviceProblemIcon"));

@@ -191,6 +191,8 @@ private slots:
         QTest::newRow("partial sum over 16 bits") << QList<qint32>{30000, 30000, -30000, 0} << kOverflow << 0.03F;
         QTest::newRow("wide tie to even") << QList<qint32>{50000, 50000, 50000, 50000} << kOverflow << 0.0F;
         QTest::newRow("wide sum of one ms") << QList<qint32>{kMax, kMin, 1, 1} << kOverflow << 1000.0F;
+        // 2^32 + 1000 ms: summed in 32 bits it would wrap to one second.
+        QTest::newRow("wide sum past 32 bits") << QList<qint32>{kMax, kMax, 1002, 0} << kOverflow << 0.0F;
     }
     // One formula for the grip's timing record (16-bit sums, overflow beyond) and for a library
     // setting (wide sums, so that any stored row reads, with no error reported). The shot time

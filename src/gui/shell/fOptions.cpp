@@ -389,13 +389,25 @@ void fOptions::CheckDevice()
     lblDeviceProblem->setText(problem);
     lblDeviceProblem->setVisible(!problem.isEmpty());
     lblDeviceProblemIcon->setVisible(!problem.isEmpty());
-    // A longer text needs more lines: the dialog grows so that none is cut.
-    if (isVisible() && layout()) {
-        layout()->activate();
-        const int needed = heightForWidth(width());
-        if (needed > height())
-            resize(width(), needed);
-    }
+    FitDeviceProblem();
+}
+
+void fOptions::FitDeviceProblem()
+{
+    // A longer text needs more lines: the label asks for the height of all of them at the width
+    // it has on screen, and the dialog grows so that none is cut.
+    if (!isVisible() || !layout() || !lblDeviceProblem->isVisible())
+        return;
+    layout()->activate();
+    lblDeviceProblem->setMinimumHeight(lblDeviceProblem->heightForWidth(lblDeviceProblem->width()));
+    layout()->activate();
+    resize(size().expandedTo(minimumSizeHint()));
+}
+
+void fOptions::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    FitDeviceProblem();
 }
 
 // ---- checking and applying ---------------------------------------------------------------------
@@ -454,6 +466,7 @@ void fOptions::tbsOptions_Click()
     ShowErrors(kForm, kRevision, QStringLiteral("tbsOptions_Click"), [&] {
         // The page of the selected tab is shown, the others hidden.
         m_pages->setCurrentIndex(qMax(tbsOptions->currentIndex(), 0));
+        FitDeviceProblem();
     });
 }
 

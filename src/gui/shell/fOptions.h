@@ -60,6 +60,9 @@ public slots:
     void cmdApply_Click();
     void cmdBrowseDBPath_Click();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     const cGunInfo& m_gunInfo;
     cRegistrySettings& m_preferences;
@@ -70,6 +73,7 @@ private:
     bool Form_KeyDown(int key, Qt::KeyboardModifiers modifiers);
     void selectCommSettings(const QString& settings);
     void CheckDevice();
+    void FitDeviceProblem();
     QString refusalDetail() const;
 
     PortLister m_portLister;
