@@ -1,12 +1,14 @@
 // The property editor: its pages, the record shown and edits that go into it as typed (so Cancel
-// keeps them), and the user variables with their dialog.
+// keeps them), the user variables with their dialog, and the binder of one variable to two boxes.
 #include "GuiTestSupport.h"
 
+#include "gui/library/cifUserVar.h"
 #include "gui/library/fSetsTemplate.h"
 #include "gui/library/ucSetsTemplateBasic.h"
 #include "gui/library/ucUserVariables.h"
 
 #include <QDateEdit>
+#include <QSignalSpy>
 #include <QTabBar>
 
 using namespace guitest;
@@ -185,6 +187,33 @@ private slots:
         QCOMPARE(saved, expected);
         QVERIFY(library.ui.script.questions.isEmpty());
         GUITEST_NO_ERRORS(library.ui.script);
+    }
+    // The binder stores every edit of its boxes into the bound variable at once and tells so;
+    // filling the boxes from a variable changes nothing, and unbound, edits go nowhere.
+    void variableBinder()
+    {
+        QLineEdit name;
+        QLineEdit value;
+        cifUserVar binder(&name, &value);
+        QSignalSpy nameChanged(&binder, &cifUserVar::txtsNameChange);
+        QSignalSpy valueChanged(&binder, &cifUserVar::txtsValueChange);
+        name.setText(QStringLiteral("ignored"));
+        QCOMPARE(nameChanged.count(), 0);
+        auto variable = std::make_shared<cUserVar>();
+        variable->setsName(QStringLiteral("Sun"));
+        variable->setsValue(QStringLiteral("bright"));
+        variable->setIsNew(false);
+        variable->setIsDirtySelf(false);
+        binder.setUserVar(variable);
+        QVERIFY(!variable->IsDirtySelf());
+        QCOMPARE(name.text(), QStringLiteral("Sun"));
+        value.setText(QStringLiteral("overcast"));
+        QCOMPARE(variable->sValue(), QStringLiteral("overcast"));
+        QCOMPARE(valueChanged.count(), 2); // filling, then typing
+        QVERIFY(variable->IsDirtySelf());
+        binder.setUserVar(nullptr);
+        name.setText(QStringLiteral("after unbinding"));
+        QCOMPARE(variable->sName(), QStringLiteral("Sun"));
     }
 };
 
